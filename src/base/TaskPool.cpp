@@ -1,0 +1,79 @@
+// SPDX-License-Identifier: MIT
+#include "TaskPool.h"
+
+#include <utility>
+
+namespace quorvane
+{
+
+TaskPool::TaskPool(Yielder lowerThisThread)
+    : m_lowerThisThread(std::move(lowerThisThread))
+{
+}
+
+TaskPool::~TaskPool()
+{
+    {
+        const std::lock_guard guard(m_lock);
+        m_closing = true;
+        m_user.waiting.clear();
+        m_utility.waiting.clear();
+    }
+    m_wake.notify_all();
+    for (std::thread& thread : m_threads) {
+        thread.join();
+    }
+}
+
+void TaskPool::run(JobPriority priority, std::function<void()> work)
+{
+    const std::lock_guard guard(m_lock);
+    if (m_closing) {
+        return;
+    }
+    Lane& target = lane(priority);
+    target.waiting.push_back(std::move(work));
+    if (target.idle >= target.waiting.size()) {
+        m_wake.notify_all();
+    } else {
+        m_threads.emplace_back([this, priority] { serve(priority); });
+    }
+}
+
+bool TaskPool::drain(std::chrono::milliseconds timeout)
+{
+    std::unique_lock guard(m_lock);
+    m_closing = true;
+    m_user.waiting.clear();
+    m_utility.waiting.clear();
+    m_wake.notify_all();
+    return m_ended.wait_for(guard, timeout, [this] { return m_running == 0; });
+}
+
+void TaskPool::serve(JobPriority priority)
+{
+    if (priority == JobPriority::utility && m_lowerThisThread) {
+        m_lowerThisThread();
+    }
+    std::unique_lock guard(m_lock);
+    Lane& own = lane(priority);
+    for (;;) {
+        ++own.idle;
+        m_wake.wait(guard, [&] { return m_closing || !own.waiting.empty(); });
+        --own.idle;
+        if (own.waiting.empty()) {
+            return;
+        }
+        std::function<void()> work = std::move(own.waiting.front());
+        own.waiting.pop_front();
+        ++m_running;
+        guard.unlock();
+        work();
+        work = nullptr;
+        guard.lock();
+        --m_running;
+        m_ended.notify_all();
+    }
+}
+
+} // namespace quorvane

@@ -1,0 +1,23 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QString>
+
+#include <string>
+#include <string_view>
+
+namespace quorvane
+{
+
+/// True when the bytes are well-formed UTF-8 (RFC 3629: no overlong forms, no surrogates).
+bool isUtf8(std::string_view bytes);
+
+/// The bytes as text for the screen: every ill-formed sequence becomes U+FFFD. Never used to name a
+/// file; operations on the disk take the bytes.
+QString displayText(std::string_view bytes);
+
+/// Lower-cased with Unicode's simple rules, locale-independent; bytes that are not UTF-8 stay as they
+/// are.
+std::string lowercased(std::string_view bytes);
+
+} // namespace quorvane

@@ -1,0 +1,76 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+namespace quorvane
+{
+
+/// What one lstat(2) of an entry tells. Sizes in bytes, times in whole seconds since 1970.
+struct EntryStatus
+{
+    enum class Kind : std::uint8_t
+    {
+        directory,
+        regularFile,
+        symbolicLink,
+        other
+    };
+
+    Kind kind = Kind::other;
+    std::int64_t size = 0;            ///< st_size
+    std::int64_t allocatedBytes = 0;  ///< st_blocks × 512
+    std::int64_t modifiedSeconds = 0; ///< seconds part of st_mtim
+    std::uint64_t device = 0;         ///< st_dev
+};
+
+/// Names of one directory, end to end in one buffer: reused from directory to directory, so that a
+/// walk allocates nothing for an entry.
+struct NameList
+{
+    struct Span
+    {
+        std::uint32_t offset; ///< into bytes; the name is followed by a NUL there
+        std::uint32_t length;
+    };
+
+    std::string bytes;
+    std::vector<Span> spans;
+
+    void clear()
+    {
+        bytes.clear();
+        spans.clear();
+    }
+    const char* nameAt(std::size_t i) const { return bytes.data() + spans[i].offset; }
+};
+
+/// Every call that a walk makes to the operating system, so that a test can make each of them fail.
+/// All calls may come from any thread at once; none blocks longer than the system call behind it.
+class FileSystemCalls
+{
+public:
+    virtual ~FileSystemCalls() = default;
+
+    /// The descriptor that stands for "relative to nothing": names given with it are whole paths.
+    static int noDirectory();
+
+    /// Opens a directory for listing without following a link. Returns a descriptor or -1.
+    virtual int openDirectory(int parent, const char* name) = 0;
+    virtual void close(int directory) = 0;
+    /// Appends the names of an open directory, hidden ones included, without "." and "..", in the
+    /// order of the listing. False when the listing fails at any point.
+    virtual bool appendNames(int directory, NameList& names) = 0;
+    /// lstat(2) of a name below an open directory. False when it fails.
+    virtual bool status(int directory, const char* name, EntryStatus& status) = 0;
+    /// Whether a file system that the kernel makes up (proc, sysfs, cgroup, …) is mounted on the
+    /// directory. Such a file system holds no disk space and is never listed.
+    virtual bool isKernelMade(int parent, const char* name) = 0;
+
+    /// The system's own calls; lives as long as the process.
+    static FileSystemCalls& system();
+};
+
+} // namespace quorvane
