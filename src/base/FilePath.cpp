@@ -6,10 +6,8 @@
 #include <cctype>
 #include <utility>
 
-namespace quorvane
-{
-namespace
-{
+namespace quorvane {
+namespace {
 
 constexpr std::string_view scheme = "file://";
 

@@ -7,8 +7,7 @@
 #include <string>
 #include <string_view>
 
-namespace quorvane
-{
+namespace quorvane {
 
 /// A path as the file system's own bytes, without a trailing slash (but for "/"). No length limit,
 /// no assumption of an encoding. A plain value.

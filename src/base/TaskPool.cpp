@@ -3,13 +3,11 @@
 
 #include <utility>
 
-namespace quorvane
-{
+namespace quorvane {
 
 TaskPool::TaskPool(Yielder lowerThisThread)
     : m_lowerThisThread(std::move(lowerThisThread))
-{
-}
+{}
 
 TaskPool::~TaskPool()
 {

@@ -11,15 +11,10 @@
 #include <thread>
 #include <vector>
 
-namespace quorvane
-{
+namespace quorvane {
 
 /// How urgently the user waits for a job. Utility work yields to the rest of the machine.
-enum class JobPriority
-{
-    userInitiated,
-    utility
-};
+enum class JobPriority { userInitiated, utility };
 
 /// Threads for background work. A thread is reused when it is idle and made when none is, so that a
 /// long job never keeps a short one waiting. Any thread may call it.
@@ -49,7 +44,10 @@ private:
     };
 
     void serve(JobPriority priority);
-    Lane& lane(JobPriority priority) { return priority == JobPriority::utility ? m_utility : m_user; }
+    Lane& lane(JobPriority priority)
+    {
+        return priority == JobPriority::utility ? m_utility : m_user;
+    }
 
     std::mutex m_lock;
     std::condition_variable m_wake;

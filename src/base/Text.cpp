@@ -5,10 +5,8 @@
 
 #include <algorithm>
 
-namespace quorvane
-{
-namespace
-{
+namespace quorvane {
+namespace {
 
 bool isAscii(std::string_view bytes)
 {
@@ -24,7 +22,8 @@ bool isUtf8(std::string_view bytes)
         return true;
     }
     QStringDecoder decoder(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless);
-    const QString text = decoder(QByteArrayView(bytes.data(), static_cast<qsizetype>(bytes.size())));
+    const QString text =
+        decoder(QByteArrayView(bytes.data(), static_cast<qsizetype>(bytes.size())));
     return !decoder.hasError();
 }
 

@@ -5,19 +5,12 @@
 #include <string>
 #include <vector>
 
-namespace quorvane
-{
+namespace quorvane {
 
 /// What one lstat(2) of an entry tells. Sizes in bytes, times in whole seconds since 1970.
 struct EntryStatus
 {
-    enum class Kind : std::uint8_t
-    {
-        directory,
-        regularFile,
-        symbolicLink,
-        other
-    };
+    enum class Kind : std::uint8_t { directory, regularFile, symbolicLink, other };
 
     Kind kind = Kind::other;
     std::int64_t size = 0;            ///< st_size
@@ -68,6 +61,9 @@ public:
     /// Whether a file system that the kernel makes up (proc, sysfs, cgroup, …) is mounted on the
     /// directory. Such a file system holds no disk space and is never listed.
     virtual bool isKernelMade(int parent, const char* name) = 0;
+
+    /// How many descriptors the process may hold open at once.
+    virtual int descriptorLimit() = 0;
 
     /// The system's own calls; lives as long as the process.
     static FileSystemCalls& system();
