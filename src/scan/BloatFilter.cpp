@@ -5,17 +5,15 @@
 
 #include <cstdint>
 
-namespace quorvane
-{
-namespace
-{
+namespace quorvane {
+namespace {
 
 constexpr std::array<std::string_view, 5> nodeWords{"node_modules", ".npm", "pnpm", "yarn", "node"};
 constexpr std::array<std::string_view, 5> xcodeWords{"xcode", "deriveddata", "simulator",
                                                      "devicesupport", "archives"};
-constexpr std::array<std::string_view, 11> buildWords{
-    "build",  "dist",   "target",   "pods", "carthage", "__pycache__", "venv",
-    "vendor", "gradle", ".swiftpm", "bazel"};
+constexpr std::array<std::string_view, 11> buildWords{"build",    "dist",        "target", "pods",
+                                                      "carthage", "__pycache__", "venv",   "vendor",
+                                                      "gradle",   ".swiftpm",    "bazel"};
 constexpr std::array<std::string_view, 3> dockerWords{"docker", "containers", "com.docker"};
 constexpr std::array<std::string_view, 3> cacheWords{"cache", "webkit", "autosave"};
 

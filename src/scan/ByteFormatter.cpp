@@ -13,10 +13,8 @@
 #include <cmath>
 #include <cstddef>
 
-namespace quorvane
-{
-namespace
-{
+namespace quorvane {
+namespace {
 
 constexpr std::array<QStringView, 6> units{u"B", u"KB", u"MB", u"GB", u"TB", u"PB"};
 constexpr double step = 1024;
@@ -67,8 +65,7 @@ bool isDigitAt(QStringView text, qsizetype at)
 
 bool isAnyOfAt(QStringView text, qsizetype at, char first, char second)
 {
-    return at < text.size() &&
-           (text[at] == QLatin1Char(first) || text[at] == QLatin1Char(second));
+    return at < text.size() && (text[at] == QLatin1Char(first) || text[at] == QLatin1Char(second));
 }
 
 qsizetype skipDigits(QStringView text, qsizetype at)
@@ -79,8 +76,8 @@ qsizetype skipDigits(QStringView text, qsizetype at)
     return at;
 }
 
-/// Length of the decimal number that the text begins with: sign, digits with at most one point among
-/// them, exponent. An exponent without digits is no part of it. 0 when there is no number.
+/// Length of the decimal number that the text begins with: sign, digits with at most one point
+/// among them, exponent. An exponent without digits is no part of it. 0 when there is no number.
 qsizetype decimalLength(QStringView text)
 {
     const qsizetype start = isAnyOfAt(text, 0, '+', '-') ? 1 : 0;

@@ -9,10 +9,8 @@
 #include <cstddef>
 #include <cstdint>
 
-namespace quorvane
-{
-namespace
-{
+namespace quorvane {
+namespace {
 
 struct CategoryRow
 {
@@ -60,8 +58,7 @@ struct PieceList
 
 constexpr std::array pieceLists{
     PieceList{FileTypeCategory::video, "mp4 mov mkv m4v avi webm flv wmv 3gp"},
-    PieceList{FileTypeCategory::image,
-              "jpg jpeg png heic heif gif webp tiff bmp svg raw ico psd"},
+    PieceList{FileTypeCategory::image, "jpg jpeg png heic heif gif webp tiff bmp svg raw ico psd"},
     PieceList{FileTypeCategory::audio, "mp3 m4a wav aac flac ogg opus aiff wma"},
     PieceList{FileTypeCategory::archive, "dmg zip tar gz tgz 7z rar bz2 xz jar war iso pkg ipa"},
     PieceList{FileTypeCategory::doc,

@@ -4,8 +4,7 @@
 #include "ByteFormatter.h"
 #include "FileNode.h"
 
-namespace quorvane
-{
+namespace quorvane {
 
 std::string_view rawValue(SizeMode mode)
 {
