@@ -40,6 +40,13 @@ struct NameList
     const char* nameAt(std::size_t i) const { return bytes.data() + spans[i].offset; }
 };
 
+/// Bytes of a volume.
+struct VolumeCapacity
+{
+    std::uint64_t totalBytes = 0;
+    std::uint64_t availableBytes = 0;
+};
+
 /// Every call that a walk makes to the operating system, so that a test can make each of them fail.
 /// All calls may come from any thread at once; none blocks longer than the system call behind it.
 class FileSystemCalls
@@ -62,6 +69,9 @@ public:
     /// directory. Such a file system holds no disk space and is never listed.
     virtual bool isKernelMade(int parent, const char* name) = 0;
 
+    /// Total bytes of the volume that holds the path and those that the user may still fill. False
+    /// when it cannot be asked.
+    virtual bool volumeCapacity(const char* path, VolumeCapacity& capacity) = 0;
     /// How many descriptors the process may hold open at once.
     virtual int descriptorLimit() = 0;
 

@@ -5,6 +5,7 @@
 #include <linux/magic.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
+#include <sys/statvfs.h>
 #include <sys/syscall.h>
 #include <sys/vfs.h>
 #include <unistd.h>
@@ -125,6 +126,17 @@ public:
         const auto magic = static_cast<unsigned long>(volume.f_type) & 0xFFFFFFFFUL;
         return known && std::find(kernelMadeMagics.begin(), kernelMadeMagics.end(), magic) !=
                             kernelMadeMagics.end();
+    }
+
+    bool volumeCapacity(const char* path, VolumeCapacity& capacity) override
+    {
+        struct statvfs volume = {};
+        if (statvfs(path, &volume) != 0) {
+            return false;
+        }
+        capacity.totalBytes = std::uint64_t{volume.f_blocks} * volume.f_frsize;
+        capacity.availableBytes = std::uint64_t{volume.f_bavail} * volume.f_frsize;
+        return true;
     }
 
     int descriptorLimit() override
