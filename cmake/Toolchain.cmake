@@ -24,7 +24,7 @@ endif()
 # One line of debug facts a frame is enough for a stack trace and halves the size of the objects.
 set(CMAKE_CXX_FLAGS_RELWITHDEBINFO "-O2 -g1 -DNDEBUG")
 if(QUORVANE_ASSERTIONS)
-  set(CMAKE_CXX_FLAGS_RELWITHDEBINFO "-O2 -g1 -D_GLIBCXX_ASSERTIONS")
+  set(CMAKE_CXX_FLAGS_RELWITHDEBINFO "-O2 -g1 -D_GLIBCXX_ASSERTIONS -DQT_FORCE_ASSERTS")
 endif()
 
 if(QUORVANE_SANITIZE)
