@@ -3,7 +3,6 @@
 #
 #   quorvane_library(NAME CORE|GUI SOURCES ... [LINK ...] [PRIVATE_LINK ...])
 #   quorvane_test(NAME [GUI] SOURCES ... [LINK ...])
-#   quorvane_benchmark(NAME [GUI] SOURCES ... [LINK ...])
 #   quorvane_fuzz(NAME SOURCES ... [LINK ...])
 
 include(${CMAKE_CURRENT_LIST_DIR}/Fence.cmake)
@@ -84,24 +83,15 @@ function(quorvane_test name)
   set_tests_properties(${name} PROPERTIES TIMEOUT 600)
 endfunction()
 
-# One measuring program; `./dev bench` builds the target `benchmarks` and runs what it finds in the
-# folder benchmarks/bin of the build.
-add_custom_target(benchmarks)
-function(quorvane_benchmark name)
-  quorvane_program(${name} ${ARGN})
-  set_target_properties(${name} PROPERTIES
-    EXCLUDE_FROM_ALL ON
-    RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/benchmarks/bin)
-  add_dependencies(benchmarks ${name})
-endfunction()
-
 # One fuzz target, its seeds in corpus/NAME beside the source. With QUORVANE_FUZZ it is a libFuzzer
 # program below fuzz/bin; otherwise a program that replays the corpus, run as a test.
+add_custom_target(fuzzers)
 function(quorvane_fuzz name)
   quorvane_program(${name} ${ARGN})
   if(QUORVANE_FUZZ)
     target_link_options(${name} PRIVATE -fsanitize=fuzzer)
     set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/fuzz/bin)
+    add_dependencies(fuzzers ${name})
   else()
     target_sources(${name} PRIVATE ${CMAKE_SOURCE_DIR}/tests/fuzz/ReplayCorpus.cpp)
     add_test(NAME ${name} COMMAND ${CMAKE_SOURCE_DIR}/cmake/run-isolated $<TARGET_FILE:${name}>
