@@ -8,6 +8,7 @@
 #include <memory>
 #include <type_traits>
 #include <utility>
+#include <vector>
 
 namespace quorvane {
 
@@ -48,7 +49,8 @@ public:
     explicit JobRunner(std::function<void()> lowerThisThread);
     JobRunner(const JobRunner&) = delete;
     JobRunner& operator=(const JobRunner&) = delete;
-    /// Waits for jobs under way to return; nothing of theirs is published any more.
+    /// Asks the jobs under way to stop and waits for them to return; nothing of theirs is published
+    /// any more.
     ~JobRunner();
 
     /// Runs work(const Job&) on a pool thread, then publish(result) on the main thread, unless the
@@ -59,6 +61,7 @@ public:
     {
         using Result = std::invoke_result_t<Work&, const Job&>;
         auto job = std::make_shared<Job>();
+        remember(job);
         m_pool.run(priority, [job, post = poster(), work = std::move(work),
                               publish = std::move(publish)]() mutable {
             if (job->isCancelled()) {
@@ -85,7 +88,10 @@ public:
     MainThreadPoster poster() const { return MainThreadPoster(m_alive); }
 
 private:
+    void remember(const JobHandle& job);
+
     std::shared_ptr<const bool> m_alive;
+    std::vector<std::weak_ptr<Job>> m_started;
     TaskPool m_pool;
 };
 
