@@ -66,7 +66,7 @@ QWidget* ContentView::screenFor(AppSection section)
     if (made != m_made.end()) {
         return made->second;
     }
-    QWidget* const screen = m_sections.create(section, m_state, m_detail);
+    QWidget* const screen = m_sections.make(section, m_state, m_detail);
     if (screen != nullptr) {
         m_stack->addWidget(screen);
         m_made.emplace(section, screen);

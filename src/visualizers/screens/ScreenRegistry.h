@@ -43,7 +43,7 @@ public:
     }
 
     /// Null for a key without a screen.
-    QWidget* create(Key key, AppState& state, QWidget* parent) const
+    QWidget* make(Key key, AppState& state, QWidget* parent) const
     {
         const auto found = m_factories.find(key);
         return found == m_factories.end() ? nullptr : found->second(state, parent);
