@@ -2,31 +2,24 @@
 #include "AppScreens.h"
 
 #include "AnalysisView.h"
-#include "FooterView.h"
+#include "VisualizerHostView.h"
 
-#include <QVBoxLayout>
+#include <memory>
 
 namespace quorvane {
-namespace {
-
-QWidget* makeResult(AppState& state, QWidget* parent)
-{
-    auto* const host = new QWidget(parent);
-    auto* const column = new QVBoxLayout(host);
-    column->setContentsMargins(0, 0, 0, 0);
-    column->addStretch(1);
-    column->addWidget(new FooterView(state));
-    return host;
-}
-
-} // namespace
 
 AppScreens AppScreens::standard()
 {
+    const auto visualizers = std::make_shared<const VisualizerScreens>(makeVisualizerScreens());
+    const ScreenFactory makeHost = [visualizers](AppState& state, QWidget* parent) -> QWidget* {
+        return new VisualizerHostView(state, *visualizers, parent);
+    };
     AppScreens screens;
-    screens.sections.add(AppSection::analysis, [](AppState& state, QWidget* parent) -> QWidget* {
-        return new AnalysisView(state, makeResult, parent);
-    });
+    screens.visualizers = *visualizers;
+    screens.sections.add(AppSection::analysis,
+                         [makeHost](AppState& state, QWidget* parent) -> QWidget* {
+                             return new AnalysisView(state, makeHost, parent);
+                         });
     return screens;
 }
 
