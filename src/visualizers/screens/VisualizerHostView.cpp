@@ -11,8 +11,7 @@
 #include <QStackedWidget>
 #include <QVBoxLayout>
 
-namespace quorvane
-{
+namespace quorvane {
 
 VisualizerHostView::VisualizerHostView(AppState& state, const VisualizerScreens& screens,
                                        QWidget* parent)

@@ -10,8 +10,7 @@
 
 class QStackedWidget;
 
-namespace quorvane
-{
+namespace quorvane {
 
 class AppState;
 
