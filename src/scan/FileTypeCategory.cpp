@@ -8,6 +8,8 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
+#include <span>
+#include <string>
 
 namespace quorvane {
 namespace {
@@ -72,23 +74,62 @@ constexpr std::array pieceLists{
               "lock node"},
 };
 
+/// A piece packed into two words, its last byte lowest, so that comparing it needs no memory.
+struct PackedPiece
+{
+    std::uint64_t tail = 0; ///< the last eight bytes
+    std::uint64_t head = 0; ///< those before them
+
+    friend constexpr bool operator==(const PackedPiece&, const PackedPiece&) = default;
+};
+
+constexpr std::size_t wordBytes = sizeof(std::uint64_t);
+constexpr std::size_t longestPiece = 12;
+
+constexpr PackedPiece packed(std::string_view piece)
+{
+    PackedPiece words;
+    for (std::size_t i = 0; i < piece.size(); ++i) {
+        const std::size_t fromEnd = piece.size() - 1 - i;
+        const std::uint64_t byte = static_cast<unsigned char>(piece[i]);
+        (fromEnd < wordBytes ? words.tail : words.head) |= byte << (fromEnd % wordBytes * 8);
+    }
+    return words;
+}
+
+/// All eight bytes lower-cased at once; each has to be ASCII.
+constexpr std::uint64_t lowered(std::uint64_t ascii)
+{
+    constexpr std::uint64_t ones = 0x0101010101010101U;
+    const std::uint64_t fromA = ascii + ones * (0x80 - 'A');
+    const std::uint64_t pastZ = ascii + ones * (0x7f - 'Z');
+    return ascii | ((fromA & ~pastZ & (ones * 0x80)) >> 2);
+}
+static_assert(lowered(0x405A41617A5B302EU) == 0x407A61617A5B302EU);
+
 struct Slot
 {
-    std::string_view piece;
+    PackedPiece piece;
     FileTypeCategory category = FileTypeCategory::other;
 };
 
-/// A power of two, four times as large as the table needs, so that a miss ends at once.
-constexpr std::size_t slotCount = 512;
-constexpr std::size_t longestPiece = 12;
+/// A power of two, several times as large as the table needs, so that a miss ends at once.
+constexpr unsigned slotBits = 9;
+constexpr std::size_t slotCount = 1U << slotBits;
 
-constexpr std::size_t firstSlot(std::string_view piece)
+constexpr std::size_t firstSlot(const PackedPiece& piece)
 {
-    std::uint32_t hash = 2166136261U;
-    for (const char c : piece) {
-        hash = (hash ^ static_cast<unsigned char>(c)) * 16777619U;
+    const std::uint64_t mixed = (piece.tail ^ (piece.head << 7)) * 0x9E3779B97F4A7C15U;
+    return static_cast<std::size_t>(mixed >> (64 - slotBits));
+}
+
+constexpr std::size_t slotOf(std::span<const Slot, slotCount> slots, const PackedPiece& piece)
+{
+    std::size_t i = firstSlot(piece);
+    while (slots[i].piece != PackedPiece() && slots[i].piece != piece) {
+        i = (i + 1) % slotCount;
     }
-    return (hash ^ (hash >> 15)) & (slotCount - 1);
+    return i;
 }
 
 /// Every piece in an open-addressed table. Naming a piece twice or one that is longer than
@@ -101,17 +142,11 @@ constexpr std::array<Slot, slotCount> makeSlots()
         while (!rest.empty()) {
             const std::string_view piece = rest.substr(0, rest.find(' '));
             rest.remove_prefix(std::min(piece.size() + 1, rest.size()));
-            std::size_t i = firstSlot(piece);
-            while (!slots[i].piece.empty()) {
-                if (slots[i].piece == piece) {
-                    throw "a piece stands twice";
-                }
-                i = (i + 1) & (slotCount - 1);
+            Slot& slot = slots[slotOf(slots, packed(piece))];
+            if (slot.piece == packed(piece) || piece.size() > longestPiece) {
+                throw "a piece stands twice or is too long";
             }
-            if (piece.size() > longestPiece) {
-                throw "a piece is longer than the scratch buffer";
-            }
-            slots[i] = {piece, list.category};
+            slot = {packed(piece), list.category};
         }
     }
     return slots;
@@ -119,25 +154,17 @@ constexpr std::array<Slot, slotCount> makeSlots()
 
 constexpr std::array<Slot, slotCount> slots = makeSlots();
 
-FileTypeCategory lookUp(std::string_view piece)
+/// The category of an empty slot is `other`.
+FileTypeCategory lookUp(const PackedPiece& piece)
 {
-    for (std::size_t i = firstSlot(piece); !slots[i].piece.empty(); i = (i + 1) & (slotCount - 1)) {
-        if (slots[i].piece == piece) {
-            return slots[i].category;
-        }
-    }
-    return FileTypeCategory::other;
+    return slots[slotOf(slots, piece)].category;
 }
 
-/// What follows the last dot, trailing dots left out; the whole name when it holds nothing else.
-std::string_view lastPiece(std::string_view name)
+/// For a piece with bytes beyond ASCII, some of which may become ASCII: the Kelvin sign, for one.
+FileTypeCategory lookUpText(std::string_view piece)
 {
-    const std::size_t last = name.find_last_not_of('.');
-    if (last == std::string_view::npos) {
-        return name;
-    }
-    const std::string_view trimmed = name.substr(0, last + 1);
-    return trimmed.substr(trimmed.rfind('.') + 1);
+    const std::string text = lowercased(piece);
+    return text.size() > longestPiece ? FileTypeCategory::other : lookUp(packed(text));
 }
 
 } // namespace
@@ -169,22 +196,31 @@ CategoryRgb rgb(FileTypeCategory category)
 
 FileTypeCategory fileTypeCategoryForName(std::string_view name)
 {
-    const std::string_view piece = lastPiece(name);
-    // Lower-casing makes a text at most three times shorter (the Kelvin sign becomes a k).
-    if (piece.size() > longestPiece * 3) {
-        return FileTypeCategory::other;
+    // Lower-casing makes a text at most three times shorter.
+    constexpr std::size_t longestRaw = longestPiece * 3;
+    std::size_t end = name.size();
+    while (end > 0 && name[end - 1] == '.') {
+        --end;
     }
-    std::array<char, longestPiece * 3> lowered;
+    PackedPiece piece;
     unsigned seen = 0;
-    for (std::size_t i = 0; i < piece.size(); ++i) {
-        const char c = piece[i];
-        seen |= static_cast<unsigned char>(c);
-        lowered[i] = c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+    std::size_t begin = end;
+    for (; begin > 0 && name[begin - 1] != '.'; --begin) {
+        const std::uint64_t byte = static_cast<unsigned char>(name[begin - 1]);
+        const std::size_t fromEnd = end - begin;
+        if (fromEnd >= longestRaw) {
+            return FileTypeCategory::other;
+        }
+        seen |= static_cast<unsigned>(byte);
+        (fromEnd < wordBytes ? piece.tail : piece.head) |= byte << (fromEnd % wordBytes * 8);
     }
     if (seen >= 0x80) {
-        return lookUp(lowercased(piece));
+        return lookUpText(name.substr(begin, end - begin));
     }
-    return lookUp({lowered.data(), piece.size()});
+    if (end - begin > longestPiece) {
+        return FileTypeCategory::other;
+    }
+    return lookUp({lowered(piece.tail), lowered(piece.head)});
 }
 
 } // namespace quorvane
