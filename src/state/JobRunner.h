@@ -4,6 +4,7 @@
 #include "LockedFlag.h"
 #include "TaskPool.h"
 
+#include <chrono>
 #include <functional>
 #include <memory>
 #include <type_traits>
@@ -86,6 +87,9 @@ public:
     }
 
     MainThreadPoster poster() const { return MainThreadPoster(m_alive); }
+
+    /// Takes no more work and waits for what runs, at most timeout. Returns whether all has ended.
+    bool drain(std::chrono::milliseconds timeout) { return m_pool.drain(timeout); }
 
 private:
     void remember(const JobHandle& job);

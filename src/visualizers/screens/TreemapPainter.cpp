@@ -10,16 +10,14 @@
 #include <algorithm>
 #include <cmath>
 
-namespace quorvane
-{
-namespace
-{
+namespace quorvane {
+namespace {
 
 constexpr double dimOpacity = 0.5;
 constexpr double boundaryWidth = 1;
 constexpr double labelContrast = 5.2;
 constexpr double scrimHeight = 30;
-constexpr double sizeTextOpacity = 0.85;
+constexpr float sizeTextOpacity = 0.85F;
 
 QColor toQColor(const Color& color, double opacity = 1)
 {
@@ -75,8 +73,7 @@ TreemapPainter::TreemapPainter(QImage& picture, const CanvasStyle& style, SizeMo
     , m_sizeMode(sizeMode)
     , m_boundary(NodeColors::boundaryColor())
     , m_texts(&picture)
-{
-}
+{}
 
 void TreemapPainter::paint(const std::vector<Slice>& slices, bool dimmed)
 {
@@ -155,10 +152,10 @@ void TreemapPainter::drawHeaderTexts(const Slice& slice, const Rect& body, doubl
     const LabelFont& sizeFont = labelFont(std::max(size - 2, 9), false);
     const QString bytes = sizeText(*slice.node);
     const double bytesWidth = sizeFont.metrics.horizontalAdvance(bytes);
-    const QString name = slice.labelOverride
-                             ? QString::fromUtf8(slice.labelOverride->data(),
-                                                 static_cast<qsizetype>(slice.labelOverride->size()))
-                             : slice.node->displayName();
+    const QString name =
+        slice.labelOverride ? QString::fromUtf8(slice.labelOverride->data(),
+                                                static_cast<qsizetype>(slice.labelOverride->size()))
+                            : slice.node->displayName();
     const QRectF line(body.x + 4, body.y, body.width - 8, header);
     const double nameWidth = std::max(body.width - 8 - bytesWidth - 6, 10.0);
     drawText(TreemapLabels::truncateFit(name, nameWidth, nameFont.metrics), nameFont, line,

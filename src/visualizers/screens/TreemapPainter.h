@@ -15,8 +15,7 @@
 #include <optional>
 #include <vector>
 
-namespace quorvane
-{
+namespace quorvane {
 
 /// Paints slices in their order into a picture. Any thread; one object a picture.
 class TreemapPainter
