@@ -48,22 +48,32 @@ complain() {
     return 1
 }
 
-lint_rules() {
-    local result=0
-    say "File rules"
+without_licence() {
     source_files '*.cpp' '*.h' '*.mm' '*.sh' '*.cmake' '*CMakeLists.txt' dev .ci/run cmake/run-isolated |
         while read -r file; do
             head -n 2 "$file" | grep -q 'SPDX-License-Identifier: MIT' || echo "$file"
-        done | complain "Without the licence line" || result=1
+        done
+}
+
+too_long() {
     cxx_files | while read -r file; do
+        local lines
         lines=$(wc -l <"$file")
         ((lines <= 700)) || echo "$file: $lines lines"
-    done | complain "Longer than 700 lines" || result=1
-    cxx_files | xargs -r grep -nE '#include [<"]\.\./' |
-        complain "An include that climbs out of its folder" || result=1
-    logic_files | xargs -r grep -nE \
-        '\bQ_OBJECT\b|#include <(QObject|QThread|QTimer|QEventLoop|QCoreApplication)>' |
-        complain "Objects, timers and event loops have no place in the logic" || result=1
+    done
+}
+
+lint_rules() {
+    local result=0
+    say "File rules"
+    complain "Without the licence line" < <(without_licence) || result=1
+    complain "Longer than 700 lines" < <(too_long) || result=1
+    complain "An include that climbs out of its folder" \
+        < <(cxx_files | xargs -r grep -nE '#include [<"]\.\./') || result=1
+    complain "Objects, timers and event loops have no place in the logic" < <(
+        logic_files | xargs -r grep -nE \
+            '\bQ_OBJECT\b|#include <(QObject|QThread|QTimer|QEventLoop|QCoreApplication)>'
+    ) || result=1
     return "$result"
 }
 
@@ -84,13 +94,13 @@ changed_files() {
 
 # What the work at hand started from: where it left the main line, or the commit before.
 base_revision() {
-    local base head
+    local base head main
     head=$(git rev-parse HEAD)
-    base=$(git merge-base HEAD origin/main 2>/dev/null || true)
-    if [[ -z $base || $base == "$head" ]]; then
-        base=$(git rev-parse -q --verify HEAD~1 || git hash-object -t tree /dev/null)
-    fi
-    printf '%s' "$base"
+    for main in origin/main main; do
+        base=$(git merge-base HEAD "$main" 2>/dev/null) || continue
+        [[ $base == "$head" ]] || { printf '%s' "$base" && return; }
+    done
+    git rev-parse -q --verify HEAD~1 || git hash-object -t tree /dev/null
 }
 
 # lint_tidy ALL SINCE SECONDS

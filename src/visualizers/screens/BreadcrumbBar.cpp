@@ -14,10 +14,8 @@
 
 #include <algorithm>
 
-namespace quorvane
-{
-namespace
-{
+namespace quorvane {
+namespace {
 
 constexpr int chevronSide = 11;
 constexpr int chevronBefore = 4;
@@ -147,9 +145,9 @@ void BreadcrumbBar::rebuild()
 void BreadcrumbBar::placeCrumbs()
 {
     constexpr int step = chevronBefore + chevronSide + chevronAfter;
-    const int room = width() - leftMargin - rightMargin -
-                     (m_summary.isEmpty() ? 0
-                                          : textWidth(TextStyle::caption, m_summary) + summaryGap);
+    const int room =
+        width() - leftMargin - rightMargin -
+        (m_summary.isEmpty() ? 0 : textWidth(TextStyle::caption, m_summary) + summaryGap);
     // The last crumbs matter most: they are kept from the end as far as there is room.
     std::size_t first = m_crumbs.size();
     int used = 0;
@@ -193,7 +191,8 @@ void BreadcrumbBar::paintEvent(QPaintEvent* event)
     QPainter painter(this);
     for (const int x : m_chevrons) {
         const QRect place(x, (height() - chevronSide) / 2, chevronSide, chevronSide);
-        paintSymbol(painter, place, QStringLiteral("chevron.right"), ThemeColor::text3);
+        paintSymbol(painter, QStringLiteral("chevron.right"), place, chevronSide,
+                    themeColor(ThemeColor::text3));
     }
     if (!m_summary.isEmpty()) {
         paintText(painter, QRectF(rect()).adjusted(0, 0, -rightMargin, 0),

@@ -9,8 +9,7 @@
 
 #include <vector>
 
-namespace quorvane
-{
+namespace quorvane {
 
 class AppState;
 

@@ -11,10 +11,8 @@
 #include <cstddef>
 #include <unordered_map>
 
-namespace quorvane
-{
-namespace
-{
+namespace quorvane {
+namespace {
 
 /// One item of a canvas.
 class CanvasItemAccessible final : public QAccessibleInterface, public QAccessibleActionInterface
@@ -24,8 +22,7 @@ public:
         : m_canvas(&canvas)
         , m_scene(canvas.scene())
         , m_item(item)
-    {
-    }
+    {}
 
     bool isValid() const override { return m_canvas && m_scene && m_canvas->scene() == m_scene; }
     QObject* object() const override { return nullptr; }
@@ -87,8 +84,7 @@ public:
     explicit CanvasAccessible(VisualizerCanvas& canvas)
         : QAccessibleWidget(&canvas, QAccessible::List)
         , m_canvas(canvas)
-    {
-    }
+    {}
     ~CanvasAccessible() override { forgetItems(); }
 
     QString text(QAccessible::Text kind) const override

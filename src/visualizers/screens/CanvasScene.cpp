@@ -5,10 +5,8 @@
 
 #include <utility>
 
-namespace quorvane
-{
-namespace
-{
+namespace quorvane {
+namespace {
 
 QImage emptyPicture(const QSize& size, const CanvasStyle& style)
 {

@@ -20,8 +20,7 @@
 
 class QPainter;
 
-namespace quorvane
-{
+namespace quorvane {
 
 class LockedFlag;
 
@@ -51,23 +50,18 @@ struct TooltipText
     QString detail;
 };
 
-/// One finished layout: a plain array of items that can be painted, hit and named. Made by a job and
-/// never changed after it, so that any thread may read it. Keeps the tree alive that its items point
-/// into. Items are numbered in paint order; coordinates are points of the canvas.
+/// One finished layout: a plain array of items that can be painted, hit and named. Made by a job
+/// and never changed after it, so that any thread may read it. Keeps the tree alive that its items
+/// point into. Items are numbered in paint order; coordinates are points of the canvas.
 class CanvasScene
 {
 public:
     /// What an item is to the user when it is drawn out.
-    enum class Highlight
-    {
-        hovered,
-        selected
-    };
+    enum class Highlight { hovered, selected };
 
     explicit CanvasScene(SceneRequest request)
         : m_request(std::move(request))
-    {
-    }
+    {}
     CanvasScene(const CanvasScene&) = delete;
     CanvasScene& operator=(const CanvasScene&) = delete;
     virtual ~CanvasScene() = default;

@@ -3,15 +3,14 @@
 
 #include "FileNode.h"
 
-namespace quorvane
-{
+namespace quorvane {
 
 TooltipText hoverTooltipText(const FileNode& node)
 {
     QString detail = node.formattedBytes();
     if (node.isDirectory()) {
-        detail += QStringLiteral(" · ") + QString::number(node.fileCount()) +
-                  QStringLiteral(" files");
+        detail +=
+            QStringLiteral(" · ") + QString::number(node.fileCount()) + QStringLiteral(" files");
     }
     return {node.displayName(), detail};
 }

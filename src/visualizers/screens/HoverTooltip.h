@@ -4,8 +4,7 @@
 #include "CanvasScene.h"
 #include "Popover.h"
 
-namespace quorvane
-{
+namespace quorvane {
 
 class FileNode;
 

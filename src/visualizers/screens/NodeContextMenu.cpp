@@ -7,8 +7,7 @@
 #include <QAction>
 #include <QPoint>
 
-namespace quorvane
-{
+namespace quorvane {
 
 void popUpNodeContextMenu(AppState& state, const NodePointer& node, QWidget& owner,
                           const QPoint& globalPosition)

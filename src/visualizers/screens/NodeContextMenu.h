@@ -6,13 +6,12 @@
 class QPoint;
 class QWidget;
 
-namespace quorvane
-{
+namespace quorvane {
 
 class AppState;
 
-/// Opens the menu of a node at a point of the screen and returns at once. Without a node there is no
-/// menu. Acts on the node through the state, which outlives the widget.
+/// Opens the menu of a node at a point of the screen and returns at once. Without a node there is
+/// no menu. Acts on the node through the state, which outlives the widget.
 void popUpNodeContextMenu(AppState& state, const NodePointer& node, QWidget& owner,
                           const QPoint& globalPosition);
 

@@ -4,10 +4,8 @@
 #include <algorithm>
 #include <cmath>
 
-namespace quorvane
-{
-namespace
-{
+namespace quorvane {
+namespace {
 
 /// Share of the scrim's height over which it keeps its full opacity.
 constexpr double scrimPlateau = 0.55;
@@ -142,8 +140,7 @@ void drawRow(QRgb* line, int width, int y, const Stroke& shape, const Ink& rowFi
 TilePainter::TilePainter(QImage& picture)
     : m_picture(picture)
     , m_scale(picture.devicePixelRatio())
-{
-}
+{}
 
 void TilePainter::draw(const Tile& tile)
 {

@@ -8,12 +8,11 @@
 
 #include <optional>
 
-namespace quorvane
-{
+namespace quorvane {
 
-/// Draws rounded tiles straight into the pixels of a picture, in a tenth of the time of a general path
-/// painter: a layout has twelve thousand of them. Coverage comes from the signed distance to the
-/// rounded rectangle, evaluated along the edges only.
+/// Draws rounded tiles straight into the pixels of a picture, in a tenth of the time of a general
+/// path painter: a layout has twelve thousand of them. Coverage comes from the signed distance to
+/// the rounded rectangle, evaluated along the edges only.
 class TilePainter
 {
 public:
@@ -25,8 +24,8 @@ public:
         std::optional<QColor> fill;
         std::optional<QColor> stroke;
         double strokeWidth = 1; ///< points, centred on the edge
-        /// Black laid over the fill from the top: opacity down to 55 percent of the height, fading to
-        /// nothing at its end.
+        /// Black laid over the fill from the top: opacity down to 55 percent of the height, fading
+        /// to nothing at its end.
         double scrimOpacity = 0;
         double scrimHeight = 0;
     };

@@ -7,10 +7,8 @@
 #include <cmath>
 #include <vector>
 
-namespace quorvane
-{
-namespace
-{
+namespace quorvane {
+namespace {
 
 constexpr QChar ellipsis(0x2026);
 

@@ -15,8 +15,7 @@
 #include <optional>
 #include <vector>
 
-namespace quorvane
-{
+namespace quorvane {
 
 /// Paints slices in their order into a picture. Any thread; one object a picture.
 class TreemapPainter
@@ -36,6 +35,7 @@ private:
         QFontMetricsF metrics;
     };
 
+    QColor fillColor(const Color& fill, bool dimmed) const;
     void paintAggregate(const Slice& slice, bool dimmed);
     void paintTile(const Slice& slice, bool dimmed);
     void paintHeader(const Rect& body, double header, double radius, bool dimmed);

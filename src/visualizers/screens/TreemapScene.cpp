@@ -12,16 +12,14 @@
 #include <cmath>
 #include <utility>
 
-namespace quorvane
-{
-namespace
-{
+namespace quorvane {
+namespace {
 
 using Slice = TreemapLayout::Slice;
 
 constexpr double aggregateInset = 0.5;
 constexpr double aggregateRadius = 1.5;
-constexpr double highlightOpacity = 0.95;
+constexpr float highlightOpacity = 0.95F;
 constexpr double highlightWidth = 2;
 constexpr double selectionGroundWidth = 4;
 
@@ -37,8 +35,9 @@ bool holds(const Rect& outer, const Rect& inner)
            inner.maxX() <= outer.maxX() + slack && inner.maxY() <= outer.maxY() + slack;
 }
 
-/// Slices come top level first, then each top tile's content from the outside in: so a slice lies in
-/// the last one before it that holds it, else in a top tile at or after the last one that was used.
+/// Slices come top level first, then each top tile's content from the outside in: so a slice lies
+/// in the last one before it that holds it, else in a top tile at or after the last one that was
+/// used.
 std::vector<std::size_t> parentsOf(const std::vector<Slice>& slices)
 {
     std::vector<std::size_t> parents(slices.size());
@@ -81,8 +80,7 @@ TreemapScene::TreemapScene(const SceneRequest& request, std::vector<Slice> slice
     : CanvasScene(request)
     , m_slices(std::move(slices))
     , m_parents(parentsOf(m_slices))
-{
-}
+{}
 
 Rect TreemapScene::body(const Slice& slice)
 {

@@ -8,8 +8,7 @@
 #include <optional>
 #include <vector>
 
-namespace quorvane
-{
+namespace quorvane {
 
 /// The treemap of one folder.
 class TreemapScene final : public CanvasScene

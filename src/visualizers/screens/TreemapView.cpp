@@ -3,8 +3,7 @@
 
 #include "TreemapScene.h"
 
-namespace quorvane
-{
+namespace quorvane {
 
 TreemapView::TreemapView(AppState& state, QWidget* parent)
     : VisualizerCanvas(state, &TreemapScene::make, parent)

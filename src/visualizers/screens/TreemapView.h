@@ -3,8 +3,7 @@
 
 #include "VisualizerCanvas.h"
 
-namespace quorvane
-{
+namespace quorvane {
 
 /// The treemap on screen.
 class TreemapView final : public VisualizerCanvas

@@ -18,10 +18,8 @@
 #include <optional>
 #include <utility>
 
-namespace quorvane
-{
-namespace
-{
+namespace quorvane {
+namespace {
 
 QColor groundColor()
 {

@@ -15,19 +15,18 @@
 #include <optional>
 #include <vector>
 
-namespace quorvane
-{
+namespace quorvane {
 
 class HoverTooltip;
 class Spinner;
 
-/// What all drawn visualisers share: when a layout is due, asking for it off the main thread, keeping
-/// its pictures, hover, click, wheel, keys, context menu, tooltip and accessibility. A visualiser adds
-/// the function that makes its scene.
+/// What all drawn visualisers share: when a layout is due, asking for it off the main thread,
+/// keeping its pictures, hover, click, wheel, keys, context menu, tooltip and accessibility. A
+/// visualiser adds the function that makes its scene.
 ///
-/// A layout is asked for whenever its key changes: the folder on show, the size mode, the canvas's size
-/// in whole points, or the hidden families. The old picture stays until the new one arrives, and an
-/// older answer never replaces a newer one. A canvas that is not on show does no work.
+/// A layout is asked for whenever its key changes: the folder on show, the size mode, the canvas's
+/// size in whole points, or the hidden families. The old picture stays until the new one arrives,
+/// and an older answer never replaces a newer one. A canvas that is not on show does no work.
 class VisualizerCanvas : public QWidget
 {
     Q_OBJECT
@@ -88,7 +87,7 @@ private:
     MakeScene m_makeScene;
     std::vector<QPropertyNotifier> m_observers;
     bool m_isLayoutScheduled = false;
-    QString m_key;   ///< of the layout on show or on its way
+    QString m_key; ///< of the layout on show or on its way
     std::weak_ptr<FileNode> m_target;
     CanvasStyle m_style;
     AppPalette m_paletteOnShow = initialPalette;

@@ -15,10 +15,8 @@
 #include <cmath>
 #include <limits>
 
-namespace quorvane
-{
-namespace
-{
+namespace quorvane {
+namespace {
 
 /// Vertical scrolling that counts as a zoom: points of a touch pad, degrees of a wheel.
 constexpr double zoomDelta = 2.0;
@@ -243,9 +241,8 @@ void VisualizerCanvas::contextMenuEvent(QContextMenuEvent* event)
     const bool isByKey = event->reason() == QContextMenuEvent::Keyboard;
     const std::optional<std::size_t> item =
         isByKey ? m_hoveredItem : scene()->itemAt(QPointF(event->pos()));
-    const QPoint place =
-        isByKey && item ? mapToGlobal(scene()->boundsOf(*item).center().toPoint())
-                        : event->globalPos();
+    const QPoint place = isByKey && item ? mapToGlobal(scene()->boundsOf(*item).center().toPoint())
+                                         : event->globalPos();
     popUpNodeContextMenu(m_state, nodeOf(item), *this, place);
 }
 

@@ -11,14 +11,14 @@
 #include <QStackedWidget>
 #include <QVBoxLayout>
 
-namespace quorvane
-{
+#include <utility>
 
-VisualizerHostView::VisualizerHostView(AppState& state, const VisualizerScreens& screens,
-                                       QWidget* parent)
+namespace quorvane {
+
+VisualizerHostView::VisualizerHostView(AppState& state, VisualizerScreens screens, QWidget* parent)
     : QWidget(parent)
     , m_state(state)
-    , m_screens(screens)
+    , m_screens(std::move(screens))
     , m_stack(new QStackedWidget(this))
 {
     setObjectName(QStringLiteral("visualizerHost"));

@@ -10,13 +10,9 @@
 
 class QStackedWidget;
 
-namespace quorvane
-{
+namespace quorvane {
 
 class AppState;
-
-/// The visualisers of the program, each under its type.
-using VisualizerScreens = ScreenRegistry<VisualizerType>;
 
 /// The analysis of a finished scan: the way down to the folder on show, the current visualiser, and
 /// the footer. Esc anywhere inside zooms out one level.
@@ -25,14 +21,13 @@ class VisualizerHostView : public QWidget
     Q_OBJECT
 
 public:
-    VisualizerHostView(AppState& state, const VisualizerScreens& screens,
-                       QWidget* parent = nullptr);
+    VisualizerHostView(AppState& state, VisualizerScreens screens, QWidget* parent = nullptr);
 
 private:
     void showVisualizer();
 
     AppState& m_state;
-    const VisualizerScreens& m_screens;
+    VisualizerScreens m_screens;
     QPropertyNotifier m_visualizerChanged;
     QStackedWidget* m_stack;
     std::map<VisualizerType, QWidget*> m_views;
