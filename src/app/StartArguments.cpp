@@ -7,7 +7,7 @@
 namespace quorvane {
 namespace {
 
-StartArguments problem(std::string text)
+StartArguments refused(std::string text)
 {
     StartArguments result;
     result.action = StartArguments::Action::reportUsage;
@@ -64,15 +64,15 @@ StartArguments StartArguments::parse(const std::vector<std::string_view>& argume
             result.action = Action::showVersion;
             return result;
         } else if (!optionsEnded && argument.size() > 1 && argument.front() == '-') {
-            return problem("unknown option '" + std::string(argument) + "'");
+            return refused("unknown option '" + std::string(argument) + "'");
         } else if (argument.empty()) {
-            return problem("the folder's name is empty");
+            return refused("the folder's name is empty");
         } else if (result.folder) {
-            return problem("only one folder can be scanned at a time");
+            return refused("only one folder can be scanned at a time");
         } else if (isFileUrl(argument)) {
             result.folder = FilePath::fromFileUrl(argument);
             if (result.folder->isEmpty()) {
-                return problem("'" + std::string(argument) + "' names no folder of this machine");
+                return refused("'" + std::string(argument) + "' names no folder of this machine");
             }
         } else {
             result.folder = absolutePath(argument, workingFolder);

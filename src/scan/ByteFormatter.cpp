@@ -10,8 +10,9 @@
 #include <algorithm>
 #include <array>
 #include <charconv>
-#include <cmath>
 #include <cstddef>
+#include <locale>
+#include <sstream>
 
 namespace quorvane {
 namespace {
@@ -101,6 +102,18 @@ qsizetype decimalLength(QStringView text)
     return end;
 }
 
+/// The value of a well-formed decimal number; the largest double for one beyond, 0 for one too
+/// small.
+double valueOf(QStringView decimal)
+{
+    // Not QByteArray::toDouble(): that gives 0 for a number too large.
+    std::istringstream stream(decimal.toLatin1().toStdString());
+    stream.imbue(std::locale::classic());
+    double value = 0;
+    stream >> value;
+    return value;
+}
+
 std::int64_t wholeBytes(double product)
 {
     constexpr double limit = 9223372036854775808.0;
@@ -139,8 +152,7 @@ std::optional<std::int64_t> ByteSize::parse(std::string_view text)
     if (length == 0) {
         return std::nullopt;
     }
-    // A number too large for a double reads as infinity, one too small as zero.
-    const double number = QStringView(decoded).first(length).toLatin1().toDouble();
+    const double number = valueOf(QStringView(decoded).first(length));
     const QString word = QStringView(decoded).sliced(length).toString().trimmed().toUpper();
     for (const SizeWord& row : sizeWords) {
         if (row.word == word) {
