@@ -123,7 +123,10 @@ void drawRow(QRgb* line, int width, int y, const Stroke& shape, const Ink& rowFi
         shape.lay(line[x], outline.distance(x + 0.5, middle), rowFill);
     }
     const double even = std::max(outline.top - middle, middle - outline.bottom);
-    if (even < -(shape.halfStroke + 0.5) && rowFill.opacity == 256) {
+    const bool isInterior = even < -(shape.halfStroke + 0.5);
+    if (isInterior && rowFill.opacity == 0) {
+        // Only the edges have anything to draw.
+    } else if (isInterior && rowFill.opacity == 256) {
         std::fill(line + evenFrom, line + evenTo, qRgb(rowFill.r, rowFill.g, rowFill.b));
     } else {
         for (int x = evenFrom; x < evenTo; ++x) {
