@@ -72,7 +72,9 @@ TEST_F(TreemapPainterTests, TextOfACoveredTileIsGone)
     // The chain's own slice covers the header of the top tile: one name stands there, not two.
     const CanvasRendering chain = rendered("top/\n  inner/\n    a.txt 500\n    b.txt 400\n");
     const CanvasRendering alone = rendered("inner/\n  a.txt 500\n  b.txt 400\n");
-    EXPECT_EQ(chain.bright.copy(0, 0, 100, 15), alone.bright.copy(0, 0, 100, 15));
+    // Inside the strip, clear of the corners, where two edges lie over each other.
+    const QRect strip(5, 4, 90, 9);
+    EXPECT_EQ(chain.bright.copy(strip), alone.bright.copy(strip));
 }
 
 TEST_F(TreemapPainterTests, PictureHasThePixelsOfTheScreen)
