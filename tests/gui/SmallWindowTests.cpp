@@ -36,9 +36,9 @@ protected:
     {
         const auto* const label = qobject_cast<const QLabel*>(&widget);
         const QString text = label != nullptr ? label->text() : QString();
-        return (QLatin1String(widget.metaObject()->className()) + QLatin1Char(' ') +
-                widget.objectName() + QLatin1Char(' ') + text)
-            .toStdString();
+        const QString name = QLatin1String(widget.metaObject()->className()) + QLatin1Char(' ') +
+                             widget.objectName() + QLatin1Char(' ') + text;
+        return name.toStdString();
     }
 
     /// Nothing reaches beyond the window, and no text that cannot shorten itself lacks room.
