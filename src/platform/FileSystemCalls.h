@@ -25,7 +25,7 @@ struct NameList
 {
     struct Span
     {
-        std::uint32_t offset; ///< into bytes; the name is followed by a NUL there
+        std::uint64_t offset; ///< into bytes; the name is followed by a NUL there
         std::uint32_t length;
     };
 
@@ -65,6 +65,9 @@ public:
     virtual bool appendNames(int directory, NameList& names) = 0;
     /// lstat(2) of a name below an open directory. False when it fails.
     virtual bool status(int directory, const char* name, EntryStatus& status) = 0;
+    /// When a name below an open directory was created, in whole seconds since 1970; a link is not
+    /// followed. False when it fails or the file system keeps no such date.
+    virtual bool creationDate(int directory, const char* name, std::int64_t& seconds) = 0;
     /// Whether a file system that the kernel makes up (proc, sysfs, cgroup, …) is mounted on the
     /// directory. Such a file system holds no disk space and is never listed.
     virtual bool isKernelMade(int parent, const char* name) = 0;

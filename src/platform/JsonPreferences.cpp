@@ -112,17 +112,22 @@ std::optional<PreferenceValue> JsonPreferences::value(std::string_view key) cons
 
 bool JsonPreferences::setValue(std::string_view key, const PreferenceValue& value)
 {
-    // Another window of the program may have written meanwhile: only this key is ours to change.
+    m_unwritten.insert(text(key), toJson(value));
+    // Another process of ours may have written meanwhile: only the keys set here are ours to
+    // change.
     QJsonObject onDisk;
     const FileState state = read(onDisk);
     if (state == FileState::readable) {
         m_values = onDisk;
     }
-    m_values.insert(text(key), toJson(value));
-    if (state == FileState::broken && !keepBrokenFileAside()) {
+    for (auto entry = m_unwritten.constBegin(); entry != m_unwritten.constEnd(); ++entry) {
+        m_values.insert(entry.key(), entry.value());
+    }
+    if ((state == FileState::broken && !keepBrokenFileAside()) || !write()) {
         return false;
     }
-    return write();
+    m_unwritten = {};
+    return true;
 }
 
 bool JsonPreferences::keepBrokenFileAside() const

@@ -33,6 +33,8 @@ private:
 
     QString m_filePath;
     QJsonObject m_values;
+    /// What could not be written so far: it outlives a reading of the file.
+    QJsonObject m_unwritten;
 };
 
 } // namespace quorvane

@@ -10,6 +10,9 @@ namespace {
 
 /// The longest name that one call takes, its NUL included.
 constexpr std::size_t longestName = PATH_MAX;
+/// Makes a call on a folder's path follow a link that stands in its last place: only the end of the
+/// whole path may not be followed.
+constexpr std::string_view itself = "/.";
 
 } // namespace
 
@@ -34,13 +37,15 @@ bool OpenDirectory::keepWithin(std::atomic<int>& room)
 ReachablePlace::ReachablePlace(FileSystemCalls& calls, const FilePath& path)
 {
     std::string_view rest = path.bytes();
-    while (rest.size() >= longestName) {
-        const std::size_t cut = rest.rfind('/', longestName - 1);
+    // A call would take the path up to the NUL, which names something else.
+    m_isReachable = rest.find('\0') == std::string_view::npos;
+    while (m_isReachable && rest.size() >= longestName) {
+        const std::size_t cut = rest.rfind('/', longestName - 1 - itself.size());
         if (cut == std::string_view::npos || cut == 0) {
             m_isReachable = false;
             return;
         }
-        const std::string step(rest.substr(0, cut));
+        const std::string step = std::string(rest.substr(0, cut)).append(itself);
         const int descriptor = calls.openDirectory(parent(), step.c_str());
         if (descriptor < 0) {
             m_isReachable = false;

@@ -106,4 +106,14 @@ DiskScanner::directoryNameEntries(const FilePath& path) const
     return entries;
 }
 
+std::optional<std::int64_t> DiskScanner::fileCreationDate(const FilePath& path) const
+{
+    const ReachablePlace place(m_calls, path);
+    std::int64_t seconds = 0;
+    if (!place.isReachable() || !m_calls.creationDate(place.parent(), place.name(), seconds)) {
+        return std::nullopt;
+    }
+    return seconds;
+}
+
 } // namespace quorvane

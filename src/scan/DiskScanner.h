@@ -49,6 +49,9 @@ public:
     /// entry whose lstat fails is left out. Absent when the listing fails. Any thread.
     std::optional<std::vector<std::pair<std::string, ItemMetadata>>>
     directoryNameEntries(const FilePath& path) const;
+    /// When the entry was created, in whole seconds since 1970; absent on any failure and where the
+    /// file system keeps no such date. Any thread.
+    std::optional<std::int64_t> fileCreationDate(const FilePath& path) const;
 
 private:
     FileSystemCalls& m_calls;

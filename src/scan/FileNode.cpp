@@ -152,6 +152,9 @@ std::size_t FileNode::depth() const
 
 void FileNode::addProvisional(std::int64_t bytes, std::int64_t byteOnDisk)
 {
+    if (!hasPart()) {
+        return;
+    }
     constexpr const char* place = "FileNode::addProvisional";
     m_part->scannedBytes = checkedAdd(m_part->scannedBytes, bytes, place);
     m_part->scannedBytesOnDisk = checkedAdd(m_part->scannedBytesOnDisk, byteOnDisk, place);

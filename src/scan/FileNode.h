@@ -89,7 +89,8 @@ public:
     std::vector<const FileNode*> sortedChildren() const;
 
     /// Adds to the byte rollups of a folder while the scan fills it: the bytes of its own regular
-    /// files, so that they are in place before the final pass. Only by the worker that fills it.
+    /// files, so that they are in place before the final pass. Only by the worker that fills it;
+    /// nothing happens to an entry that is no folder.
     void addProvisional(std::int64_t bytes, std::int64_t byteOnDisk);
 
     /// The name of the switch that hides this node's family (see BloatFilter); nothing when its

@@ -7,6 +7,7 @@
 #include <chrono>
 #include <cstring>
 #include <string_view>
+#include <system_error>
 #include <thread>
 #include <utility>
 
@@ -50,10 +51,9 @@ ScanRun::Outcome ScanRun::walk(int workerCount, std::uint64_t rootDevice)
 {
     // The root counts as a mount point: a scan of "/proc" itself is an empty folder, too.
     m_pendingDirectories.push_back({&m_tree.root(), nullptr, rootDevice, true});
-    std::vector<std::thread> workers;
-    workers.reserve(static_cast<std::size_t>(workerCount));
-    for (int i = 0; i < workerCount; ++i) {
-        workers.emplace_back([this, &arena = m_tree.addArena()] { work(arena); });
+    std::vector<std::thread> workers = startWorkers(workerCount);
+    if (workers.empty()) {
+        work(m_tree.addArena());
     }
     for (std::thread& worker : workers) {
         worker.join();
@@ -63,6 +63,20 @@ ScanRun::Outcome ScanRun::walk(int workerCount, std::uint64_t rootDevice)
     outcome.wasStopped = m_stopRequested;
     outcome.totals = totalsLocked();
     return outcome;
+}
+
+/// As many as the system grants: a process at its limit of threads still gets its scan.
+std::vector<std::thread> ScanRun::startWorkers(int wanted)
+{
+    std::vector<std::thread> workers;
+    for (int i = 0; i < wanted; ++i) {
+        try {
+            workers.emplace_back([this, &arena = m_tree.addArena()] { work(arena); });
+        } catch (const std::system_error&) {
+            break;
+        }
+    }
+    return workers;
 }
 
 void ScanRun::work(NodeArena& arena)

@@ -14,6 +14,7 @@
 #include <cstdint>
 #include <memory>
 #include <mutex>
+#include <thread>
 #include <vector>
 
 namespace quorvane {
@@ -72,6 +73,7 @@ private:
         std::int64_t bytesOnDisk = 0;
     };
 
+    std::vector<std::thread> startWorkers(int wanted);
     void work(NodeArena& arena);
     bool takeDirectory(PendingDirectory& taken);
     std::shared_ptr<OpenDirectory> open(const PendingDirectory& pending);

@@ -56,13 +56,14 @@ void AppState::rescan()
 
 void AppState::dropOldScan()
 {
-    // A tree of millions of nodes is let go of in the background.
-    m_jobs.release(std::make_tuple(rootNode.value(), nodesByID.value()));
+    auto oldTree = std::make_tuple(rootNode.value(), nodesByID.value());
     errorMessage = std::nullopt;
     rootNode = nullptr;
     selectedNode = nullptr;
     focusNode = nullptr;
     nodesByID = std::make_shared<const NodeIndex>();
+    // The fields have let go of it by now, so a tree of millions of nodes ends in the background.
+    m_jobs.release(std::move(oldTree));
 }
 
 void AppState::startScan(const FilePath& url)
@@ -149,7 +150,7 @@ void AppState::focusUp()
 {
     const NodePointer focus = focusNode.value();
     FileNode* const parent = focus ? focus->parent() : nullptr;
-    focusNode = parent != nullptr ? share(parent) : rootNode.value();
+    focusNode = parent != nullptr ? NodePointer(focus, parent) : rootNode.value();
     selectedNode = nullptr;
 }
 

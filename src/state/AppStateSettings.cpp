@@ -118,6 +118,9 @@ void AppState::pickFolder()
     m_platform.folderChooser.chooseFolder(QStringLiteral("Scan"),
                                           QStringLiteral("Choose a folder or volume to analyze"),
                                           [this, post = m_jobs.poster()](const FilePath& folder) {
+                                              if (folder.isEmpty()) {
+                                                  return;
+                                              }
                                               post([this, folder] {
                                                   section = AppSection::analysis;
                                                   startScan(folder);

@@ -30,6 +30,17 @@ JobRunner::JobRunner(std::function<void()> lowerThisThread)
 JobRunner::~JobRunner()
 {
     m_alive.reset();
+    for (const std::weak_ptr<Job>& started : m_started) {
+        if (const JobHandle job = started.lock()) {
+            job->cancel();
+        }
+    }
+}
+
+void JobRunner::remember(const JobHandle& job)
+{
+    std::erase_if(m_started, [](const std::weak_ptr<Job>& started) { return started.expired(); });
+    m_started.push_back(job);
 }
 
 } // namespace quorvane

@@ -4,10 +4,12 @@
 #include "LockedFlag.h"
 #include "TaskPool.h"
 
+#include <chrono>
 #include <functional>
 #include <memory>
 #include <type_traits>
 #include <utility>
+#include <vector>
 
 namespace quorvane {
 
@@ -48,7 +50,8 @@ public:
     explicit JobRunner(std::function<void()> lowerThisThread);
     JobRunner(const JobRunner&) = delete;
     JobRunner& operator=(const JobRunner&) = delete;
-    /// Waits for jobs under way to return; nothing of theirs is published any more.
+    /// Asks the jobs under way to stop and waits for them to return; nothing of theirs is published
+    /// any more.
     ~JobRunner();
 
     /// Runs work(const Job&) on a pool thread, then publish(result) on the main thread, unless the
@@ -59,6 +62,7 @@ public:
     {
         using Result = std::invoke_result_t<Work&, const Job&>;
         auto job = std::make_shared<Job>();
+        remember(job);
         m_pool.run(priority, [job, post = poster(), work = std::move(work),
                               publish = std::move(publish)]() mutable {
             if (job->isCancelled()) {
@@ -84,8 +88,14 @@ public:
 
     MainThreadPoster poster() const { return MainThreadPoster(m_alive); }
 
+    /// Takes no more work and waits for what runs, at most timeout. Returns whether all has ended.
+    bool drain(std::chrono::milliseconds timeout) { return m_pool.drain(timeout); }
+
 private:
+    void remember(const JobHandle& job);
+
     std::shared_ptr<const bool> m_alive;
+    std::vector<std::weak_ptr<Job>> m_started;
     TaskPool m_pool;
 };
 

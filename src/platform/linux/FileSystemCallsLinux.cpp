@@ -68,8 +68,7 @@ void appendRecords(const char* records, std::size_t size, NameList& names)
             continue;
         }
         const std::size_t nameLength = std::strlen(name);
-        names.spans.push_back({static_cast<std::uint32_t>(names.bytes.size()),
-                               static_cast<std::uint32_t>(nameLength)});
+        names.spans.push_back({names.bytes.size(), static_cast<std::uint32_t>(nameLength)});
         names.bytes.append(name, nameLength + 1);
     }
 }
@@ -110,6 +109,18 @@ public:
         status.allocatedBytes = entry.st_blocks * 512;
         status.modifiedSeconds = entry.st_mtim.tv_sec;
         status.device = entry.st_dev;
+        return true;
+    }
+
+    bool creationDate(int directory, const char* name, std::int64_t& seconds) override
+    {
+        struct statx entry = {};
+        constexpr int flags = AT_SYMLINK_NOFOLLOW | AT_NO_AUTOMOUNT;
+        if (statx(directory, name, flags, STATX_BTIME, &entry) != 0 ||
+            (entry.stx_mask & STATX_BTIME) == 0) {
+            return false;
+        }
+        seconds = entry.stx_btime.tv_sec;
         return true;
     }
 

@@ -1,0 +1,28 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "Command.h"
+#include "FileTree.h"
+
+#include <memory>
+#include <string>
+#include <variant>
+
+namespace quorvane {
+
+/// A folder on the command line as the scanner takes it: absolute, without "." components.
+FilePath folderFromArgument(std::string_view argument);
+
+struct SourceFault
+{
+    std::string message;
+    ExitCode code = exitFailure;
+};
+
+/// The tree that a command works on: DIR scanned, or what the option "--dump FILE" holds.
+std::variant<std::shared_ptr<FileTree>, SourceFault> loadTree(const Arguments& arguments);
+
+/// The node at a path, given relative to the root or absolute below it; absent when there is none.
+FileNode* nodeAt(FileTree& tree, std::string_view path);
+
+} // namespace quorvane

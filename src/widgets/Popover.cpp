@@ -1,0 +1,210 @@
+// SPDX-License-Identifier: MIT
+#include "Popover.h"
+
+#include "Button.h"
+#include "Painting.h"
+#include "Symbols.h"
+#include "Tokens.h"
+
+#include <QEvent>
+#include <QPainter>
+
+namespace quorvane {
+namespace {
+
+struct ShadowMeasure
+{
+    int offsetY;
+    int blur;
+};
+
+ShadowMeasure shadowMeasure(DropShadow::Depth depth)
+{
+    return depth == DropShadow::Depth::popover ? ShadowMeasure{8, 24} : ShadowMeasure{16, 40};
+}
+
+constexpr int tooltipPaddingX = 11; ///< with the edge
+constexpr int tooltipPaddingTop = 8;
+constexpr int tooltipPaddingBottom = 9;
+constexpr int pointerOffset = 12;
+constexpr int tooltipMaximumWidth = 420;
+
+constexpr int bannerSymbol = 16;
+constexpr int bannerPadding = 13; ///< with the edge
+constexpr int bannerGap = 9;
+constexpr int bannerButton = 22;
+constexpr int bannerDrop = 8;
+constexpr int bannerMargin = 16; ///< kept free at both sides of the area
+
+} // namespace
+
+DropShadow::DropShadow(QWidget& card, Depth depth, int radius)
+    : QWidget(card.parentWidget())
+    , m_card(card)
+    , m_depth(depth)
+    , m_radius(radius)
+{
+    setAttribute(Qt::WA_TransparentForMouseEvents);
+    card.installEventFilter(this);
+    connect(&card, &QObject::destroyed, this, &QObject::deleteLater);
+    follow();
+}
+
+bool DropShadow::eventFilter(QObject* watched, QEvent* event)
+{
+    switch (event->type()) {
+    case QEvent::Move:
+    case QEvent::Resize:
+    case QEvent::Show:
+    case QEvent::Hide:
+    case QEvent::ZOrderChange:
+        follow();
+        break;
+    default:
+        break;
+    }
+    return QWidget::eventFilter(watched, event);
+}
+
+void DropShadow::follow()
+{
+    const ShadowMeasure shadow = shadowMeasure(m_depth);
+    setGeometry(m_card.geometry().adjusted(-shadow.blur, -shadow.blur, shadow.blur,
+                                           shadow.blur + shadow.offsetY));
+    setVisible(!m_card.isHidden());
+    stackUnder(&m_card);
+}
+
+void DropShadow::paintEvent(QPaintEvent*)
+{
+    const ShadowMeasure shadow = shadowMeasure(m_depth);
+    QPainter painter(this);
+    const QRectF card(shadow.blur, shadow.blur, m_card.width(), m_card.height());
+    paintShadow(
+        painter, card, m_radius, shadow.offsetY, shadow.blur,
+        themeColor(m_depth == Depth::popover ? ThemeColor::shadow : ThemeColor::dialogShadow));
+}
+
+TooltipCard::TooltipCard(QWidget* canvas)
+    : QWidget(canvas)
+{
+    setAttribute(Qt::WA_TransparentForMouseEvents);
+    hide();
+    new DropShadow(*this, DropShadow::Depth::popover, radius::control);
+}
+
+void TooltipCard::setContent(const QString& title, const QString& detail)
+{
+    if (m_title != title || m_detail != detail) {
+        m_title = title;
+        m_detail = detail;
+        setAccessibleName(detail.isEmpty() ? title : title + u'\n' + detail);
+        update();
+    }
+    resize(sizeHint());
+}
+
+QSize TooltipCard::sizeHint() const
+{
+    const int lineHeight = typeMeasure(TextStyle::caption).lineHeight;
+    const int widest = std::max(textWidth(TextStyle::captionStrong, m_title),
+                                textWidth(TextStyle::caption, m_detail));
+    return {std::min(widest + 2 * tooltipPaddingX, tooltipMaximumWidth),
+            tooltipPaddingTop + tooltipPaddingBottom + lineHeight * (m_detail.isEmpty() ? 1 : 2)};
+}
+
+void TooltipCard::showAt(const QPoint& pointer)
+{
+    resize(sizeHint());
+    const QWidget* canvas = parentWidget();
+    int x = pointer.x() + pointerOffset;
+    int y = pointer.y() + pointerOffset;
+    if (x + width() > canvas->width()) {
+        x = pointer.x() - pointerOffset - width();
+    }
+    if (y + height() > canvas->height()) {
+        y = pointer.y() - pointerOffset - height();
+    }
+    showFixed({std::max(0, x), std::max(0, y)});
+}
+
+void TooltipCard::showFixed(const QPoint& topLeft)
+{
+    resize(sizeHint());
+    move(topLeft);
+    if (isHidden()) {
+        show();
+        raise();
+    }
+}
+
+void TooltipCard::paintEvent(QPaintEvent*)
+{
+    QPainter painter(this);
+    paintPopover(painter, rect(), radius::control);
+    const int lineHeight = typeMeasure(TextStyle::caption).lineHeight;
+    const QRectF title(tooltipPaddingX, tooltipPaddingTop, width() - 2 * tooltipPaddingX,
+                       lineHeight);
+    const int alignment = Qt::AlignLeft | Qt::AlignVCenter;
+    paintText(painter, title, alignment, TextStyle::captionStrong, themeColor(ThemeColor::text1),
+              m_title, Qt::ElideMiddle);
+    paintText(painter, title.translated(0, lineHeight), alignment, TextStyle::caption,
+              themeColor(ThemeColor::text2), m_detail);
+}
+
+FlashBanner::FlashBanner(const QString& text, std::function<void()> onDismiss, QWidget* parent)
+    : QWidget(parent)
+    , m_text(text)
+    , m_dismiss(new ToolButton(QStringLiteral("xmark.small"), QStringLiteral("Dismiss"), this))
+{
+    setAccessibleName(text);
+    m_dismiss->setSide(bannerButton);
+    m_dismiss->setSymbolSide(measure::iconRow);
+    connect(m_dismiss, &QAbstractButton::clicked, this,
+            [dismiss = std::move(onDismiss)] { dismiss(); });
+    new DropShadow(*this, DropShadow::Depth::popover, radius::surface);
+    resize(sizeHint());
+}
+
+void FlashBanner::setText(const QString& text)
+{
+    m_text = text;
+    setAccessibleName(text);
+    resize(sizeHint());
+    update();
+}
+
+QSize FlashBanner::sizeHint() const
+{
+    return {bannerPadding + bannerSymbol + bannerGap + textWidth(TextStyle::row, m_text) +
+                bannerGap + bannerButton + bannerGap,
+            measure::flashBanner};
+}
+
+void FlashBanner::placeBelow(const QRect& area)
+{
+    const int width = std::min(sizeHint().width(), area.width() - 2 * bannerMargin);
+    setGeometry(area.left() + (area.width() - width) / 2, area.top() + bannerDrop, width,
+                measure::flashBanner);
+}
+
+void FlashBanner::paintEvent(QPaintEvent*)
+{
+    QPainter painter(this);
+    paintPopover(painter, rect(), radius::surface);
+    const QRectF symbol(bannerPadding, 0, bannerSymbol, height());
+    paintSymbol(painter, QStringLiteral("checkmark.circle.fill"), symbol, bannerSymbol,
+                themeColor(ThemeColor::green));
+    const qreal left = symbol.right() + bannerGap;
+    paintText(painter, QRectF(left, 0, m_dismiss->x() - bannerGap - left, height()),
+              Qt::AlignLeft | Qt::AlignVCenter, TextStyle::row, themeColor(ThemeColor::text1),
+              m_text, Qt::ElideMiddle);
+}
+
+void FlashBanner::resizeEvent(QResizeEvent*)
+{
+    m_dismiss->setGeometry(width() - bannerGap - bannerButton, (height() - bannerButton) / 2,
+                           bannerButton, bannerButton);
+}
+
+} // namespace quorvane

@@ -1,0 +1,80 @@
+// SPDX-License-Identifier: MIT
+#include "Painting.h"
+#include "QuorvaneStyle.h"
+#include "StylePainting.h"
+#include "Symbols.h"
+#include "Tokens.h"
+
+#include <QPainter>
+#include <QStyleOptionHeader>
+#include <QStyleOptionSlider>
+#include <QStyleOptionViewItem>
+
+namespace quorvane {
+
+void QuorvaneStyle::drawScrollBar(const QStyleOptionSlider& option, QPainter& painter) const
+{
+    if (option.maximum <= option.minimum) {
+        return;
+    }
+    const QRectF slider = subControlRect(CC_ScrollBar, &option, SC_ScrollBarSlider);
+    const bool lit = option.state & State_MouseOver || option.state & State_Sunken;
+    const qreal width = lit ? measure::scrollBarHovered : measure::scrollBar;
+    const qreal inset = measure::scrollBarInset;
+    QRectF bar;
+    if (option.orientation == Qt::Vertical) {
+        const bool mirrored = option.direction == Qt::RightToLeft;
+        const qreal left = mirrored ? slider.left() + inset : slider.right() - inset - width;
+        bar = QRectF(left, slider.top() + inset, width, slider.height() - 2 * inset);
+    } else {
+        bar = QRectF(slider.left() + inset, slider.bottom() - inset - width,
+                     slider.width() - 2 * inset, width);
+    }
+    paintPanel(
+        painter, bar, width / 2,
+        themeColor(option.state & State_Sunken && option.activeSubControls & SC_ScrollBarSlider
+                       ? ThemeColor::text3
+                       : ThemeColor::controlEdge),
+        Qt::transparent);
+}
+
+void QuorvaneStyle::drawHeaderSection(const QStyleOptionHeader& option, QPainter& painter) const
+{
+    const QRectF rect = option.rect;
+    painter.fillRect(rect, themeColor(ThemeColor::raised));
+    if (isHovered(option) || isPressed(option)) {
+        painter.fillRect(rect,
+                         themeColor(isPressed(option) ? ThemeColor::press : ThemeColor::hover));
+    }
+    const bool horizontal = option.orientation == Qt::Horizontal;
+    painter.fillRect(horizontal ? QRectF(rect.left(), rect.bottom() - 1, rect.width(), 1)
+                                : QRectF(rect.right() - 1, rect.top(), 1, rect.height()),
+                     themeColor(ThemeColor::hairline));
+}
+
+void QuorvaneStyle::drawHeaderLabel(const QStyleOptionHeader& option, QPainter& painter) const
+{
+    const bool sorted = option.sortIndicator != QStyleOptionHeader::None;
+    QString text = option.text;
+    if (sorted) {
+        text += option.sortIndicator == QStyleOptionHeader::SortDown ? QStringLiteral(" ↑")
+                                                                     : QStringLiteral(" ↓");
+    }
+    const int alignment = static_cast<int>(option.textAlignment & Qt::AlignHorizontal_Mask);
+    paintText(painter, QRectF(option.rect), alignment | Qt::AlignVCenter, TextStyle::section,
+              themeColor(!isEnabled(option) ? ThemeColor::textDisabled
+                         : sorted           ? ThemeColor::text1
+                                            : ThemeColor::text3),
+              text);
+}
+
+void QuorvaneStyle::drawItem(const QStyleOptionViewItem& option, QPainter& painter,
+                             const QWidget* widget) const
+{
+    // Selected rows keep the text colours of the others; the ground alone tells them apart.
+    QStyleOptionViewItem plain = option;
+    plain.palette.setColor(QPalette::HighlightedText, option.palette.color(QPalette::Text));
+    QProxyStyle::drawControl(CE_ItemViewItem, &plain, &painter, widget);
+}
+
+} // namespace quorvane

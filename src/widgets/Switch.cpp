@@ -1,0 +1,99 @@
+// SPDX-License-Identifier: MIT
+#include "Switch.h"
+
+#include "DesktopSettings.h"
+#include "FocusRing.h"
+#include "Painting.h"
+#include "Tokens.h"
+
+#include <QPainter>
+#include <QStyleOptionButton>
+
+namespace quorvane {
+namespace {
+
+constexpr qreal knobInset = 2;
+constexpr double disabledOpacity = 0.45;
+
+} // namespace
+
+Switch::Switch(const QString& name, QWidget* parent)
+    : QCheckBox(parent)
+{
+    setAccessibleName(name);
+    setAttribute(Qt::WA_Hover);
+    setFocusPolicy(Qt::TabFocus);
+    setFocusRadius(*this, measure::switchHeight / 2);
+    setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
+    m_slide.setEasingCurve(QEasingCurve::InOutQuad);
+    connect(&m_slide, &QVariantAnimation::valueChanged, this, [this](const QVariant& value) {
+        m_position = value.toReal();
+        update();
+    });
+    connect(this, &QCheckBox::toggled, this, &Switch::slide);
+}
+
+void Switch::slide(bool on)
+{
+    m_slide.stop();
+    const int time = isVisible() ? animationDuration(duration::toggle) : 0;
+    if (time == 0) {
+        m_position = on ? 1 : 0;
+        update();
+        return;
+    }
+    m_slide.setDuration(time);
+    m_slide.setStartValue(m_position);
+    m_slide.setEndValue(on ? 1.0 : 0.0);
+    m_slide.start();
+}
+
+QSize Switch::sizeHint() const
+{
+    return {measure::switchWidth, measure::switchHeight};
+}
+
+QSize Switch::minimumSizeHint() const
+{
+    return sizeHint();
+}
+
+bool Switch::hitButton(const QPoint& position) const
+{
+    return rect().contains(position);
+}
+
+void Switch::paintEvent(QPaintEvent*)
+{
+    QStyleOptionButton option;
+    initStyleOption(&option);
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    if (!(option.state & QStyle::State_Enabled)) {
+        painter.setOpacity(disabledOpacity);
+    }
+    const QRectF track(0, (height() - measure::switchHeight) / 2.0, measure::switchWidth,
+                       measure::switchHeight);
+    const qreal radius = track.height() / 2;
+    paintPanel(painter, track, radius, themeColor(ThemeColor::controlEdge), Qt::transparent);
+    if (m_position > 0) {
+        paintPanel(painter, track, radius,
+                   withOpacity(themeColor(ThemeColor::accentFill), m_position), Qt::transparent);
+    }
+    if (option.state & (QStyle::State_MouseOver | QStyle::State_Sunken)) {
+        paintPanel(
+            painter, track, radius,
+            themeColor(option.state & QStyle::State_Sunken ? ThemeColor::press : ThemeColor::hover),
+            Qt::transparent);
+    }
+    const qreal side = track.height() - 2 * knobInset;
+    const QRectF knob(track.left() + knobInset + m_position * (track.width() - track.height()),
+                      track.top() + knobInset, side, side);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(themeColor(ThemeColor::knobShadow));
+    painter.drawEllipse(knob.translated(0, 1));
+    painter.setBrush(themeColor(ThemeColor::knob));
+    painter.drawEllipse(knob);
+}
+
+} // namespace quorvane

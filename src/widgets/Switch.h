@@ -1,0 +1,31 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QCheckBox>
+#include <QVariantAnimation>
+
+namespace quorvane {
+
+/// On or off, 36 x 20. `name` is its accessible name.
+class Switch : public QCheckBox
+{
+    Q_OBJECT
+
+public:
+    explicit Switch(const QString& name, QWidget* parent = nullptr);
+
+    QSize sizeHint() const override;
+    QSize minimumSizeHint() const override;
+
+protected:
+    bool hitButton(const QPoint& position) const override;
+    void paintEvent(QPaintEvent* event) override;
+
+private:
+    void slide(bool on);
+
+    QVariantAnimation m_slide;
+    qreal m_position = 0; ///< of the knob: 0 off, 1 on
+};
+
+} // namespace quorvane

@@ -1,0 +1,44 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QLineEdit>
+
+namespace quorvane {
+
+class ToolButton;
+
+/// A text field, 30 high, with an optional symbol before and a clear button after the text.
+class TextField : public QLineEdit
+{
+    Q_OBJECT
+
+public:
+    explicit TextField(const QString& placeholder = {}, QWidget* parent = nullptr);
+
+    /// Empty for none.
+    void setSymbol(const QString& symbol);
+    QString symbol() const { return m_symbol; }
+    /// Shows a button that empties the field, while there is text. `tooltip` names it.
+    void setClearable(bool clearable, const QString& tooltip);
+    /// 30 at first.
+    void setFieldHeight(int height);
+
+    QSize sizeHint() const override;
+
+Q_SIGNALS:
+    /// The clear button was pressed; the field is already empty.
+    void cleared();
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+
+private:
+    void layOut();
+
+    QString m_symbol;
+    int m_height;
+    ToolButton* m_clear = nullptr;
+};
+
+} // namespace quorvane
