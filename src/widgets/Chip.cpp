@@ -19,7 +19,8 @@ constexpr int chipPadding = 10;
 constexpr int chipGap = 6;
 constexpr int crossSide = 12;
 constexpr int checkSide = 11;
-constexpr int arrowSide = 10;
+constexpr int arrowSide = 8;
+constexpr int arrowRoom = 5;
 constexpr int badgePadding = 7;
 constexpr int keyPadding = 6;
 constexpr int keyMinimumWidth = 20;
@@ -89,8 +90,8 @@ QSize Chip::sizeHint() const
     int width = 2 * chipPadding + textWidth(TextStyle::captionMedium, text());
     if (m_kind == Kind::removable) {
         width += chipGap + crossSide;
-    } else if (m_kind == Kind::choice) {
-        width += chipGap + (m_active ? checkSide : arrowSide);
+    } else if (m_kind == Kind::choice && m_active) {
+        width += chipGap + checkSide;
     }
     return {width, measure::chip};
 }
@@ -131,9 +132,11 @@ void Chip::paintEvent(QPaintEvent*)
         paintSymbol(painter, QStringLiteral("checkmark"), check, checkSide, color);
         content.setLeft(check.right() + chipGap);
     } else if (m_kind == Kind::choice && hovered) {
+        // The arrow takes its room from the padding: a chip must not push its neighbours away.
+        content.adjust(-arrowRoom, 0, arrowRoom, 0);
         const QRectF arrow(content.right() - arrowSide, 0, arrowSide, area.height());
         paintSymbol(painter, QStringLiteral("arrow.up.right"), arrow, arrowSide, color);
-        content.setRight(arrow.left() - chipGap);
+        content.setRight(arrow.left());
     }
     const bool centred = m_kind == Kind::fixed || (m_kind == Kind::choice && !m_active && !hovered);
     paintText(painter, content, (centred ? Qt::AlignHCenter : Qt::AlignLeft) | Qt::AlignVCenter,

@@ -3,6 +3,7 @@
 
 #include "DesktopSettings.h"
 #include "FocusRing.h"
+#include "ItemViews.h"
 #include "Painting.h"
 #include "StylePainting.h"
 #include "Symbols.h"
@@ -41,6 +42,12 @@ bool isRoundPopup(const QWidget& widget)
            widget.inherits("QComboBoxPrivateContainer");
 }
 
+/// A table draws ground and focus for its rows as a whole.
+bool isTable(const QWidget* widget)
+{
+    return qobject_cast<const TableView*>(widget) != nullptr;
+}
+
 } // namespace
 
 QuorvaneStyle::QuorvaneStyle()
@@ -70,7 +77,7 @@ void QuorvaneStyle::polish(QWidget* widget)
     }
     if (isRoundPopup(*widget)) {
         widget->setAttribute(Qt::WA_TranslucentBackground);
-        if (widget->inherits("QMenu")) {
+        if (widget->inherits("QMenu") && widget->isWindow()) {
             widget->setWindowFlags(widget->windowFlags() | Qt::FramelessWindowHint |
                                    Qt::NoDropShadowWindowHint);
         }
@@ -168,7 +175,7 @@ void QuorvaneStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* 
     const QRectF rect = option->rect;
     switch (element) {
     case PE_FrameFocusRect:
-        if (qobject_cast<const QAbstractItemView*>(widget)) {
+        if (qobject_cast<const QAbstractItemView*>(widget) && !isTable(widget)) {
             paintFocusLine(*painter, rect, radius::control);
         }
         return;
@@ -208,7 +215,8 @@ void QuorvaneStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* 
     case PE_FrameMenu:
         return;
     case PE_PanelItemViewItem:
-        if (const auto* item = qstyleoption_cast<const QStyleOptionViewItem*>(option)) {
+        if (const auto* item = qstyleoption_cast<const QStyleOptionViewItem*>(option);
+            item && !isTable(widget)) {
             // The focus line goes around the text and the ground at once, drawn by the delegate.
             const bool alone = item->viewItemPosition == QStyleOptionViewItem::OnlyOne ||
                                item->viewItemPosition == QStyleOptionViewItem::Invalid;

@@ -85,7 +85,8 @@ bool FaultyFileSystemCalls::creationDate(int directory, const char* name, std::i
 
 bool FaultyFileSystemCalls::isKernelMade(int parent, const char* name)
 {
-    return passes(Call::isKernelMade, name) && m_below.isKernelMade(parent, name);
+    return passes(Call::isKernelMade, name) &&
+           ((m_claimed && m_claimed(name)) || m_below.isKernelMade(parent, name));
 }
 
 bool FaultyFileSystemCalls::volumeCapacity(const char* path, VolumeCapacity& capacity)

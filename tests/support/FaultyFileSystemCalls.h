@@ -8,6 +8,7 @@
 #include <functional>
 #include <mutex>
 #include <string_view>
+#include <utility>
 
 namespace quorvane {
 
@@ -42,6 +43,11 @@ public:
     void before(Call call, Hook hook) { entry(call).hook = std::move(hook); }
     /// Runs on each status that was read.
     void changeStatus(StatusChange change) { m_change = std::move(change); }
+    /// Folders whose name it picks count as kernel-made.
+    void claimKernelMade(std::function<bool(std::string_view name)> pick)
+    {
+        m_claimed = std::move(pick);
+    }
     void limitDescriptors(int limit) { m_descriptorLimit = limit; }
 
     int count(Call call) const;
@@ -75,6 +81,7 @@ private:
     mutable std::mutex m_lock;
     std::array<Entry, allCalls.size()> m_entries;
     StatusChange m_change;
+    std::function<bool(std::string_view name)> m_claimed;
     int m_descriptorLimit = 0;
     int m_openNow = 0;
     int m_mostOpen = 0;

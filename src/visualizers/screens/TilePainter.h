@@ -21,8 +21,8 @@ public:
         Rect rect; ///< points
         double topRadius = 0;
         double bottomRadius = 0;
-        std::optional<QColor> fill;
-        std::optional<QColor> stroke;
+        std::optional<QColor> fill = std::nullopt;
+        std::optional<QColor> stroke = std::nullopt;
         double strokeWidth = 1; ///< points, centred on the edge
         /// Black laid over the fill from the top: opacity down to 55 percent of the height, fading
         /// to nothing at its end.

@@ -13,16 +13,17 @@
 namespace quorvane {
 namespace {
 
-constexpr double dimOpacity = 0.5;
+constexpr float dimOpacity = 0.5F;
+constexpr float dimTextOpacity = 0.72F;
 constexpr double boundaryWidth = 1;
 constexpr double labelContrast = 5.2;
 constexpr double scrimHeight = 30;
 constexpr float sizeTextOpacity = 0.85F;
 
-QColor toQColor(const Color& color, double opacity = 1)
+QColor toQColor(const Color& color)
 {
     return QColor::fromRgbF(static_cast<float>(color.r), static_cast<float>(color.g),
-                            static_cast<float>(color.b), static_cast<float>(color.a * opacity));
+                            static_cast<float>(color.b), static_cast<float>(color.a));
 }
 
 double linear(double channel)
@@ -37,16 +38,6 @@ double whiteContrast(const QColor& fill, double black)
                              0.7152 * linear(fill.greenF() * keep) +
                              0.0722 * linear(fill.blueF() * keep);
     return 1.05 / (luminance + 0.05);
-}
-
-/// What a dimmed fill looks like over the dark of a folder's body.
-QColor overBody(const QColor& fill)
-{
-    const QColor ground = toQColor(TreemapColors::folderBodyColor);
-    const float a = fill.alphaF();
-    return QColor::fromRgbF(fill.redF() * a + ground.redF() * (1 - a),
-                            fill.greenF() * a + ground.greenF() * (1 - a),
-                            fill.blueF() * a + ground.blueF() * (1 - a));
 }
 
 } // namespace
@@ -75,8 +66,25 @@ TreemapPainter::TreemapPainter(QImage& picture, const CanvasStyle& style, SizeMo
     , m_texts(&picture)
 {}
 
+/// A dimmed tile is half its colour and half the canvas's ground, whatever lies below it: tiles are
+/// nested, and the text and hue of what they cover must not show through.
+QColor TreemapPainter::fillColor(const Color& fill, bool dimmed) const
+{
+    const QColor color = toQColor(fill);
+    if (!dimmed) {
+        return color;
+    }
+    const auto half = [](float part, float ground) {
+        return part * dimOpacity + ground * (1 - dimOpacity);
+    };
+    return QColor::fromRgbF(half(color.redF(), m_style.ground.redF()),
+                            half(color.greenF(), m_style.ground.greenF()),
+                            half(color.blueF(), m_style.ground.blueF()));
+}
+
 void TreemapPainter::paint(const std::vector<Slice>& slices, bool dimmed)
 {
+    m_texts.setOpacity(dimmed ? dimTextOpacity : 1);
     for (const Slice& slice : slices) {
         if (slice.isAggregateTile) {
             paintAggregate(slice, dimmed);
@@ -91,7 +99,7 @@ void TreemapPainter::paintAggregate(const Slice& slice, bool dimmed)
     TilePainter::Tile tile;
     tile.rect = TreemapScene::body(slice);
     tile.topRadius = tile.bottomRadius = TreemapScene::cornerRadius(slice, tile.rect);
-    tile.fill = toQColor(NodeColors::genericFileColor, dimmed ? dimOpacity : 1);
+    tile.fill = fillColor(NodeColors::genericFileColor, dimmed);
     tile.stroke = toQColor(m_boundary);
     tile.strokeWidth = boundaryWidth;
     m_tiles.draw(tile);
@@ -106,7 +114,6 @@ void TreemapPainter::paintAggregate(const Slice& slice, bool dimmed)
 
 void TreemapPainter::paintTile(const Slice& slice, bool dimmed)
 {
-    const double opacity = dimmed ? dimOpacity : 1;
     const double header = slice.isFolder ? TreemapLayout::headerHeightFor(slice.rect) : 0;
     TilePainter::Tile tile;
     tile.rect = TreemapScene::body(slice);
@@ -115,10 +122,10 @@ void TreemapPainter::paintTile(const Slice& slice, bool dimmed)
                        : slice.folderBodyCategory
                            ? NodeColors::legendColor(*slice.folderBodyCategory)
                            : TreemapColors::folderBodyColor;
-    tile.fill = toQColor(fill, opacity);
+    tile.fill = fillColor(fill, dimmed);
     const bool hasText = tile.rect.width > 40 && tile.rect.height > 18;
     if (hasText && header <= 0) {
-        tile.scrimOpacity = labelScrimOpacity(overBody(*tile.fill));
+        tile.scrimOpacity = labelScrimOpacity(*tile.fill);
         tile.scrimHeight = std::min(tile.rect.height, scrimHeight);
     }
     m_tiles.draw(tile);
@@ -141,7 +148,7 @@ void TreemapPainter::paintHeader(const Rect& body, double header, double radius,
     TilePainter::Tile strip;
     strip.rect = {body.x, body.y, body.width, std::min(header, body.height)};
     strip.topRadius = std::min(radius, header * 0.5);
-    strip.fill = toQColor(TreemapColors::folderHeaderColor, dimmed ? dimOpacity : 1);
+    strip.fill = fillColor(TreemapColors::folderHeaderColor, dimmed);
     m_tiles.draw(strip);
 }
 

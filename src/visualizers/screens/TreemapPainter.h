@@ -35,6 +35,7 @@ private:
         QFontMetricsF metrics;
     };
 
+    QColor fillColor(const Color& fill, bool dimmed) const;
     void paintAggregate(const Slice& slice, bool dimmed);
     void paintTile(const Slice& slice, bool dimmed);
     void paintHeader(const Rect& body, double header, double radius, bool dimmed);

@@ -1,0 +1,172 @@
+// SPDX-License-Identifier: MIT
+#include "ItemViews.h"
+
+#include "Painting.h"
+#include "Symbols.h"
+#include "Tokens.h"
+
+#include <QCursor>
+#include <QHeaderView>
+#include <QPainter>
+
+namespace quorvane {
+namespace {
+
+constexpr int rowPadding = 12;
+constexpr int rowGap = 12;
+constexpr int rowSymbol = 17;
+constexpr int cellPadding = 12;
+constexpr int levelIndent = measure::iconChevron + spacing::s;
+/// QTreeView lets a row's text begin at the indent; this moves it to the table's padding.
+constexpr int treeTextShift = cellPadding;
+
+QStyle::State rowState(const QStyleOptionViewItem& option)
+{
+    const QStyle::State known =
+        QStyle::State_MouseOver | QStyle::State_Selected | QStyle::State_HasFocus;
+    return option.state & known;
+}
+
+class CellDelegate : public QStyledItemDelegate
+{
+public:
+    using QStyledItemDelegate::QStyledItemDelegate;
+
+    void paint(QPainter* painter, const QStyleOptionViewItem& option,
+               const QModelIndex& index) const override
+    {
+        QStyleOptionViewItem cell = option;
+        initStyleOption(&cell, index);
+        const auto* view = qobject_cast<const QTreeView*>(option.widget);
+        const bool isTree = view && view->rootIsDecorated() && index.column() == 0;
+        QRectF area =
+            QRectF(cell.rect).adjusted(isTree ? treeTextShift : cellPadding, 0, -cellPadding, 0);
+        if (!cell.icon.isNull()) {
+            QRectF square(area.left(), 0, measure::iconRow, measure::iconRow);
+            square.moveTop(area.center().y() - measure::iconRow / 2.0);
+            cell.icon.paint(painter, square.toAlignedRect());
+            area.setLeft(square.right() + spacing::s);
+        }
+        const QVariant own = index.data(Qt::ForegroundRole);
+        const QColor color =
+            !(cell.state & QStyle::State_Enabled) ? themeColor(ThemeColor::textDisabled)
+            : own.isValid()
+                ? own.value<QBrush>().color()
+                : themeColor(index.column() == 0 ? ThemeColor::text1 : ThemeColor::text2);
+        const int horizontal = static_cast<int>(cell.displayAlignment & Qt::AlignHorizontal_Mask);
+        paintText(*painter, area, horizontal | Qt::AlignVCenter, TextStyle::body, color, cell.text,
+                  cell.textElideMode);
+    }
+
+    QSize sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const override
+    {
+        const int text = textWidth(TextStyle::body, index.data().toString());
+        const int icon =
+            index.data(Qt::DecorationRole).isValid() ? measure::iconRow + spacing::s : 0;
+        Q_UNUSED(option)
+        return {text + icon + 2 * cellPadding, measure::row};
+    }
+};
+
+} // namespace
+
+RowDelegate::RowDelegate(bool twoLines, QObject* parent)
+    : QStyledItemDelegate(parent)
+    , m_twoLines(twoLines)
+{}
+
+QSize RowDelegate::sizeHint(const QStyleOptionViewItem& option, const QModelIndex&) const
+{
+    return {option.rect.width(), m_twoLines ? measure::rowTwoLines : measure::row};
+}
+
+void RowDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option,
+                        const QModelIndex& index) const
+{
+    QStyleOptionViewItem row = option;
+    initStyleOption(&row, index);
+    const QRectF rect = row.rect;
+    paintRowGround(*painter, rect, radius::control, rowState(row));
+
+    const bool enabled = row.state & QStyle::State_Enabled;
+    const auto color = [enabled](ThemeColor wanted) {
+        return themeColor(enabled ? wanted : ThemeColor::textDisabled);
+    };
+    QRectF area = rect.adjusted(rowPadding, 0, -rowPadding, 0);
+    const QString symbol = index.data(symbolRole).toString();
+    if (!symbol.isEmpty()) {
+        const QVariant own = index.data(symbolColorRole);
+        const ThemeColor tint =
+            own.isValid() ? static_cast<ThemeColor>(own.toInt()) : ThemeColor::accentText;
+        paintSymbol(*painter, symbol, QRectF(area.left(), area.top(), rowSymbol, area.height()),
+                    rowSymbol, color(tint));
+        area.setLeft(area.left() + rowSymbol + rowGap);
+    }
+    const QString value = index.data(valueRole).toString();
+    if (!value.isEmpty()) {
+        paintText(*painter, area, Qt::AlignRight | Qt::AlignVCenter, TextStyle::strong,
+                  color(ThemeColor::text1), value);
+        area.setRight(area.right() - textWidth(TextStyle::strong, value) - rowGap);
+    }
+    const int alignment = Qt::AlignLeft | Qt::AlignVCenter;
+    if (!m_twoLines) {
+        paintText(*painter, area, alignment, TextStyle::body, color(ThemeColor::text1), row.text);
+        return;
+    }
+    const int titleHeight = typeMeasure(TextStyle::row).lineHeight;
+    const int detailHeight = typeMeasure(TextStyle::path).lineHeight;
+    const qreal top = area.center().y() - (titleHeight + detailHeight) / 2.0;
+    paintText(*painter, QRectF(area.left(), top, area.width(), titleHeight), alignment,
+              TextStyle::row, color(ThemeColor::text1), row.text, Qt::ElideMiddle);
+    paintText(*painter, QRectF(area.left(), top + titleHeight, area.width(), detailHeight),
+              alignment, TextStyle::path, color(ThemeColor::text2),
+              index.data(detailRole).toString(), Qt::ElideMiddle);
+}
+
+TableView::TableView(QWidget* parent)
+    : QTreeView(parent)
+{
+    setItemDelegate(new CellDelegate(this));
+    setUniformRowHeights(true);
+    setIndentation(levelIndent);
+    setEditTriggers(NoEditTriggers);
+    setSelectionBehavior(SelectRows);
+    setVerticalScrollMode(ScrollPerPixel);
+    setAllColumnsShowFocus(true);
+    setTextElideMode(Qt::ElideMiddle);
+    header()->setStretchLastSection(false);
+    header()->setHighlightSections(false);
+    // The scroll bar begins below the header.
+    auto* corner = new QWidget(this);
+    corner->setFixedHeight(measure::tableHeader);
+    addScrollBarWidget(corner, Qt::AlignTop);
+}
+
+void TableView::drawRow(QPainter* painter, const QStyleOptionViewItem& option,
+                        const QModelIndex& index) const
+{
+    const QRect row(0, option.rect.top(), viewport()->width(), option.rect.height());
+    QStyle::State state = QStyle::State_None;
+    state.setFlag(QStyle::State_Selected, selectionModel() && selectionModel()->isSelected(index));
+    const QPoint pointer = viewport()->mapFromGlobal(QCursor::pos());
+    state.setFlag(QStyle::State_MouseOver, viewport()->underMouse() && row.contains(pointer));
+    state.setFlag(QStyle::State_HasFocus,
+                  hasFocus() && currentIndex().siblingAtColumn(0) == index.siblingAtColumn(0));
+    paintRowGround(*painter, row, 0, state);
+    QTreeView::drawRow(painter, option, index);
+}
+
+void TableView::drawBranches(QPainter* painter, const QRect& rect, const QModelIndex& index) const
+{
+    if (!model()->hasChildren(index)) {
+        return;
+    }
+    const QRectF chevron(rect.right() + 1 - levelIndent + cellPadding, rect.top(),
+                         measure::iconChevron, rect.height());
+    paintSymbol(*painter,
+                isExpanded(index) ? QStringLiteral("chevron.down")
+                                  : QStringLiteral("chevron.right"),
+                chevron, measure::iconChevron, themeColor(ThemeColor::text3));
+}
+
+} // namespace quorvane
