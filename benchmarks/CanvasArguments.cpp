@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "CanvasArguments.h"
 
+#include <algorithm>
 #include <charconv>
 #include <cmath>
 
@@ -32,6 +33,39 @@ std::optional<CanvasSize> canvasSizeFromText(std::string_view text)
         return std::nullopt;
     }
     return CanvasSize{*width, *height};
+}
+
+std::string readCanvasRequest(const Arguments& arguments, CanvasRequest& request)
+{
+    if (const auto text = arguments.value("size")) {
+        const std::optional<CanvasSize> size = canvasSizeFromText(*text);
+        if (!size) {
+            return "--size needs WxH, for example 1600x1000";
+        }
+        request.size = *size;
+    }
+    if (const auto text = arguments.value("mode")) {
+        const std::optional<SizeMode> mode = sizeModeFromRawValue(*text);
+        if (!mode) {
+            return "--mode needs disk or logical";
+        }
+        request.mode = *mode;
+    }
+    for (const std::string_view key : arguments.values("hide")) {
+        const auto items = BloatFilter::items();
+        const bool isKnown = std::any_of(items.begin(), items.end(),
+                                         [&](const auto& item) { return item.key == key; });
+        if (!isKnown) {
+            std::string known;
+            for (const BloatFilter::Item& item : items) {
+                known += known.empty() ? "" : ", ";
+                known += item.key;
+            }
+            return "--hide needs one of: " + known;
+        }
+        request.hidden.emplace(key);
+    }
+    return {};
 }
 
 } // namespace quorvane

@@ -45,6 +45,9 @@ public:
         if (m_fault.empty() && !m_hasPath && !m_record.hasRawPath) {
             m_fault = "\"path\" is missing";
         }
+        if (m_fault.empty() && m_record.path.empty()) {
+            m_fault = "\"path\" is empty";
+        }
         if (m_fault.empty() && !m_hasIsDirectory) {
             m_fault = "\"isDirectory\" is missing";
         }

@@ -2,6 +2,7 @@
 #include "JsonLineReader.h"
 
 #include "JsonText.h"
+#include "Text.h"
 
 #include <charconv>
 
@@ -118,6 +119,9 @@ bool JsonLineReader::takeWord(std::string_view word)
 
 bool JsonLineReader::openObject()
 {
+    if (!isUtf8(m_line)) {
+        return fail("is not UTF-8");
+    }
     m_isOpen = take('{');
     return m_isOpen || fail(brokenObject);
 }

@@ -81,6 +81,22 @@ Loaded loadTree(const Arguments& arguments)
     return dump ? treeFromDump(*dump) : treeFromFolder(operands.front());
 }
 
+std::variant<FocusedTree, SourceFault> loadFocus(const Arguments& arguments)
+{
+    const Loaded loaded = loadTree(arguments);
+    if (const SourceFault* fault = std::get_if<SourceFault>(&loaded)) {
+        return *fault;
+    }
+    FocusedTree focused;
+    focused.tree = std::get<std::shared_ptr<FileTree>>(loaded);
+    const std::string_view path = arguments.value("focus").value_or("");
+    focused.focus = nodeAt(*focused.tree, path);
+    if (focused.focus == nullptr) {
+        return SourceFault{"no such entry in the tree: " + std::string(path), exitFailure};
+    }
+    return focused;
+}
+
 FileNode* nodeAt(FileTree& tree, std::string_view path)
 {
     if (path.starts_with('/')) {

@@ -1,13 +1,10 @@
 // SPDX-License-Identifier: MIT
-#include "BloatFilter.h"
 #include "CanvasArguments.h"
 #include "Command.h"
 #include "JsonText.h"
-#include "SizeMode.h"
 #include "TreeSource.h"
 #include "TreemapLayout.h"
 
-#include <algorithm>
 #include <chrono>
 #include <iostream>
 
@@ -16,47 +13,6 @@ namespace {
 
 constexpr OptionRule options[] = {
     {"size", true}, {"mode", true}, {"focus", true}, {"hide", true}, {"dump", true}};
-
-struct Request
-{
-    CanvasSize size;
-    SizeMode mode = SizeMode::disk;
-    BloatKeys hidden;
-};
-
-/// The message of a fault is empty when there is none.
-std::string readRequest(const Arguments& arguments, Request& request)
-{
-    if (const auto text = arguments.value("size")) {
-        const std::optional<CanvasSize> size = canvasSizeFromText(*text);
-        if (!size) {
-            return "--size needs WxH, for example 1600x1000";
-        }
-        request.size = *size;
-    }
-    if (const auto text = arguments.value("mode")) {
-        const std::optional<SizeMode> mode = sizeModeFromRawValue(*text);
-        if (!mode) {
-            return "--mode needs disk or logical";
-        }
-        request.mode = *mode;
-    }
-    for (const std::string_view key : arguments.values("hide")) {
-        const auto items = BloatFilter::items();
-        const bool isKnown = std::any_of(items.begin(), items.end(),
-                                         [&](const auto& item) { return item.key == key; });
-        if (!isKnown) {
-            std::string known;
-            for (const BloatFilter::Item& item : items) {
-                known += known.empty() ? "" : ", ";
-                known += item.key;
-            }
-            return "--hide needs one of: " + known;
-        }
-        request.hidden.emplace(key);
-    }
-    return {};
-}
 
 std::string sliceLine(const TreemapLayout::Slice& slice)
 {
@@ -92,24 +48,19 @@ std::string sliceLine(const TreemapLayout::Slice& slice)
 
 int runTreemap(const Arguments& arguments)
 {
-    Request request;
-    if (const std::string fault = readRequest(arguments, request); !fault.empty()) {
+    CanvasRequest request;
+    if (const std::string fault = readCanvasRequest(arguments, request); !fault.empty()) {
         return complain(fault, exitUsage);
     }
-    const auto loaded = loadTree(arguments);
+    const auto loaded = loadFocus(arguments);
     if (const SourceFault* fault = std::get_if<SourceFault>(&loaded)) {
         return complain(fault->message, fault->code);
     }
-    FileTree& tree = *std::get<std::shared_ptr<FileTree>>(loaded);
-    const std::string_view focusPath = arguments.value("focus").value_or("");
-    FileNode* const focus = nodeAt(tree, focusPath);
-    if (focus == nullptr) {
-        return complain("no such entry in the tree: " + std::string(focusPath), exitFailure);
-    }
+    const FocusedTree& focused = std::get<FocusedTree>(loaded);
     const auto start = std::chrono::steady_clock::now();
     const std::vector<TreemapLayout::Slice> slices = TreemapLayout::layoutSlate(
-        *focus, Rect{0, 0, request.size.width, request.size.height}, request.mode == SizeMode::disk,
-        focus == &tree.root(), request.hidden);
+        *focused.focus, Rect{0, 0, request.size.width, request.size.height},
+        request.mode == SizeMode::disk, focused.isRoot(), request.hidden);
     const std::chrono::duration<double> took = std::chrono::steady_clock::now() - start;
     for (const TreemapLayout::Slice& slice : slices) {
         std::cout << sliceLine(slice);

@@ -3,7 +3,12 @@
 # QtCore with an #error. Placed before Qt's own folder it makes <QtGui/QPainter> fail to compile, which
 # on a system that keeps all modules below one folder would otherwise be found.
 
+# All presets share one, so that the compiler cache serves one preset from what another compiled.
 set(QUORVANE_FENCE ${CMAKE_BINARY_DIR}/fence)
+cmake_path(GET CMAKE_BINARY_DIR PARENT_PATH parent)
+if(parent STREQUAL "${CMAKE_SOURCE_DIR}/build")
+  set(QUORVANE_FENCE ${parent}/fence)
+endif()
 
 function(quorvane_write_fence)
   get_target_property(folders Qt6::Core INTERFACE_INCLUDE_DIRECTORIES)

@@ -3,6 +3,8 @@
 
 #include "Theme.h"
 
+#include <QPixmap>
+#include <QSizeF>
 #include <QWidget>
 
 namespace quorvane {
@@ -43,7 +45,11 @@ protected:
     void paintEvent(QPaintEvent* event) override;
 
 private:
+    const QPixmap& picture();
+
     Glow m_glow;
+    QPixmap m_picture;
+    QRgb m_pictureColor = 0;
 };
 
 } // namespace quorvane

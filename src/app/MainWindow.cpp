@@ -1,15 +1,15 @@
 // SPDX-License-Identifier: MIT
 #include "MainWindow.h"
 
-#include "AppMenus.h"
+#include "AppMenuBar.h"
 #include "AppState.h"
 #include "ContentView.h"
 #include "FlashPresenter.h"
+#include "Ground.h"
 #include "NodeColors.h"
-#include "Painting.h"
 #include "Tokens.h"
 
-#include <QMenuBar>
+#include <QPaintEvent>
 #include <QPainter>
 #include <QScreen>
 #include <QVBoxLayout>
@@ -35,16 +35,18 @@ MainWindow::MainWindow(AppState& state, AppScreens screens)
     , m_content(new ContentView(state, m_screens, this))
 {
     setObjectName(QStringLiteral("mainWindow"));
-    auto* const menuBar = new QMenuBar(this);
-    menuBar->setObjectName(QStringLiteral("menuBar"));
-    addAppMenus(*menuBar, state, m_screens.sections);
-    if (!menuBar->isNativeMenuBar()) {
-        menuBar->setFixedHeight(measure::menuBarHeight);
-    }
+    auto* const menuGround = new Ground(ThemeColor::side, Ground::Edge::bottom, this);
+    auto* const menuBar = new AppMenuBar(state, m_screens.sections, menuGround);
+    auto* const menuRow = new QVBoxLayout(menuGround);
+    menuRow->setContentsMargins(0, 0, 0, 0);
+    menuRow->addWidget(menuBar);
+    menuGround->setFixedHeight(measure::menuBarHeight);
+    // Where the desktop shows the menus itself, the window has no place for them.
+    menuGround->setVisible(!menuBar->isNativeMenuBar());
     auto* const column = new QVBoxLayout(this);
     column->setContentsMargins(0, 0, 0, 0);
     column->setSpacing(0);
-    column->setMenuBar(menuBar);
+    column->addWidget(menuGround);
     column->addWidget(m_content);
 
     m_flash = new FlashPresenter(
@@ -70,10 +72,11 @@ void MainWindow::showEvent(QShowEvent* event)
     }
 }
 
-void MainWindow::paintEvent(QPaintEvent*)
+void MainWindow::paintEvent(QPaintEvent* event)
 {
     QPainter painter(this);
-    paintWindowGround(painter, rect(), washColor(m_state.palette()));
+    m_ground.paint(painter, size(), event->rect(), themeColor(ThemeColor::window),
+                   washColor(m_state.palette()));
 }
 
 void MainWindow::resizeEvent(QResizeEvent* event)

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "AppScreens.h"
+#include "WindowGround.h"
 
 #include <QProperty>
 #include <QSize>
@@ -40,6 +41,7 @@ private:
     AppState& m_state;
     AppScreens m_screens;
     ContentView* m_content;
+    WindowGround m_ground;
     FlashPresenter* m_flash;
     QPropertyNotifier m_paletteChanged;
 };

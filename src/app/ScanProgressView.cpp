@@ -96,7 +96,7 @@ ScanProgressView::ScanProgressView(AppState& state, QWidget* parent)
 {
     setObjectName(QStringLiteral("scanProgressView"));
     auto* const whole = new QVBoxLayout(this);
-    whole->setContentsMargins(spacing::xl, spacing::xl, spacing::xl, spacing::xl);
+    whole->setContentsMargins(spacing::xl, 0, spacing::xl, 0);
     whole->setSpacing(0);
     whole->addStretch(2);
     whole->addWidget(makeColumn(), 0, Qt::AlignHCenter);

@@ -7,7 +7,7 @@
 namespace quorvane {
 namespace {
 
-StartArguments usageProblem(std::string text)
+StartArguments refused(std::string text)
 {
     StartArguments result;
     result.action = StartArguments::Action::reportUsage;
@@ -64,16 +64,15 @@ StartArguments StartArguments::parse(const std::vector<std::string_view>& argume
             result.action = Action::showVersion;
             return result;
         } else if (!optionsEnded && argument.size() > 1 && argument.front() == '-') {
-            return usageProblem("unknown option '" + std::string(argument) + "'");
+            return refused("unknown option '" + std::string(argument) + "'");
         } else if (argument.empty()) {
-            return usageProblem("the folder's name is empty");
+            return refused("the folder's name is empty");
         } else if (result.folder) {
-            return usageProblem("only one folder can be scanned at a time");
+            return refused("only one folder can be scanned at a time");
         } else if (isFileUrl(argument)) {
             result.folder = FilePath::fromFileUrl(argument);
             if (result.folder->isEmpty()) {
-                return usageProblem("'" + std::string(argument) +
-                                    "' names no folder of this machine");
+                return refused("'" + std::string(argument) + "' names no folder of this machine");
             }
         } else {
             result.folder = absolutePath(argument, workingFolder);

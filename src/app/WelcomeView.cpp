@@ -43,19 +43,20 @@ WelcomeView::WelcomeView(AppState& state, QWidget* parent)
     setObjectName(QStringLiteral("welcomeView"));
     auto* const text = new Label(tr("See what is taking up space on your Mac.\n"
                                     "Privacy-first: everything stays on this machine."),
-                                 TextStyle::body, ThemeColor::text2);
+                                 TextStyle::lead, ThemeColor::text2);
     text->setObjectName(QStringLiteral("welcomeText"));
     text->setAlignment(Qt::AlignHCenter);
+    text->setWordWrap(true);
 
     auto* const column = new QVBoxLayout(this);
-    column->setContentsMargins(spacing::xl, spacing::xl, spacing::xl, spacing::xl);
+    column->setContentsMargins(spacing::xl, 0, spacing::xl, 0);
     column->setSpacing(0);
     column->addStretch(2);
     column->addWidget(new BrandMark(markSide), 0, Qt::AlignHCenter);
     column->addSpacing(spacing::xl);
     column->addWidget(new Wordmark, 0, Qt::AlignHCenter);
     column->addSpacing(10);
-    column->addWidget(text, 0, Qt::AlignHCenter);
+    column->addWidget(text);
     column->addSpacing(32);
     column->addLayout(makeButtons(state));
     column->addStretch(3);

@@ -1,13 +1,14 @@
 // SPDX-License-Identifier: MIT
-#include "AppMenus.h"
+#include "AppMenuBar.h"
 
 #include "AppState.h"
+#include "Refresher.h"
 
 #include <QAction>
 #include <QCoreApplication>
 #include <QKeySequence>
 #include <QMenu>
-#include <QMenuBar>
+#include <QStyleOptionMenuItem>
 
 #include <functional>
 #include <optional>
@@ -15,6 +16,8 @@
 
 namespace quorvane {
 namespace {
+
+constexpr const char* cancelScanName = "cancelScanAction";
 
 struct Command
 {
@@ -35,7 +38,7 @@ struct CommandMenu
 
 QString translated(const char* text)
 {
-    return QCoreApplication::translate("AppMenus", text);
+    return QCoreApplication::translate("AppMenuBar", text);
 }
 
 std::vector<CommandMenu> commandMenus()
@@ -56,7 +59,7 @@ std::vector<CommandMenu> commandMenus()
            Qt::CTRL | Qt::SHIFT | Qt::Key_H,
            {},
            &AppState::scanHome},
-          {"cancelScanAction",
+          {cancelScanName,
            translated("Cancel Scan"),
            Qt::CTRL | Qt::Key_Period,
            {},
@@ -75,7 +78,7 @@ std::vector<CommandMenu> commandMenus()
     };
 }
 
-QMenu* addMenu(QMenuBar& menuBar, const char* objectName, const QString& title)
+QMenu* addNamedMenu(QMenuBar& menuBar, const char* objectName, const QString& title)
 {
     QMenu* const menu = menuBar.addMenu(title);
     menu->setObjectName(QLatin1String(objectName));
@@ -101,39 +104,48 @@ void toggleSettings(AppState& state)
     }
 }
 
-void addApplicationMenu(QMenuBar& menuBar, AppState& state, const SectionScreens& sections)
+} // namespace
+
+AppMenuBar::AppMenuBar(AppState& state, const SectionScreens& sections, QWidget* parent)
+    : QMenuBar(parent)
+    , m_state(state)
+    , m_refresher(new Refresher(this, [this] { refresh(); }))
+{
+    setObjectName(QStringLiteral("menuBar"));
+    addApplicationMenu(sections);
+    addCommandMenus(sections);
+    m_refresher->watch(m_state.isScanning);
+    refresh();
+}
+
+void AppMenuBar::addApplicationMenu(const SectionScreens& sections)
 {
     const QString name = QStringLiteral("Quorvane");
-    QMenu* const menu = addMenu(menuBar, "applicationMenu", name);
+    QMenu* const menu = addNamedMenu(*this, "applicationMenu", name);
+    m_programMenu = menu->menuAction();
     if (sections.contains(AppSection::settings)) {
-        QAction* const settings = addCommand(*menu,
-                                             {"settingsAction",
-                                              translated("Settings…"),
-                                              Qt::CTRL | Qt::Key_Comma,
-                                              {},
-                                              toggleSettings},
-                                             state);
-        settings->setMenuRole(QAction::PreferencesRole);
+        const Command command{"settingsAction",
+                              translated("Settings…"),
+                              Qt::CTRL | Qt::Key_Comma,
+                              {},
+                              toggleSettings};
+        addCommand(*menu, command, m_state)->setMenuRole(QAction::PreferencesRole);
         menu->addSeparator();
     }
     QAction* const close = menu->addAction(translated("Close Window"));
     close->setObjectName(QStringLiteral("closeWindowAction"));
-    close->setShortcut(QKeySequence::Close);
-    QObject::connect(close, &QAction::triggered, &menuBar,
-                     [&menuBar] { menuBar.window()->close(); });
+    close->setShortcut(Qt::CTRL | Qt::Key_W);
+    connect(close, &QAction::triggered, this, [this] { window()->close(); });
     QAction* const quit = menu->addAction(translated("Quit %1").arg(name));
     quit->setObjectName(QStringLiteral("quitAction"));
     quit->setShortcut(Qt::CTRL | Qt::Key_Q);
     quit->setMenuRole(QAction::QuitRole);
-    QObject::connect(quit, &QAction::triggered, QCoreApplication::instance(),
-                     &QCoreApplication::quit, Qt::QueuedConnection);
+    connect(quit, &QAction::triggered, QCoreApplication::instance(), &QCoreApplication::quit,
+            Qt::QueuedConnection);
 }
 
-} // namespace
-
-void addAppMenus(QMenuBar& menuBar, AppState& state, const SectionScreens& sections)
+void AppMenuBar::addCommandMenus(const SectionScreens& sections)
 {
-    addApplicationMenu(menuBar, state, sections);
     for (const CommandMenu& entry : commandMenus()) {
         QMenu* menu = nullptr;
         for (const Command& command : entry.commands) {
@@ -141,10 +153,24 @@ void addAppMenus(QMenuBar& menuBar, AppState& state, const SectionScreens& secti
                 continue;
             }
             if (menu == nullptr) {
-                menu = addMenu(menuBar, entry.objectName, entry.title);
+                menu = addNamedMenu(*this, entry.objectName, entry.title);
             }
-            addCommand(*menu, command, state);
+            addCommand(*menu, command, m_state);
         }
+    }
+    m_cancelScan = findChild<QAction*>(QLatin1String(cancelScanName));
+}
+
+void AppMenuBar::refresh()
+{
+    m_cancelScan->setEnabled(m_state.isScanning.value());
+}
+
+void AppMenuBar::initStyleOption(QStyleOptionMenuItem* option, const QAction* action) const
+{
+    QMenuBar::initStyleOption(option, action);
+    if (action == m_programMenu) {
+        option->menuItemType = QStyleOptionMenuItem::DefaultItem;
     }
 }
 
