@@ -4,8 +4,7 @@
 #include <cstdio>
 #include <cstdlib>
 
-namespace quorvane
-{
+namespace quorvane {
 
 void overflowFault(const char* place)
 {

@@ -3,8 +3,7 @@
 
 #include <cstdint>
 
-namespace quorvane
-{
+namespace quorvane {
 
 /// Stops the program with "Quorvane: byte sum overflows in {place}" on standard error. Sizes are
 /// signed 64-bit; a sum that leaves the range is a programming fault, never a wrong number on show.

@@ -3,20 +3,33 @@
 
 #include "Text.h"
 
-#include <cctype>
+#include <algorithm>
 #include <utility>
 
-namespace quorvane
-{
-namespace
-{
+namespace quorvane {
+namespace {
 
-constexpr std::string_view scheme = "file://";
+constexpr std::string_view scheme = "file:";
+constexpr std::string_view authority = "//";
 
-bool isUnreserved(unsigned char c)
+/// Lower-cases A to Z and leaves every other byte alone, whatever the locale.
+char asciiLower(char c)
 {
-    return (c < 0x80 && std::isalnum(c) != 0) || c == '-' || c == '.' || c == '_' || c == '~' ||
-           c == '/';
+    return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+}
+
+bool equalsIgnoringCase(std::string_view text, std::string_view lowerCase)
+{
+    return std::equal(text.begin(), text.end(), lowerCase.begin(), lowerCase.end(),
+                      [](char a, char b) { return asciiLower(a) == b; });
+}
+
+/// The bytes that stand for themselves in the path of a URL: RFC 3986's unreserved ones and "/".
+bool standsForItself(char c)
+{
+    const char lower = asciiLower(c);
+    return (lower >= 'a' && lower <= 'z') || (c >= '0' && c <= '9') || c == '-' || c == '.' ||
+           c == '_' || c == '~' || c == '/';
 }
 
 int hexValue(char c)
@@ -24,8 +37,39 @@ int hexValue(char c)
     if (c >= '0' && c <= '9') {
         return c - '0';
     }
-    const int lower = c | 0x20;
+    const char lower = asciiLower(c);
     return lower >= 'a' && lower <= 'f' ? lower - 'a' + 10 : -1;
+}
+
+/// The value of the escape "%XY" that starts at the position, or -1 where none does.
+int escapedByte(std::string_view text, std::size_t position)
+{
+    if (text[position] != '%' || position + 2 >= text.size()) {
+        return -1;
+    }
+    const int high = hexValue(text[position + 1]);
+    const int low = hexValue(text[position + 2]);
+    return high < 0 || low < 0 ? -1 : high * 16 + low;
+}
+
+/// What follows the scheme and a host that is this machine: the path, still escaped, or nothing.
+std::string_view localPathOf(std::string_view url)
+{
+    if (!equalsIgnoringCase(url.substr(0, scheme.size()), scheme)) {
+        return {};
+    }
+    url.remove_prefix(scheme.size());
+    if (url.starts_with(authority)) {
+        url.remove_prefix(authority.size());
+        const std::size_t slash = url.find('/');
+        const std::string_view host = url.substr(0, slash);
+        if (slash == std::string_view::npos ||
+            !(host.empty() || equalsIgnoringCase(host, "localhost"))) {
+            return {};
+        }
+        url.remove_prefix(slash);
+    }
+    return url.starts_with('/') ? url : std::string_view();
 }
 
 } // namespace
@@ -45,28 +89,17 @@ FilePath FilePath::fromText(const QString& text)
 
 FilePath FilePath::fromFileUrl(std::string_view url)
 {
-    if (!url.starts_with(scheme)) {
-        return {};
-    }
-    url.remove_prefix(scheme.size());
-    const std::size_t slash = url.find('/');
-    if (slash == std::string_view::npos) {
-        return {};
-    }
-    const std::string_view host = url.substr(0, slash);
-    if (!host.empty() && host != "localhost") {
-        return {};
-    }
-    url.remove_prefix(slash);
+    const std::string_view path = localPathOf(url);
     std::string bytes;
-    for (std::size_t i = 0; i < url.size(); ++i) {
-        if (url[i] == '%' && i + 2 < url.size() && hexValue(url[i + 1]) >= 0 &&
-            hexValue(url[i + 2]) >= 0) {
-            bytes.push_back(static_cast<char>(hexValue(url[i + 1]) * 16 + hexValue(url[i + 2])));
-            i += 2;
-        } else {
-            bytes.push_back(url[i]);
+    bytes.reserve(path.size());
+    for (std::size_t i = 0; i < path.size(); ++i) {
+        const int escaped = escapedByte(path, i);
+        const char byte = escaped < 0 ? path[i] : static_cast<char>(escaped);
+        if (byte == '\0') {
+            return {};
         }
+        bytes.push_back(byte);
+        i += escaped < 0 ? 0 : 2;
     }
     return FilePath(std::move(bytes));
 }
@@ -106,11 +139,12 @@ std::string FilePath::fileUrl() const
 {
     static constexpr char digits[] = "0123456789ABCDEF";
     std::string url(scheme);
+    url.append(authority);
     for (const char c : m_bytes) {
-        const auto byte = static_cast<unsigned char>(c);
-        if (isUnreserved(byte)) {
+        if (standsForItself(c)) {
             url.push_back(c);
         } else {
+            const auto byte = static_cast<unsigned char>(c);
             url.push_back('%');
             url.push_back(digits[byte >> 4]);
             url.push_back(digits[byte & 15]);

@@ -7,8 +7,7 @@
 #include <string>
 #include <string_view>
 
-namespace quorvane
-{
+namespace quorvane {
 
 /// A path as the file system's own bytes, without a trailing slash (but for "/"). No length limit,
 /// no assumption of an encoding. A plain value.
@@ -20,7 +19,9 @@ public:
 
     /// The path that a text typed or handed over by the desktop stands for, in UTF-8.
     static FilePath fromText(const QString& text);
-    /// The path of a "file:" URL with percent escapes (RFC 8089); empty for any other text.
+    /// The path of a "file:" URL of this machine with percent escapes (RFC 8089), byte for byte; a
+    /// "%" that starts no escape stands for itself. Empty for any other text, for another host and
+    /// for a path that no file can have because it holds a NUL.
     static FilePath fromFileUrl(std::string_view url);
 
     const std::string& bytes() const { return m_bytes; }
@@ -30,11 +31,12 @@ public:
     std::string_view lastComponent() const;
     /// The path without its last component: "/a" gives "/", "/" gives "/", "a" gives an empty path.
     FilePath parent() const;
+    /// The path of an entry of this folder; below an empty path the component itself.
     FilePath appending(std::string_view component) const;
 
     /// For the screen only: ill-formed bytes become U+FFFD.
     QString displayText() const;
-    /// "file://" and the bytes, percent-encoded as RFC 3986 wants it.
+    /// "file://" and the bytes, all but RFC 3986's unreserved ones and "/" percent-encoded.
     std::string fileUrl() const;
 
     friend bool operator==(const FilePath&, const FilePath&) = default;

@@ -3,8 +3,7 @@
 
 #include <mutex>
 
-namespace quorvane
-{
+namespace quorvane {
 
 /// A Bool behind a lock: the stop channel from the main thread to a job. Any thread.
 class LockedFlag

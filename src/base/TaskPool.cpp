@@ -3,23 +3,15 @@
 
 #include <utility>
 
-namespace quorvane
-{
+namespace quorvane {
 
 TaskPool::TaskPool(Yielder lowerThisThread)
     : m_lowerThisThread(std::move(lowerThisThread))
-{
-}
+{}
 
 TaskPool::~TaskPool()
 {
-    {
-        const std::lock_guard guard(m_lock);
-        m_closing = true;
-        m_user.waiting.clear();
-        m_utility.waiting.clear();
-    }
-    m_wake.notify_all();
+    close();
     for (std::thread& thread : m_threads) {
         thread.join();
     }
@@ -35,19 +27,30 @@ void TaskPool::run(JobPriority priority, std::function<void()> work)
     target.waiting.push_back(std::move(work));
     if (target.idle >= target.waiting.size()) {
         m_wake.notify_all();
-    } else {
+    } else if (target.threads < maximumThreads) {
         m_threads.emplace_back([this, priority] { serve(priority); });
+        ++target.threads;
     }
 }
 
 bool TaskPool::drain(std::chrono::milliseconds timeout)
 {
+    close();
     std::unique_lock guard(m_lock);
-    m_closing = true;
-    m_user.waiting.clear();
-    m_utility.waiting.clear();
-    m_wake.notify_all();
     return m_ended.wait_for(guard, timeout, [this] { return m_running == 0; });
+}
+
+void TaskPool::close()
+{
+    // What a dropped job holds is let go outside the lock: it may call back into the pool.
+    std::deque<std::function<void()>> dropped[2];
+    {
+        const std::lock_guard guard(m_lock);
+        m_closing = true;
+        dropped[0].swap(m_user.waiting);
+        dropped[1].swap(m_utility.waiting);
+    }
+    m_wake.notify_all();
 }
 
 void TaskPool::serve(JobPriority priority)

@@ -1,14 +1,13 @@
 // SPDX-License-Identifier: MIT
 #include "Text.h"
 
+#include <QByteArrayView>
 #include <QStringDecoder>
 
 #include <algorithm>
 
-namespace quorvane
-{
-namespace
-{
+namespace quorvane {
+namespace {
 
 bool isAscii(std::string_view bytes)
 {
@@ -20,17 +19,15 @@ bool isAscii(std::string_view bytes)
 
 bool isUtf8(std::string_view bytes)
 {
-    if (isAscii(bytes)) {
-        return true;
-    }
-    QStringDecoder decoder(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless);
-    const QString text = decoder(QByteArrayView(bytes.data(), static_cast<qsizetype>(bytes.size())));
-    return !decoder.hasError();
+    return QByteArrayView(bytes).isValidUtf8();
 }
 
 QString displayText(std::string_view bytes)
 {
-    return QString::fromUtf8(bytes.data(), static_cast<qsizetype>(bytes.size()));
+    // QString::fromUtf8() would drop a byte order mark, and two names would look alike.
+    QStringDecoder decoder(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless |
+                                                     QStringDecoder::Flag::ConvertInitialBom);
+    return decoder(QByteArrayView(bytes));
 }
 
 std::string lowercased(std::string_view bytes)

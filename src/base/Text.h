@@ -6,8 +6,7 @@
 #include <string>
 #include <string_view>
 
-namespace quorvane
-{
+namespace quorvane {
 
 /// True when the bytes are well-formed UTF-8 (RFC 3629: no overlong forms, no surrogates).
 bool isUtf8(std::string_view bytes);
@@ -16,8 +15,8 @@ bool isUtf8(std::string_view bytes);
 /// file; operations on the disk take the bytes.
 QString displayText(std::string_view bytes);
 
-/// Lower-cased with Unicode's simple rules, locale-independent; bytes that are not UTF-8 stay as they
-/// are.
+/// Lower-cased with Unicode's full rules, whatever the locale. Where the bytes are not UTF-8 as a
+/// whole, A to Z alone are lowered and every other byte stays.
 std::string lowercased(std::string_view bytes);
 
 } // namespace quorvane

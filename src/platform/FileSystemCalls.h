@@ -5,19 +5,12 @@
 #include <string>
 #include <vector>
 
-namespace quorvane
-{
+namespace quorvane {
 
 /// What one lstat(2) of an entry tells. Sizes in bytes, times in whole seconds since 1970.
 struct EntryStatus
 {
-    enum class Kind : std::uint8_t
-    {
-        directory,
-        regularFile,
-        symbolicLink,
-        other
-    };
+    enum class Kind : std::uint8_t { directory, regularFile, symbolicLink, other };
 
     Kind kind = Kind::other;
     std::int64_t size = 0;            ///< st_size
@@ -32,7 +25,7 @@ struct NameList
 {
     struct Span
     {
-        std::uint32_t offset; ///< into bytes; the name is followed by a NUL there
+        std::uint64_t offset; ///< into bytes; the name is followed by a NUL there
         std::uint32_t length;
     };
 
@@ -45,6 +38,13 @@ struct NameList
         spans.clear();
     }
     const char* nameAt(std::size_t i) const { return bytes.data() + spans[i].offset; }
+};
+
+/// Bytes of a volume.
+struct VolumeCapacity
+{
+    std::uint64_t totalBytes = 0;
+    std::uint64_t availableBytes = 0;
 };
 
 /// Every call that a walk makes to the operating system, so that a test can make each of them fail.
@@ -65,9 +65,18 @@ public:
     virtual bool appendNames(int directory, NameList& names) = 0;
     /// lstat(2) of a name below an open directory. False when it fails.
     virtual bool status(int directory, const char* name, EntryStatus& status) = 0;
+    /// When a name below an open directory was created, in whole seconds since 1970; a link is not
+    /// followed. False when it fails or the file system keeps no such date.
+    virtual bool creationDate(int directory, const char* name, std::int64_t& seconds) = 0;
     /// Whether a file system that the kernel makes up (proc, sysfs, cgroup, …) is mounted on the
     /// directory. Such a file system holds no disk space and is never listed.
     virtual bool isKernelMade(int parent, const char* name) = 0;
+
+    /// Total bytes of the volume that holds the path and those that the user may still fill. False
+    /// when it cannot be asked.
+    virtual bool volumeCapacity(const char* path, VolumeCapacity& capacity) = 0;
+    /// How many descriptors the process may hold open at once.
+    virtual int descriptorLimit() = 0;
 
     /// The system's own calls; lives as long as the process.
     static FileSystemCalls& system();

@@ -15,16 +15,15 @@
 #include <string>
 #include <string_view>
 
-namespace quorvane
-{
+namespace quorvane {
 
 /// Families of developer and cache folders that the user can hide from every visualiser.
 struct BloatFilter
 {
     struct Item
     {
-        std::string_view key;  ///< name of the switch, shown and stored
-        std::string_view icon; ///< symbol name
+        std::string_view key;                       ///< name of the switch, shown and stored
+        std::string_view icon;                      ///< symbol name
         std::span<const std::string_view> keywords; ///< lower-case fragments
     };
 
@@ -45,8 +44,8 @@ public:
     using std::set<std::string, std::less<>>::set;
 };
 
-/// A folder's children without the hidden ones, order kept, without a copy. The node and the keys must
-/// outlive it.
+/// A folder's children without the hidden ones, order kept, without a copy. The node and the keys
+/// must outlive it.
 class VisibleChildren
 {
 public:
@@ -82,7 +81,10 @@ public:
             ++*this;
             return before;
         }
-        friend bool operator==(const Iterator& a, const Iterator& b) { return a.m_node == b.m_node; }
+        friend bool operator==(const Iterator& a, const Iterator& b)
+        {
+            return a.m_node == b.m_node;
+        }
 
     private:
         void skipHidden()
@@ -100,8 +102,7 @@ public:
     VisibleChildren(std::span<FileNode> children, const BloatKeys& keys)
         : m_children(children)
         , m_keys(&keys)
-    {
-    }
+    {}
 
     Iterator begin() const { return {m_children.data(), last(), m_keys}; }
     Iterator end() const { return {last(), last(), m_keys}; }

@@ -7,14 +7,14 @@
 #include <optional>
 #include <string_view>
 
-namespace quorvane
-{
+namespace quorvane {
 
 /// Bytes to text. Units step by 1024 and read B, KB, MB, GB, TB, PB.
 struct ByteFormatter
 {
     /// "512 B" below 1024 and for negative numbers; above, fixed notation with fractionDigits (0 to
-    /// 20) digits and a point. There is no rounding before the unit is chosen: 1048575 is "1024.0 KB".
+    /// 20) digits and a point. There is no rounding before the unit is chosen: 1048575 is "1024.0
+    /// KB".
     static QString string(std::int64_t bytes, int fractionDigits = 1);
 };
 

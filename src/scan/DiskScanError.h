@@ -3,8 +3,7 @@
 
 #include <string>
 
-namespace quorvane
-{
+namespace quorvane {
 
 /// Why a scan gave no tree: one message, shown to the user as it stands (UTF-8, or the bytes of a
 /// path that is not).

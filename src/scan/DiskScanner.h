@@ -16,8 +16,7 @@
 #include <variant>
 #include <vector>
 
-namespace quorvane
-{
+namespace quorvane {
 
 class FileSystemCalls;
 
@@ -30,8 +29,8 @@ public:
     using OnProgress = std::function<bool(const ScanProgress&)>;
     using Result = std::variant<std::shared_ptr<FileTree>, DiskScanError>;
 
-    /// Below 1 chooses: the processor count, but at least 2 and at most 8. The calls must outlive the
-    /// scanner.
+    /// Below 1 chooses: the processor count, but at least 2 and at most 8. The calls must outlive
+    /// the scanner.
     explicit DiskScanner(int workerCount = 0);
     DiskScanner(int workerCount, FileSystemCalls& calls);
 
@@ -46,10 +45,13 @@ public:
 
     /// lstat(2) of the path; absent when it fails. Any thread.
     std::optional<ItemMetadata> allMetadata(const FilePath& path) const;
-    /// Names of the folder in listing order, hidden ones included, with the metadata of each; an entry
-    /// whose lstat fails is left out. Absent when the listing fails. Any thread.
+    /// Names of the folder in listing order, hidden ones included, with the metadata of each; an
+    /// entry whose lstat fails is left out. Absent when the listing fails. Any thread.
     std::optional<std::vector<std::pair<std::string, ItemMetadata>>>
     directoryNameEntries(const FilePath& path) const;
+    /// When the entry was created, in whole seconds since 1970; absent on any failure and where the
+    /// file system keeps no such date. Any thread.
+    std::optional<std::int64_t> fileCreationDate(const FilePath& path) const;
 
 private:
     FileSystemCalls& m_calls;

@@ -15,8 +15,7 @@
 #include <string_view>
 #include <vector>
 
-namespace quorvane
-{
+namespace quorvane {
 
 class BloatKeys;
 class FileTree;
@@ -26,11 +25,11 @@ struct DirectoryPart;
 
 /// One entry of a scan: a file, a folder, a link or a special file.
 ///
-/// Owned by its FileTree, in whose arenas it lives beside its siblings: the children of a folder are
-/// one array. Outside the tree a node is held by a std::shared_ptr<FileNode> that shares ownership of
-/// the whole tree. Written by one scan worker at a time and by finalizeTree(); read from any thread
-/// without a lock once the tree is finished. The one field that changes then is isStagedForTrash, on
-/// the main thread alone.
+/// Owned by its FileTree, in whose arenas it lives beside its siblings: the children of a folder
+/// are one array. Outside the tree a node is held by a std::shared_ptr<FileNode> that shares
+/// ownership of the whole tree. Written by one scan worker at a time and by finalizeTree(); read
+/// from any thread without a lock once the tree is finished. The one field that changes then is
+/// isStagedForTrash, on the main thread alone.
 class FileNode
 {
 public:
@@ -48,7 +47,8 @@ public:
     bool isSymbolicLink() const { return (m_flags & symbolicLinkFlag) != 0; }
     bool isRegularFile() const { return (m_flags & regularFileFlag) != 0; }
 
-    /// Bytes of the entry itself (st_size). For a folder this is the directory's own size, no total.
+    /// Bytes of the entry itself (st_size). For a folder this is the directory's own size, no
+    /// total.
     std::int64_t logicalSize() const;
     /// Allocated bytes of the entry itself (st_blocks × 512).
     std::int64_t sizeOnDisk() const;
@@ -81,19 +81,20 @@ public:
     /// Main thread only.
     void setStagedForTrash(bool staged) { m_isStagedForTrash = staged; }
 
-    /// Rolls sums up, sorts every folder's children and so sets largestChild, for the whole tree below
-    /// this node. Called once on the root when all workers have ended. Uses no recursion: a chain of
-    /// any depth is a legal tree. A sum beyond 64 bits ends the program.
+    /// Rolls sums up, sorts every folder's children and so sets largestChild, for the whole tree
+    /// below this node. Called once on the root when all workers have ended. Uses no recursion: a
+    /// chain of any depth is a legal tree. A sum beyond 64 bits ends the program.
     void finalizeTree();
     /// The children in the order of finalizeTree(), leaving the node as it is.
     std::vector<const FileNode*> sortedChildren() const;
 
     /// Adds to the byte rollups of a folder while the scan fills it: the bytes of its own regular
-    /// files, so that they are in place before the final pass. Only by the worker that fills it.
+    /// files, so that they are in place before the final pass. Only by the worker that fills it;
+    /// nothing happens to an entry that is no folder.
     void addProvisional(std::int64_t bytes, std::int64_t byteOnDisk);
 
-    /// The name of the switch that hides this node's family (see BloatFilter); nothing when its name
-    /// belongs to none. Looks at the node's own name alone.
+    /// The name of the switch that hides this node's family (see BloatFilter); nothing when its
+    /// name belongs to none. Looks at the node's own name alone.
     std::optional<std::string_view> bloatCategory() const;
     bool isBloatHidden(const BloatKeys& keys) const;
     /// The children without those that the keys hide, order kept. The keys must outlive the result.
@@ -129,8 +130,7 @@ private:
     const char* m_name;
     std::int64_t m_id;
     std::int64_t m_dateModified;
-    union
-    {
+    union {
         OwnSizes m_own;
         DirectoryPart* m_part;
     };

@@ -13,8 +13,7 @@
 #include <string_view>
 #include <vector>
 
-namespace quorvane
-{
+namespace quorvane {
 
 /// Room for nodes and name bytes, handed out in order from a few large blocks and given back all at
 /// once. One thread at a time.
@@ -62,8 +61,8 @@ struct NodeRollups
     std::int64_t directoryCount = 0;
 };
 
-/// Owns every node of one scan and all their names, and frees them in a few large blocks: dropping a
-/// tree of a million nodes takes milliseconds on any thread.
+/// Owns every node of one scan and all their names, and frees them in a few large blocks: dropping
+/// a tree of a million nodes takes milliseconds on any thread.
 class FileTree : public std::enable_shared_from_this<FileTree>
 {
 public:
@@ -71,8 +70,8 @@ public:
     /// path's last component.
     static std::shared_ptr<FileTree> create(const FilePath& rootPath, const NodeValues& root);
     /// A free-standing node for something that no scan saw: a folder of that many bytes on both
-    /// measures, without a date. Its id is 5381, times 31 plus each byte of the file URL in wrapping
-    /// 64-bit arithmetic, but at least 2.
+    /// measures, without a date. Its id is 5381, times 31 plus each byte of the file URL in
+    /// wrapping 64-bit arithmetic, but at least 2.
     static NodePointer stagedItem(std::string_view name, const FilePath& path, std::int64_t bytes);
 
     FileTree(const FileTree&) = delete;
@@ -131,7 +130,11 @@ public:
     std::size_t size() const { return m_size; }
     bool isEmpty() const { return m_size == 0; }
 
+    std::size_t byteSize() const { return m_nodes.capacity() * sizeof(FileNode*); }
+
 private:
+    void insert(FileNode& node);
+
     std::vector<FileNode*> m_nodes;
     std::size_t m_size = 0;
 };

@@ -7,12 +7,10 @@
 #include <optional>
 #include <string_view>
 
-namespace quorvane
-{
+namespace quorvane {
 
 /// The colour class of a file name or of a folder's body.
-enum class FileTypeCategory : unsigned char
-{
+enum class FileTypeCategory : unsigned char {
     video,
     image,
     doc,
@@ -33,9 +31,9 @@ inline constexpr std::array allFileTypeCategories{
 
 /// The nine categories of the legend, in the order in which it shows them.
 inline constexpr std::array legendCategories{
-    FileTypeCategory::video,   FileTypeCategory::image,   FileTypeCategory::doc,
-    FileTypeCategory::code,    FileTypeCategory::dev,     FileTypeCategory::project,
-    FileTypeCategory::archive, FileTypeCategory::audio,   FileTypeCategory::system};
+    FileTypeCategory::video,   FileTypeCategory::image, FileTypeCategory::doc,
+    FileTypeCategory::code,    FileTypeCategory::dev,   FileTypeCategory::project,
+    FileTypeCategory::archive, FileTypeCategory::audio, FileTypeCategory::system};
 
 /// sRGB components, 0 to 1.
 struct CategoryRgb

@@ -4,11 +4,10 @@
 #include <cstdint>
 #include <optional>
 
-namespace quorvane
-{
+namespace quorvane {
 
-/// What one lstat(2) told about an entry. A plain value. All three flags are false for sockets, pipes
-/// and device nodes.
+/// What one lstat(2) told about an entry. A plain value. All three flags are false for sockets,
+/// pipes and device nodes.
 struct ItemMetadata
 {
     bool isDirectory = false;

@@ -4,8 +4,7 @@
 #include <cstdint>
 #include <string>
 
-namespace quorvane
-{
+namespace quorvane {
 
 /// A report of a running scan, or its closing totals. A plain value.
 struct ScanProgress

@@ -8,17 +8,12 @@
 #include <optional>
 #include <string_view>
 
-namespace quorvane
-{
+namespace quorvane {
 
 class FileNode;
 
 /// Which of the two size measures is on show.
-enum class SizeMode
-{
-    logical,
-    disk
-};
+enum class SizeMode { logical, disk };
 
 inline constexpr std::array allSizeModes{SizeMode::logical, SizeMode::disk};
 

@@ -3,10 +3,8 @@
 
 #include <cstddef>
 
-namespace quorvane
-{
-namespace
-{
+namespace quorvane {
+namespace {
 
 constexpr std::array<std::string_view, 3> themeKeys{"system", "light", "dark"};
 constexpr std::array<std::string_view, 6> accentKeys{"blue",   "purple", "teal",

@@ -7,12 +7,10 @@
 #include <optional>
 #include <string_view>
 
-namespace quorvane
-{
+namespace quorvane {
 
 /// Which colour scheme the window takes.
-enum class AppTheme
-{
+enum class AppTheme {
     system, ///< follow the desktop
     light,
     dark
@@ -26,19 +24,11 @@ std::optional<AppTheme> appThemeFromRawValue(std::string_view text);
 QString title(AppTheme theme);
 
 /// The accent colour of controls, selection and charts.
-enum class AccentChoice
-{
-    blue,
-    purple,
-    teal,
-    orange,
-    pink,
-    green
-};
+enum class AccentChoice { blue, purple, teal, orange, pink, green };
 
-inline constexpr std::array allAccentChoices{AccentChoice::blue,   AccentChoice::purple,
-                                             AccentChoice::teal,   AccentChoice::orange,
-                                             AccentChoice::pink,   AccentChoice::green};
+inline constexpr std::array allAccentChoices{AccentChoice::blue, AccentChoice::purple,
+                                             AccentChoice::teal, AccentChoice::orange,
+                                             AccentChoice::pink, AccentChoice::green};
 
 /// The stored key, for example "blue".
 std::string_view rawValue(AccentChoice accent);

@@ -19,7 +19,7 @@ namespace
 QSizeF layOutLines(QTextLayout& layout, qreal width, qreal lineHeight, Qt::Alignment alignment)
 {
     QTextOption option(alignment & Qt::AlignHorizontal_Mask);
-    option.setWrapMode(QTextOption::WordWrap);
+    option.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
     layout.setTextOption(option);
     qreal y = 0;
     qreal widest = 0;

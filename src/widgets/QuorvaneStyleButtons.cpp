@@ -339,8 +339,13 @@ QSize QuorvaneStyle::sizeFromContents(ContentsType type, const QStyleOption* opt
             return menuItemSize(*item, size);
         }
         break;
-    case CT_MenuBarItem:
-        return {size.width() + 2 * spacing::s, measure::menuBarHeight};
+    case CT_MenuBarItem: {
+        const auto* item = qstyleoption_cast<const QStyleOptionMenuItem*>(option);
+        const int words = item && isProgramMenu(*item)
+                              ? textWidth(TextStyle::captionStrong, item->text)
+                              : size.width();
+        return {words + 2 * spacing::s, measure::menuBarHeight};
+    }
     case CT_MenuBar:
         return {size.width(), measure::menuBarHeight};
     case CT_HeaderSection: {

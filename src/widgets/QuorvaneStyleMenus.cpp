@@ -107,9 +107,13 @@ void QuorvaneStyle::drawMenuBarItem(const QStyleOptionMenuItem& option, QPainter
                    themeColor(open ? ThemeColor::press : ThemeColor::hover), Qt::transparent);
     }
     painter.save();
-    painter.setPen(themeColor(!enabled      ? ThemeColor::textDisabled
-                              : open || lit ? ThemeColor::text1
-                                            : ThemeColor::text2));
+    const bool strong = isProgramMenu(option);
+    if (strong) {
+        painter.setFont(font(TextStyle::captionStrong));
+    }
+    painter.setPen(themeColor(!enabled                ? ThemeColor::textDisabled
+                              : open || lit || strong ? ThemeColor::text1
+                                                      : ThemeColor::text2));
     painter.drawText(rect, Qt::AlignCenter | Qt::TextHideMnemonic | Qt::TextSingleLine,
                      option.text);
     painter.restore();

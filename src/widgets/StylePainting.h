@@ -26,6 +26,12 @@ inline bool isPressed(const QStyleOption& option)
     return isEnabled(option) && option.state & QStyle::State_Sunken;
 }
 
+/// The title of the program's own menu, which a menu bar sets apart.
+inline bool isProgramMenu(const QStyleOptionMenuItem& option)
+{
+    return option.menuItemType == QStyleOptionMenuItem::DefaultItem;
+}
+
 /// From `top` at the upper edge to `bottom` at the lower one.
 inline QBrush verticalGradient(const QRectF& rect, ThemeColor top, ThemeColor bottom)
 {

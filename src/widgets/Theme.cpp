@@ -128,6 +128,8 @@ TypeMeasure typeMeasure(TextStyle style)
         return {20, 26, QFont::DemiBold, -0.2};
     case TextStyle::heading:
         return {15, 20, QFont::DemiBold, 0};
+    case TextStyle::lead:
+        return {15, 23, QFont::Normal, 0};
     case TextStyle::body:
         return {13, 18, QFont::Normal, 0};
     case TextStyle::row:

@@ -91,6 +91,7 @@ enum class TextStyle {
     figure,        ///< 28 / 34, semibold: numbers of the monitor
     title,         ///< 20 / 26, semibold: title of a screen
     heading,       ///< 15 / 20, semibold: heading of an empty state, dialog title
+    lead,          ///< 15 / 23: the sentences below the wordmark
     body,          ///< 13 / 18
     row,           ///< 13 / 18, medium: row titles, buttons
     strong,        ///< 13 / 18, semibold: sizes

@@ -1,0 +1,130 @@
+// SPDX-License-Identifier: MIT
+#include "PaintCommand.h"
+
+#include "CanvasArguments.h"
+#include "JsonText.h"
+#include "LockedFlag.h"
+#include "SeededRandom.h"
+#include "Theme.h"
+#include "TreeSource.h"
+#include "TreemapScene.h"
+
+#include <QApplication>
+#include <QPainter>
+#include <QPalette>
+
+#include <algorithm>
+#include <chrono>
+#include <iostream>
+#include <vector>
+
+namespace quorvane {
+namespace {
+
+constexpr int repaints = 7;
+constexpr int hovers = 200;
+constexpr double largestSide = 16'384;
+constexpr OptionRule options[] = {
+    {"size", true}, {"mode", true}, {"focus", true}, {"hide", true}, {"dump", true}};
+
+/// The median of what one call takes over so many calls.
+template<typename Call>
+double medianMilliseconds(int calls, Call&& call)
+{
+    std::vector<double> times;
+    for (int i = 0; i < calls; ++i) {
+        const auto start = std::chrono::steady_clock::now();
+        call();
+        const std::chrono::duration<double, std::milli> took =
+            std::chrono::steady_clock::now() - start;
+        times.push_back(took.count());
+    }
+    const auto middle = times.begin() + static_cast<std::ptrdiff_t>(times.size() / 2);
+    std::nth_element(times.begin(), middle, times.end());
+    return *middle;
+}
+
+/// What a canvas does when the pointer comes to rest on another tile: find it, compose the cached
+/// pictures, put the tile back and frame it.
+void hover(QPainter& painter, const CanvasRendering& rendering, const QPointF& point,
+           const QColor& accent)
+{
+    painter.drawImage(QPointF(0, 0), rendering.dimmed);
+    if (const std::optional<std::size_t> item = rendering.scene->itemAt(point)) {
+        rendering.scene->restoreItem(painter, *item, rendering.bright, rendering.dimmed);
+        rendering.scene->paintHighlight(painter, *item, CanvasScene::Highlight::hovered, accent);
+    }
+}
+
+std::string measuredLine(const SceneRequest& request)
+{
+    const LockedFlag stop;
+    const CanvasStyle style{font(TextStyle::caption), QApplication::palette().color(QPalette::Base),
+                            1};
+    ScenePointer scene;
+    const double layout =
+        medianMilliseconds(repaints, [&] { scene = TreemapScene::make(request, stop); });
+    const CanvasRendering rendering = renderScene(scene, style, stop);
+    QImage picture = rendering.bright;
+    const double repaint = medianMilliseconds(repaints, [&] {
+        picture.fill(style.ground);
+        scene->paint(picture, style, false);
+    });
+    SeededRandom random(1);
+    const auto some = [&](int length) {
+        return static_cast<double>(random.below(static_cast<std::uint64_t>(length)));
+    };
+    QPainter painter(&picture);
+    const double hovering = medianMilliseconds(hovers, [&] {
+        const QPointF point(some(request.size.width()), some(request.size.height()));
+        hover(painter, rendering, point, themeColor(ThemeColor::accent));
+    });
+    std::string line;
+    JsonObject object(line);
+    object.integer("slices", static_cast<std::int64_t>(scene->itemCount()));
+    object.real("layoutMilliseconds", layout);
+    object.real("repaintMilliseconds", repaint);
+    object.real("hoverMilliseconds", hovering);
+    object.endLine();
+    return line;
+}
+
+int runPaint(const Arguments& arguments)
+{
+    CanvasRequest canvas;
+    if (const std::string fault = readCanvasRequest(arguments, canvas); !fault.empty()) {
+        return complain(fault, exitUsage);
+    }
+    const auto isDrawable = [](double side) { return side >= 1 && side <= largestSide; };
+    if (!isDrawable(canvas.size.width) || !isDrawable(canvas.size.height)) {
+        return complain("--size needs sides from 1 to 16384 points", exitUsage);
+    }
+    const auto loaded = loadFocus(arguments);
+    if (const SourceFault* fault = std::get_if<SourceFault>(&loaded)) {
+        return complain(fault->message, fault->code);
+    }
+    const FocusedTree& focused = std::get<FocusedTree>(loaded);
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    char name[] = "quorvane-bench";
+    char* words[] = {name, nullptr};
+    int wordCount = 1;
+    const QApplication application(wordCount, words);
+    SceneRequest request;
+    request.target = NodePointer(focused.tree, focused.focus);
+    request.isScanRoot = focused.isRoot();
+    request.size = QSizeF(canvas.size.width, canvas.size.height).toSize();
+    request.sizeMode = canvas.mode;
+    request.hidden = canvas.hidden;
+    std::cout << measuredLine(request);
+    return exitSuccess;
+}
+
+} // namespace
+
+const Command paintCommand{
+    "paint",
+    "(DIR | --dump FILE) [--size WxH] [--mode disk|logical] [--focus SUBPATH] [--hide KEY]...",
+    "Paint the treemap and tell the milliseconds of layout, full repaint and hover.", options,
+    runPaint};
+
+} // namespace quorvane

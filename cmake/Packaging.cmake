@@ -1,0 +1,46 @@
+# SPDX-License-Identifier: MIT
+# Where the program and what belongs to it are installed, and the package made of that.
+
+set(QUORVANE_ID io.github.quorvane.Quorvane)
+
+if(NOT TARGET quorvane)
+  return()
+endif()
+
+if(APPLE)
+  set_target_properties(quorvane PROPERTIES
+    MACOSX_BUNDLE ON
+    MACOSX_BUNDLE_INFO_PLIST ${CMAKE_SOURCE_DIR}/packaging/macos/Info.plist.in
+    MACOSX_BUNDLE_GUI_IDENTIFIER ${QUORVANE_ID}
+    MACOSX_BUNDLE_SHORT_VERSION_STRING ${PROJECT_VERSION}
+    MACOSX_BUNDLE_BUNDLE_VERSION 1)
+  install(TARGETS quorvane BUNDLE DESTINATION .)
+  set(CPACK_GENERATOR DragNDrop)
+else()
+  include(GNUInstallDirs)
+  set(linux ${CMAKE_SOURCE_DIR}/packaging/linux)
+  install(TARGETS quorvane RUNTIME)
+  install(FILES ${linux}/${QUORVANE_ID}.desktop DESTINATION ${CMAKE_INSTALL_DATADIR}/applications)
+  install(FILES ${linux}/${QUORVANE_ID}.metainfo.xml DESTINATION ${CMAKE_INSTALL_DATADIR}/metainfo)
+  install(FILES ${linux}/${QUORVANE_ID}.svg
+          DESTINATION ${CMAKE_INSTALL_DATADIR}/icons/hicolor/scalable/apps)
+  install(FILES ${CMAKE_SOURCE_DIR}/LICENSE DESTINATION ${CMAKE_INSTALL_DOCDIR} RENAME copyright)
+  set(CPACK_GENERATOR DEB)
+endif()
+
+set(CPACK_PACKAGE_NAME quorvane)
+set(CPACK_PACKAGE_VENDOR "The Quorvane authors")
+set(CPACK_PACKAGE_CONTACT "The Quorvane authors <quorvane@localhost>")
+set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "desktop disk-space analyser")
+set(CPACK_PACKAGE_DESCRIPTION
+    "Quorvane walks a folder or the whole disk with a few workers and shows what fills it
+as a treemap and in other views. What is not wanted goes to the Trash.")
+set(CPACK_PACKAGING_INSTALL_PREFIX /usr)
+set(CPACK_STRIP_FILES ON)
+set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
+set(CPACK_DEBIAN_PACKAGE_SECTION utils)
+set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
+# Loaded at run time, so that no library dependency tells of them.
+set(CPACK_DEBIAN_PACKAGE_DEPENDS "libqt6svg6, qt6-qpa-plugins")
+set(CPACK_DEBIAN_PACKAGE_RECOMMENDS "fonts-inter")
+include(CPack)

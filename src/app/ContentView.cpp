@@ -1,0 +1,100 @@
+// SPDX-License-Identifier: MIT
+#include "ContentView.h"
+
+#include "AppScreens.h"
+#include "AppState.h"
+#include "Ground.h"
+#include "NoScanPromptView.h"
+#include "Refresher.h"
+#include "SidebarView.h"
+#include "WindowToolBar.h"
+
+#include <QHBoxLayout>
+#include <QStackedLayout>
+#include <QVBoxLayout>
+
+namespace quorvane {
+
+ContentView::ContentView(AppState& state, const AppScreens& screens, QWidget* parent)
+    : QWidget(parent)
+    , m_state(state)
+    , m_sections(screens.sections)
+    , m_refresher(new Refresher(this, [this] { refresh(); }))
+{
+    setObjectName(QStringLiteral("contentView"));
+    makeColumns(screens);
+    connect(m_toolBar, &WindowToolBar::sidebarToggled, this,
+            [this] { setColumnVisibility(!columnVisibility()); });
+    m_refresher->watch(m_state.section, m_state.rootNode);
+    refresh();
+}
+
+void ContentView::makeColumns(const AppScreens& screens)
+{
+    m_sidebar = new SidebarView(m_state, screens.sections, this);
+    m_toolBar = new WindowToolBar(m_state, screens.sections, screens.visualizers, this);
+    m_detail = new Ground(ThemeColor::veil, Ground::Edge::none, this);
+    m_detail->setObjectName(QStringLiteral("detailArea"));
+    m_stack = new QStackedLayout(m_detail);
+
+    auto* const columns = new QHBoxLayout(this);
+    columns->setContentsMargins(0, 0, 0, 0);
+    columns->setSpacing(0);
+    columns->addWidget(m_sidebar);
+    auto* const column = new QVBoxLayout;
+    column->setSpacing(0);
+    column->addWidget(m_toolBar);
+    column->addWidget(m_detail, 1);
+    columns->addLayout(column, 1);
+}
+
+void ContentView::setColumnVisibility(bool visible)
+{
+    m_columnVisibility = visible;
+    m_sidebar->setVisible(visible);
+    m_toolBar->setSidebarShown(visible);
+}
+
+QRect ContentView::detailArea() const
+{
+    return m_detail->geometry();
+}
+
+QWidget* ContentView::screenFor(AppSection section)
+{
+    const auto made = m_made.find(section);
+    if (made != m_made.end()) {
+        return made->second;
+    }
+    QWidget* const screen = m_sections.make(section, m_state, m_detail);
+    if (screen != nullptr) {
+        m_stack->addWidget(screen);
+        m_made.emplace(section, screen);
+    }
+    return screen;
+}
+
+NoScanPromptView* ContentView::promptFor(AppSection section)
+{
+    if (m_prompt == nullptr) {
+        m_prompt = new NoScanPromptView(m_state, section, m_detail);
+        m_stack->addWidget(m_prompt);
+    } else {
+        m_prompt->setSection(section);
+    }
+    return m_prompt;
+}
+
+void ContentView::refresh()
+{
+    const AppSection section = m_state.section.value();
+    QWidget* const screen = needsScan(section) && !m_state.hasScan()
+                                ? static_cast<QWidget*>(promptFor(section))
+                                : screenFor(section);
+    if (screen != nullptr) {
+        m_stack->setCurrentWidget(screen);
+    }
+    window()->setWindowTitle(title(section));
+}
+
+} // namespace quorvane

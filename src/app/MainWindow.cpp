@@ -1,0 +1,88 @@
+// SPDX-License-Identifier: MIT
+#include "MainWindow.h"
+
+#include "AppMenuBar.h"
+#include "AppState.h"
+#include "ContentView.h"
+#include "FlashPresenter.h"
+#include "Ground.h"
+#include "NodeColors.h"
+#include "Tokens.h"
+
+#include <QPaintEvent>
+#include <QPainter>
+#include <QScreen>
+#include <QVBoxLayout>
+
+#include <utility>
+
+namespace quorvane {
+namespace {
+
+QColor washColor(AppPalette palette)
+{
+    const Color tint = NodeColors::shellTint(palette);
+    return QColor::fromRgbF(static_cast<float>(tint.r), static_cast<float>(tint.g),
+                            static_cast<float>(tint.b),
+                            static_cast<float>(tint.a * MainWindow::tintOpacity));
+}
+
+} // namespace
+
+MainWindow::MainWindow(AppState& state, AppScreens screens)
+    : m_state(state)
+    , m_screens(std::move(screens))
+    , m_content(new ContentView(state, m_screens, this))
+{
+    setObjectName(QStringLiteral("mainWindow"));
+    auto* const menuGround = new Ground(ThemeColor::side, Ground::Edge::bottom, this);
+    auto* const menuBar = new AppMenuBar(state, m_screens.sections, menuGround);
+    auto* const menuRow = new QVBoxLayout(menuGround);
+    menuRow->setContentsMargins(0, 0, 0, 0);
+    menuRow->addWidget(menuBar);
+    menuGround->setFixedHeight(measure::menuBarHeight);
+    // Where the desktop shows the menus itself, the window has no place for them.
+    menuGround->setVisible(!menuBar->isNativeMenuBar());
+    auto* const column = new QVBoxLayout(this);
+    column->setContentsMargins(0, 0, 0, 0);
+    column->setSpacing(0);
+    column->addWidget(menuGround);
+    column->addWidget(m_content);
+
+    m_flash = new FlashPresenter(
+        state, *this, [this] { return m_content->detailArea().translated(m_content->pos()); });
+    m_paletteChanged = state.storagePalette.addNotifier([this] { update(); });
+    setMinimumSize(minimumContentSize);
+    takeDefaultSize();
+}
+
+/// The default size, or what the screen has room for.
+void MainWindow::takeDefaultSize()
+{
+    const QSize room = screen()->availableSize();
+    resize(defaultSize.boundedTo(room).expandedTo(minimumContentSize));
+}
+
+void MainWindow::showEvent(QShowEvent* event)
+{
+    QWidget::showEvent(event);
+    // The keyboard starts at the window itself: the first Tab leads to the first control.
+    if (focusWidget() == nullptr) {
+        setFocus(Qt::OtherFocusReason);
+    }
+}
+
+void MainWindow::paintEvent(QPaintEvent* event)
+{
+    QPainter painter(this);
+    m_ground.paint(painter, size(), event->rect(), themeColor(ThemeColor::window),
+                   washColor(m_state.palette()));
+}
+
+void MainWindow::resizeEvent(QResizeEvent* event)
+{
+    QWidget::resizeEvent(event);
+    m_flash->place();
+}
+
+} // namespace quorvane

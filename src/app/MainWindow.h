@@ -1,0 +1,49 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "AppScreens.h"
+#include "WindowGround.h"
+
+#include <QProperty>
+#include <QSize>
+#include <QWidget>
+
+namespace quorvane {
+
+class AppState;
+class ContentView;
+class FlashPresenter;
+
+/// The program's window: menu bar over the root screen on the tinted ground, and the flash banner
+/// above them. Main thread.
+class MainWindow : public QWidget
+{
+    Q_OBJECT
+
+public:
+    static constexpr QSize defaultSize{1560, 980};
+    static constexpr QSize minimumContentSize{1000, 620};
+    /// Opacity of the palette's tint in the top left corner.
+    static constexpr double tintOpacity = 0.3;
+
+    MainWindow(AppState& state, AppScreens screens);
+
+    ContentView& content() { return *m_content; }
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+    void showEvent(QShowEvent* event) override;
+
+private:
+    void takeDefaultSize();
+
+    AppState& m_state;
+    AppScreens m_screens;
+    ContentView* m_content;
+    WindowGround m_ground;
+    FlashPresenter* m_flash;
+    QPropertyNotifier m_paletteChanged;
+};
+
+} // namespace quorvane

@@ -1,0 +1,51 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "AppDelegate.h"
+#include "AppScreens.h"
+#include "AppState.h"
+#include "Platform.h"
+
+#include <QProperty>
+
+#include <chrono>
+#include <memory>
+
+class QApplication;
+
+namespace quorvane {
+
+class MainWindow;
+
+/// The program: the one model, the delegate, and the window over them. Main thread.
+class QuorvaneApp
+{
+public:
+    /// What the platform refers to outlives the program.
+    QuorvaneApp(QApplication& application, const Platform& platform, AppScreens screens);
+    ~QuorvaneApp();
+    QuorvaneApp(const QuorvaneApp&) = delete;
+    QuorvaneApp& operator=(const QuorvaneApp&) = delete;
+
+    AppDelegate& appDelegate() { return m_appDelegate; }
+    AppState& appState() { return m_appState; }
+    MainWindow& window() { return *m_window; }
+
+    void showWindow();
+    /// Scans a folder that was handed over, as if the user had chosen it.
+    void openFolder(const FilePath& folder);
+    /// Stops what runs and waits for it, at most atMost. Returns false if a job still hangs in a
+    /// call to the system: it would keep the process from ending in the usual way.
+    bool finishJobs(std::chrono::milliseconds atMost);
+
+private:
+    void applyTheme();
+
+    AppState m_appState;
+    AppDelegate m_appDelegate;
+    std::unique_ptr<MainWindow> m_window;
+    QPropertyNotifier m_themeChanged;
+    QPropertyNotifier m_accentChanged;
+};
+
+} // namespace quorvane

@@ -1,0 +1,44 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "AppSection.h"
+#include "Ground.h"
+#include "ScreenRegistry.h"
+
+#include <vector>
+
+namespace quorvane {
+
+class AppState;
+class NavigationRow;
+class Refresher;
+class ScanTile;
+
+/// The column on the left, 240 wide: scan actions, the drive, the tools that exist, the colours of
+/// the file types. Scrolls when the window is low. Main thread.
+class SidebarView : public Ground
+{
+    Q_OBJECT
+
+public:
+    SidebarView(AppState& state, const SectionScreens& sections, QWidget* parent = nullptr);
+
+private:
+    struct ToolRow
+    {
+        AppSection section;
+        NavigationRow* row;
+    };
+
+    QWidget* makeScanActions();
+    QWidget* makeTools(const SectionScreens& sections);
+    QWidget* makeFileTypes();
+    void refresh();
+
+    AppState& m_state;
+    std::vector<ScanTile*> m_scanTiles;
+    std::vector<ToolRow> m_toolRows;
+    Refresher* m_refresher;
+};
+
+} // namespace quorvane

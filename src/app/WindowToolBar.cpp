@@ -1,0 +1,153 @@
+// SPDX-License-Identifier: MIT
+#include "WindowToolBar.h"
+
+#include "AppState.h"
+#include "Button.h"
+#include "Label.h"
+#include "Refresher.h"
+#include "SegmentedPicker.h"
+#include "Tokens.h"
+
+#include <QHBoxLayout>
+
+#include <algorithm>
+#include <cstddef>
+
+namespace quorvane {
+
+WindowToolBar::WindowToolBar(AppState& state, const SectionScreens& sections,
+                             const VisualizerScreens& visualizers, QWidget* parent)
+    : Ground(ThemeColor::veil, Edge::bottom, parent)
+    , m_state(state)
+    , m_refresher(new Refresher(this, [this] { refresh(); }))
+{
+    setObjectName(QStringLiteral("toolBar"));
+    setFixedHeight(measure::toolBarHeight);
+    makeLeadingItems();
+    makeVisualizerPicker(visualizers);
+    m_rescan = makeAction(QStringLiteral("arrow.clockwise"), tr("Rescan"),
+                          QStringLiteral("rescanButton"), &AppState::rescan);
+    m_rescan->setToolTip(tr("Rescan the current folder"));
+    m_zoomOut = makeAction(QStringLiteral("level.up"), tr("Zoom Out"),
+                           QStringLiteral("zoomOutButton"), &AppState::focusUp);
+    m_zoomOut->setToolTip(tr("Zoom out one level (Esc)"));
+    makeSettingsButton(sections);
+    layOut();
+    m_refresher->watch(m_state.section, m_state.rootNode, m_state.focusNode, m_state.isScanning,
+                       m_state.visualizer);
+    refresh();
+    setSidebarShown(true);
+}
+
+void WindowToolBar::makeLeadingItems()
+{
+    m_sidebarToggle = new ToolButton(QStringLiteral("sidebar.left"), {}, this);
+    m_sidebarToggle->setObjectName(QStringLiteral("sidebarToggle"));
+    connect(m_sidebarToggle, &QAbstractButton::clicked, this, &WindowToolBar::sidebarToggled);
+    m_title = new Label({}, TextStyle::strong, ThemeColor::text1, this);
+    m_title->setObjectName(QStringLiteral("sectionTitle"));
+}
+
+void WindowToolBar::makeVisualizerPicker(const VisualizerScreens& visualizers)
+{
+    m_pickerTypes = visualizers.keys();
+    m_picker = new SegmentedPicker(tr("Visualization"), this);
+    m_picker->setObjectName(QStringLiteral("visualizerPicker"));
+    for (const VisualizerType type : m_pickerTypes) {
+        m_picker->addSegment(title(type), systemImage(type));
+    }
+    connect(m_picker, &SegmentedPicker::activated, this, [this](int index) {
+        m_state.visualizer = m_pickerTypes[static_cast<std::size_t>(index)];
+    });
+}
+
+ToolButton* WindowToolBar::makeAction(const QString& symbol, const QString& name,
+                                      const QString& objectName, void (AppState::*run)())
+{
+    auto* const button = new ToolButton(symbol, name, this);
+    button->setObjectName(objectName);
+    button->setAccessibleName(name);
+    connect(button, &QAbstractButton::clicked, this, [this, run] { (m_state.*run)(); });
+    return button;
+}
+
+void WindowToolBar::makeSettingsButton(const SectionScreens& sections)
+{
+    if (!sections.contains(AppSection::settings)) {
+        return;
+    }
+    m_settings = new ToolButton(QStringLiteral("gearshape"), {}, this);
+    m_settings->setObjectName(QStringLiteral("settingsButton"));
+    connect(m_settings, &QAbstractButton::clicked, this, [this] {
+        if (m_state.section.value() == AppSection::settings) {
+            m_state.closeSettings();
+        } else {
+            m_state.openSettings();
+        }
+    });
+}
+
+void WindowToolBar::layOut()
+{
+    auto* const row = new QHBoxLayout(this);
+    row->setContentsMargins(spacing::m, 0, spacing::l, 1);
+    row->setSpacing(0);
+    row->addWidget(m_sidebarToggle);
+    row->addSpacing(spacing::s);
+    row->addWidget(m_title);
+    row->addSpacing(spacing::l);
+    row->addWidget(m_picker);
+    row->addStretch();
+    row->addWidget(m_rescan);
+    row->addWidget(m_zoomOut);
+    if (m_settings != nullptr) {
+        row->addSpacing(2);
+        row->addWidget(m_settings);
+    }
+}
+
+void WindowToolBar::setSidebarShown(bool shown)
+{
+    const QString name = shown ? tr("Hide Sidebar") : tr("Show Sidebar");
+    m_sidebarToggle->setToolTip(name);
+    m_sidebarToggle->setAccessibleName(name);
+}
+
+void WindowToolBar::refresh()
+{
+    const AppSection section = m_state.section.value();
+    const bool isAnalysis = section == AppSection::analysis;
+    m_title->setText(title(section));
+    m_rescan->setVisible(m_state.hasScan());
+    m_zoomOut->setVisible(isAnalysis && m_state.focusNode.value() != nullptr);
+    m_picker->setVisible(m_pickerTypes.size() > 1 && isAnalysis && m_state.hasScan() &&
+                         !m_state.isScanning.value());
+    const auto current =
+        std::find(m_pickerTypes.begin(), m_pickerTypes.end(), m_state.visualizer.value());
+    m_picker->setCurrentIndex(
+        current == m_pickerTypes.end() ? -1 : static_cast<int>(current - m_pickerTypes.begin()));
+    if (m_settings != nullptr) {
+        const QString name =
+            section == AppSection::settings ? tr("Close Settings") : tr("Settings");
+        m_settings->setText(name);
+        m_settings->setToolTip(name);
+        m_settings->setAccessibleName(name);
+    }
+}
+
+void WindowToolBar::fitWords()
+{
+    const int available = window()->width();
+    m_picker->setCollapsed(available < pickerWordsWidth);
+    if (m_settings != nullptr) {
+        m_settings->setWordsVisible(available >= settingsWordsWidth);
+    }
+}
+
+void WindowToolBar::resizeEvent(QResizeEvent* event)
+{
+    Ground::resizeEvent(event);
+    fitWords();
+}
+
+} // namespace quorvane

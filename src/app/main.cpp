@@ -1,0 +1,116 @@
+// SPDX-License-Identifier: MIT
+#include "AppVersion.h"
+#include "DesktopWorkspace.h"
+#include "DialogFolderChooser.h"
+#include "FileSystemCalls.h"
+#include "JsonPreferences.h"
+#include "QuorvaneApp.h"
+#include "StartArguments.h"
+#include "ThreadPriority.h"
+
+#include <QApplication>
+#include <QDir>
+#include <QFile>
+
+#include <chrono>
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <memory>
+#include <optional>
+#include <string_view>
+#include <system_error>
+#include <vector>
+
+namespace quorvane {
+namespace {
+
+/// How long the end of the program waits for a job that does not react.
+constexpr std::chrono::seconds longestFarewell{1};
+constexpr int usageError = 2;
+
+/// The bytes of the home folder's path, whatever their encoding.
+FilePath homeFolder()
+{
+    const char* const home = std::getenv("HOME");
+    if (home != nullptr && *home == '/') {
+        return FilePath(home);
+    }
+    return FilePath(QFile::encodeName(QDir::homePath()).toStdString());
+}
+
+StartArguments readArguments(int argc, char** argv)
+{
+    std::error_code error;
+    const FilePath workingFolder(std::filesystem::current_path(error).string());
+    return StartArguments::parse(
+        std::vector<std::string_view>(argv + (argc > 0 ? 1 : 0), argv + argc), workingFolder);
+}
+
+/// The exit code of a command line that asks for an answer instead of a window.
+std::optional<int> answer(const StartArguments& arguments)
+{
+    switch (arguments.action) {
+    case StartArguments::Action::showHelp:
+        std::fputs(StartArguments::usage().c_str(), stdout);
+        return EXIT_SUCCESS;
+    case StartArguments::Action::showVersion:
+        std::printf("Quorvane %s\n", AppVersion::string);
+        return EXIT_SUCCESS;
+    case StartArguments::Action::reportUsage:
+        std::fprintf(stderr, "quorvane: %s\n%s", arguments.problem.c_str(),
+                     StartArguments::usage().c_str());
+        return usageError;
+    case StartArguments::Action::run:
+        break;
+    }
+    return std::nullopt;
+}
+
+int run(QApplication& application, const StartArguments& arguments)
+{
+    JsonPreferences preferences(JsonPreferences::standardFilePath());
+    const std::unique_ptr<Workspace> workspace = makeDesktopWorkspace();
+    DialogFolderChooser folderChooser;
+    const Platform platform{FileSystemCalls::system(),
+                            preferences,
+                            *workspace,
+                            folderChooser,
+                            homeFolder(),
+                            lowerThisThread};
+    QuorvaneApp program(application, platform, AppScreens::standard());
+    program.showWindow();
+    if (arguments.folder) {
+        program.openFolder(*arguments.folder);
+    }
+    const int result = QApplication::exec();
+    if (!program.finishJobs(longestFarewell)) {
+        // A call to the system hangs, on a dead network drive for example. All settings are on the
+        // disk already.
+        std::_Exit(result);
+    }
+    return result;
+}
+
+} // namespace
+} // namespace quorvane
+
+int main(int argc, char** argv)
+{
+    using namespace quorvane;
+    // Help comes without a display. What looks like a mistake may be an option of the toolkit's,
+    // which it takes out when it starts.
+    const StartArguments firstLook = readArguments(argc, argv);
+    if (firstLook.action != StartArguments::Action::reportUsage) {
+        if (const std::optional<int> code = answer(firstLook)) {
+            return *code;
+        }
+    }
+    raiseDescriptorLimit();
+    QApplication application(argc, argv);
+    const StartArguments arguments = readArguments(argc, argv);
+    if (const std::optional<int> code = answer(arguments)) {
+        return *code;
+    }
+    return run(application, arguments);
+}

@@ -1,0 +1,28 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "FilePath.h"
+
+#include <functional>
+
+namespace quorvane {
+
+class FileSystemCalls;
+class FolderChooser;
+class Preferences;
+class Workspace;
+
+/// What the system below offers, handed to the model at its start. Everything outlives the model.
+struct Platform
+{
+    FileSystemCalls& fileSystem;
+    Preferences& preferences;
+    Workspace& workspace;
+    FolderChooser& folderChooser;
+    /// The user's home folder, fixed for the life of the process.
+    FilePath home;
+    /// Gives the calling thread a lower priority for processor and disk.
+    std::function<void()> lowerThisThread;
+};
+
+} // namespace quorvane

@@ -1,0 +1,38 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "FileSystemCalls.h"
+#include "MemoryPreferences.h"
+#include "Platform.h"
+#include "RecordingWorkspace.h"
+#include "ScriptedFolderChooser.h"
+
+#include <utility>
+
+namespace quorvane {
+
+/// A platform without a desktop: the real file system (or a decorated one), preferences in memory,
+/// a workspace and a folder chooser that a test looks into. Outlives the models made on it.
+struct FakePlatform
+{
+    explicit FakePlatform(FilePath home = FilePath("/"),
+                          FileSystemCalls& fileSystemCalls = FileSystemCalls::system())
+        : fileSystem(fileSystemCalls)
+        , homeFolder(std::move(home))
+    {}
+
+    Platform platform()
+    {
+        return {fileSystem, preferences, workspace, folderChooser, homeFolder, lowerThisThread};
+    }
+
+    FileSystemCalls& fileSystem;
+    MemoryPreferences preferences;
+    RecordingWorkspace workspace;
+    ScriptedFolderChooser folderChooser;
+    FilePath homeFolder;
+    /// Left empty: the threads of a test keep their priority.
+    std::function<void()> lowerThisThread;
+};
+
+} // namespace quorvane

@@ -1,0 +1,154 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "AppPalette.h"
+#include "AppSection.h"
+#include "Appearance.h"
+#include "BloatFilter.h"
+#include "DiskScanner.h"
+#include "DriveSample.h"
+#include "FileTree.h"
+#include "JobRunner.h"
+#include "LockedFlag.h"
+#include "Platform.h"
+#include "ScanProgress.h"
+#include "SizeMode.h"
+#include "VisualizerType.h"
+
+#include <QProperty>
+#include <QString>
+#include <QTimer>
+
+#include <chrono>
+#include <map>
+#include <memory>
+#include <optional>
+#include <string>
+
+namespace quorvane {
+
+/// The one observable model. Created once at process entry, kept for the life of the process; main
+/// thread only. Screens read its fields, subscribe to those that they show, and call its
+/// operations. Jobs are given what they need by value and never see it.
+class AppState
+{
+public:
+    /// Reads the stored settings and starts a first reading of the drive. What the platform refers
+    /// to outlives the state.
+    explicit AppState(const Platform& platform);
+    AppState(const AppState&) = delete;
+    AppState& operator=(const AppState&) = delete;
+    /// Asks the running jobs to stop and waits for them.
+    ~AppState();
+
+    // ---- Fields, observable -------------------------------------------------------------------
+    QProperty<NodePointer> rootNode;                 ///< the finished tree
+    QProperty<bool> isScanning{false};               ///< a scan is under way
+    QProperty<std::optional<ScanProgress>> progress; ///< last report; after a scan its totals
+    QProperty<std::optional<QString>> errorMessage;  ///< last scan failure
+    QProperty<NodePointer> selectedNode;             ///< node whose details are shown
+    QProperty<AppSection> section{AppSection::analysis};
+    QProperty<AppSection> sectionBeforeSettings{AppSection::analysis};
+    QProperty<VisualizerType> visualizer{VisualizerType::treemap};
+    QProperty<NodePointer> focusNode;               ///< folder that the visualisers draw as root
+    QProperty<std::optional<QString>> flashMessage; ///< text of the flash banner
+    QProperty<DriveSample> driveStat;               ///< usage of the start-up drive
+    QProperty<AppTheme> theme{AppTheme::dark};
+    QProperty<AccentChoice> accent{AccentChoice::blue};
+    QProperty<AppPalette> storagePalette{AppPalette::slate};
+    QProperty<SizeMode> storageSizeMode{SizeMode::disk};
+    QProperty<bool> storageInspectorVisible{false};
+    QProperty<std::map<std::string, bool>> storageBloatFilters;
+    /// Every node of the current tree by id; never absent, empty without a tree.
+    QProperty<std::shared_ptr<const NodeIndex>> nodesByID;
+
+    // ---- Derived --------------------------------------------------------------------------------
+    bool hasScan() const { return rootNode.value() != nullptr; }
+    const FilePath& homeURL() const { return m_platform.home; }
+    /// The folder on show: the focus, else the root; absent without a tree.
+    NodePointer shownNode() const
+    {
+        return focusNode.value() ? focusNode.value() : rootNode.value();
+    }
+    /// Shares ownership of the tree with a node of the current one. node may be null.
+    NodePointer share(FileNode* node) const;
+    /// The path unchanged, with no shortening of the home folder. For the screen only.
+    static QString displayPath(const FilePath& url) { return url.displayText(); }
+
+    // ---- Settings, stored at each change
+    // ----------------------------------------------------------
+    void setTheme(AppTheme value);
+    void setAccent(AccentChoice value);
+    AppPalette palette() const { return storagePalette.value(); }
+    /// Also publishes the value to NodeColors.
+    void setPalette(AppPalette value);
+    SizeMode sizeMode() const { return storageSizeMode.value(); }
+    void setSizeMode(SizeMode value);
+    bool inspectorVisible() const { return storageInspectorVisible.value(); }
+    void setInspectorVisible(bool value);
+    const std::map<std::string, bool>& bloatFilters() const { return storageBloatFilters.value(); }
+    void setBloatFilters(const std::map<std::string, bool>& value);
+    /// Keys of the families that are hidden.
+    BloatKeys disabledBloat() const;
+    /// "{hidden keys, sorted, joined by |}-{root id}-{focus id}": changes whenever a layout must.
+    QString disabledBloatKey() const;
+
+    // ---- Scan -----------------------------------------------------------------------------------
+    void pickFolder();
+    void scanHome();
+    void scanFullMac();
+    /// Scans the current root again; nothing without one.
+    void rescan();
+    /// Ignored while a scan runs. Drops the old tree and everything that belongs to it at once.
+    void startScan(const FilePath& url);
+    /// Asks the running scan to stop; isScanning stays true until it has.
+    void cancelScan();
+    void consumeError(const DiskScanError& error);
+
+    // ---- Navigation in the tree -----------------------------------------------------------------
+    void select(const NodePointer& node);
+    void focus(const NodePointer& node);
+    void focusUp();
+    void revealInFinder(const FileNode& node);
+    void openInApp(const FileNode& node);
+
+    // ---- Sections
+    // ---------------------------------------------------------------------------------
+    void openSettings();
+    void closeSettings();
+
+    // ---- Flash banner
+    // -----------------------------------------------------------------------------
+    static constexpr std::chrono::milliseconds flashDuration{2600};
+    void flash(const QString& message);
+    void dismissFlash();
+
+    // ---- Drive
+    // ------------------------------------------------------------------------------------
+    void refreshDriveUsage();
+
+    /// Where screens start their layouts.
+    JobRunner& jobs() { return m_jobs; }
+
+private:
+    struct FinishedScan
+    {
+        std::shared_ptr<FileTree> tree;
+        std::shared_ptr<const NodeIndex> index;
+        DiskScanError error;
+    };
+
+    void readSettings();
+    void dropOldScan();
+    void publishScan(FinishedScan finished);
+    void buildIndex(std::shared_ptr<const NodeIndex> index);
+
+    Platform m_platform;
+    std::shared_ptr<LockedFlag> m_cancelFlag = std::make_shared<LockedFlag>();
+    JobHandle m_scanTask;
+    JobHandle m_driveTask;
+    QTimer m_flashTask;
+    JobRunner m_jobs;
+};
+
+} // namespace quorvane

@@ -1,0 +1,102 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "LockedFlag.h"
+#include "TaskPool.h"
+
+#include <chrono>
+#include <functional>
+#include <memory>
+#include <type_traits>
+#include <utility>
+#include <vector>
+
+namespace quorvane {
+
+/// One background job: who holds it can ask it to stop. Its address is its run id.
+class Job
+{
+public:
+    /// Main thread. The work sees it at its next look; its result is dropped in any case.
+    void cancel() { m_isCancelled.set(true); }
+    bool isCancelled() const { return m_isCancelled.get(); }
+    /// The flag that the work polls.
+    const LockedFlag& cancelFlag() const { return m_isCancelled; }
+
+private:
+    LockedFlag m_isCancelled;
+};
+
+using JobHandle = std::shared_ptr<Job>;
+
+/// Posts work to the main thread from any thread, as long as the runner that made it lives.
+class MainThreadPoster
+{
+public:
+    explicit MainThreadPoster(std::weak_ptr<const bool> alive)
+        : m_alive(std::move(alive))
+    {}
+    /// In the order of the calls from one thread. Dropped when the runner has gone meanwhile.
+    void operator()(std::function<void()> block) const;
+
+private:
+    std::weak_ptr<const bool> m_alive;
+};
+
+/// Starts the background jobs of one model. Main thread.
+class JobRunner
+{
+public:
+    explicit JobRunner(std::function<void()> lowerThisThread);
+    JobRunner(const JobRunner&) = delete;
+    JobRunner& operator=(const JobRunner&) = delete;
+    /// Asks the jobs under way to stop and waits for them to return; nothing of theirs is published
+    /// any more.
+    ~JobRunner();
+
+    /// Runs work(const Job&) on a pool thread, then publish(result) on the main thread, unless the
+    /// job was cancelled or the runner is gone by then: the one place where a stale result is
+    /// dropped. work takes what it needs by value and never sees the model or a QObject.
+    template<class Work, class Publish>
+    JobHandle start(JobPriority priority, Work work, Publish publish)
+    {
+        using Result = std::invoke_result_t<Work&, const Job&>;
+        auto job = std::make_shared<Job>();
+        remember(job);
+        m_pool.run(priority, [job, post = poster(), work = std::move(work),
+                              publish = std::move(publish)]() mutable {
+            if (job->isCancelled()) {
+                return;
+            }
+            auto result = std::make_shared<Result>(work(*job));
+            post([job, result, publish = std::move(publish)]() mutable {
+                if (!job->isCancelled()) {
+                    publish(std::move(*result));
+                }
+            });
+        });
+        return job;
+    }
+
+    /// Lets go of something large off the main thread.
+    template<class T>
+    void release(T thing)
+    {
+        auto holder = std::make_shared<T>(std::move(thing));
+        m_pool.run(JobPriority::utility, [holder]() mutable { holder.reset(); });
+    }
+
+    MainThreadPoster poster() const { return MainThreadPoster(m_alive); }
+
+    /// Takes no more work and waits for what runs, at most timeout. Returns whether all has ended.
+    bool drain(std::chrono::milliseconds timeout) { return m_pool.drain(timeout); }
+
+private:
+    void remember(const JobHandle& job);
+
+    std::shared_ptr<const bool> m_alive;
+    std::vector<std::weak_ptr<Job>> m_started;
+    TaskPool m_pool;
+};
+
+} // namespace quorvane

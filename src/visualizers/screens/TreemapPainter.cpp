@@ -1,0 +1,220 @@
+// SPDX-License-Identifier: MIT
+#include "TreemapPainter.h"
+
+#include "ByteFormatter.h"
+#include "NodeColors.h"
+#include "TreemapColors.h"
+#include "TreemapLabels.h"
+#include "TreemapScene.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace quorvane {
+namespace {
+
+constexpr float dimOpacity = 0.5F;
+constexpr float dimTextOpacity = 0.72F;
+constexpr double boundaryWidth = 1;
+constexpr double labelContrast = 5.2;
+constexpr double scrimHeight = 30;
+constexpr float sizeTextOpacity = 0.85F;
+
+QColor toQColor(const Color& color)
+{
+    return QColor::fromRgbF(static_cast<float>(color.r), static_cast<float>(color.g),
+                            static_cast<float>(color.b), static_cast<float>(color.a));
+}
+
+double linear(double channel)
+{
+    return channel <= 0.04045 ? channel / 12.92 : std::pow((channel + 0.055) / 1.055, 2.4);
+}
+
+double whiteContrast(const QColor& fill, double black)
+{
+    const double keep = 1 - black;
+    const double luminance = 0.2126 * linear(fill.redF() * keep) +
+                             0.7152 * linear(fill.greenF() * keep) +
+                             0.0722 * linear(fill.blueF() * keep);
+    return 1.05 / (luminance + 0.05);
+}
+
+} // namespace
+
+double labelScrimOpacity(const QColor& fill)
+{
+    if (whiteContrast(fill, 0) >= labelContrast) {
+        return 0;
+    }
+    double low = 0;
+    double high = 1;
+    constexpr int halvings = 12;
+    for (int i = 0; i < halvings; ++i) {
+        const double middle = (low + high) / 2;
+        (whiteContrast(fill, middle) >= labelContrast ? high : low) = middle;
+    }
+    return high;
+}
+
+TreemapPainter::TreemapPainter(QImage& picture, const CanvasStyle& style, SizeMode sizeMode)
+    : m_picture(picture)
+    , m_tiles(picture)
+    , m_style(style)
+    , m_sizeMode(sizeMode)
+    , m_boundary(NodeColors::boundaryColor())
+    , m_texts(&picture)
+{}
+
+/// A dimmed tile is half its colour and half the canvas's ground, whatever lies below it: tiles are
+/// nested, and the text and hue of what they cover must not show through.
+QColor TreemapPainter::fillColor(const Color& fill, bool dimmed) const
+{
+    const QColor color = toQColor(fill);
+    if (!dimmed) {
+        return color;
+    }
+    const auto half = [](float part, float ground) {
+        return part * dimOpacity + ground * (1 - dimOpacity);
+    };
+    return QColor::fromRgbF(half(color.redF(), m_style.ground.redF()),
+                            half(color.greenF(), m_style.ground.greenF()),
+                            half(color.blueF(), m_style.ground.blueF()));
+}
+
+void TreemapPainter::paint(const std::vector<Slice>& slices, bool dimmed)
+{
+    m_texts.setOpacity(dimmed ? dimTextOpacity : 1);
+    for (const Slice& slice : slices) {
+        if (slice.isAggregateTile) {
+            paintAggregate(slice, dimmed);
+        } else if (slice.node != nullptr) {
+            paintTile(slice, dimmed);
+        }
+    }
+}
+
+void TreemapPainter::paintAggregate(const Slice& slice, bool dimmed)
+{
+    TilePainter::Tile tile;
+    tile.rect = TreemapScene::body(slice);
+    tile.topRadius = tile.bottomRadius = TreemapScene::cornerRadius(slice, tile.rect);
+    tile.fill = fillColor(NodeColors::genericFileColor, dimmed);
+    tile.stroke = toQColor(m_boundary);
+    tile.strokeWidth = boundaryWidth;
+    m_tiles.draw(tile);
+    if (tile.rect.width > 64 && tile.rect.height > 16) {
+        const QString text = QLatin1Char('[') + ByteFormatter::string(slice.aggregateBytes, 1) +
+                             QStringLiteral(" Cache Files]");
+        const LabelFont& font = labelFont(9, false);
+        const QString label = TreemapLabels::fit(text, tile.rect.width - 8);
+        drawText(label, font, tile.rect.x + (tile.rect.width - font.width(label)) / 2,
+                 tile.rect.y + tile.rect.height / 2, Qt::white);
+    }
+}
+
+void TreemapPainter::paintTile(const Slice& slice, bool dimmed)
+{
+    const double header = slice.isFolder ? TreemapLayout::headerHeightFor(slice.rect) : 0;
+    TilePainter::Tile tile;
+    tile.rect = TreemapScene::body(slice);
+    tile.topRadius = tile.bottomRadius = TreemapScene::cornerRadius(slice, tile.rect);
+    const Color fill = !slice.isFolder ? NodeColors::leafColor(*slice.node)
+                       : slice.folderBodyCategory
+                           ? NodeColors::legendColor(*slice.folderBodyCategory)
+                           : TreemapColors::folderBodyColor;
+    tile.fill = fillColor(fill, dimmed);
+    const bool hasText = tile.rect.width > 40 && tile.rect.height > 18;
+    if (hasText && header <= 0) {
+        tile.scrimOpacity = labelScrimOpacity(*tile.fill);
+        tile.scrimHeight = std::min(tile.rect.height, scrimHeight);
+    }
+    tile.strokeWidth = boundaryWidth;
+    if (header > 0) {
+        // The strip lies between the fill and the edge.
+        m_tiles.draw(tile);
+        paintHeader(tile.rect, header, tile.topRadius, dimmed);
+        tile.fill.reset();
+    }
+    tile.stroke = toQColor(m_boundary);
+    m_tiles.draw(tile);
+    if (hasText && header > 0) {
+        drawHeaderTexts(slice, tile.rect, header);
+    } else if (hasText) {
+        drawTileTexts(slice, tile.rect);
+    }
+}
+
+void TreemapPainter::paintHeader(const Rect& body, double header, double radius, bool dimmed)
+{
+    TilePainter::Tile strip;
+    strip.rect = {body.x, body.y, body.width, std::min(header, body.height)};
+    strip.topRadius = std::min(radius, header * 0.5);
+    strip.fill = fillColor(TreemapColors::folderHeaderColor, dimmed);
+    m_tiles.draw(strip);
+}
+
+void TreemapPainter::drawHeaderTexts(const Slice& slice, const Rect& body, double header)
+{
+    const int size = TreemapLabels::fontSize(std::max(body.width, 18.0));
+    const LabelFont& nameFont = labelFont(size - 1, true);
+    const LabelFont& sizeFont = labelFont(std::max(size - 2, 9), false);
+    const QString bytes = sizeText(*slice.node);
+    const double bytesWidth = sizeFont.width(bytes);
+    const QString name =
+        slice.labelOverride ? QString::fromUtf8(slice.labelOverride->data(),
+                                                static_cast<qsizetype>(slice.labelOverride->size()))
+                            : slice.node->displayName();
+    const double middle = body.y + header / 2;
+    const double nameWidth = std::max(body.width - 8 - bytesWidth - 6, 10.0);
+    drawText(TreemapLabels::truncateFit(name, nameWidth, nameFont), nameFont, body.x + 4, middle,
+             Qt::white);
+    const double sizeWidth = std::max(body.width * 0.5, 10.0);
+    const QString shownBytes = TreemapLabels::truncateFit(bytes, sizeWidth, sizeFont);
+    const double shownWidth = shownBytes == bytes ? bytesWidth : sizeFont.width(shownBytes);
+    drawText(shownBytes, sizeFont, body.maxX() - 4 - shownWidth, middle,
+             toQColor(TreemapColors::folderSizeColor));
+}
+
+void TreemapPainter::drawTileTexts(const Slice& slice, const Rect& body)
+{
+    const int size = TreemapLabels::fontSize(std::max(body.width, 18.0));
+    const LabelFont& nameFont = labelFont(size, false);
+    const LabelFont& sizeFont = labelFont(size - 1, false);
+    const QString bytes = sizeText(*slice.node);
+    const double bytesWidth = sizeFont.width(bytes);
+    const bool showsSize = body.width - bytesWidth >= 40;
+    const double nameWidth = std::max(body.width - 6 - (showsSize ? bytesWidth + 8 : 0), 6.0);
+    const double middle = body.y + std::min(body.height * 0.5, 7.0);
+    drawText(TreemapLabels::truncateFit(slice.node->displayName(), nameWidth, nameFont), nameFont,
+             body.x + 3, middle, Qt::white);
+    if (showsSize) {
+        drawText(bytes, sizeFont, body.maxX() - 3 - bytesWidth, middle,
+                 QColor::fromRgbF(1, 1, 1, sizeTextOpacity));
+    }
+}
+
+void TreemapPainter::drawText(const QString& text, const LabelFont& font, double left,
+                              double middle, const QColor& color)
+{
+    m_texts.setFont(font.font());
+    m_texts.setPen(color);
+    // Whole points keep the glyphs on the pixels that they were made for.
+    m_texts.drawText(QPointF(left, std::round(middle + font.baselineBelowMiddle())), text);
+}
+
+const LabelFont& TreemapPainter::labelFont(int size, bool bold)
+{
+    std::optional<LabelFont>& place = m_fonts[static_cast<std::size_t>(size)][bold ? 1 : 0];
+    if (!place) {
+        place.emplace(m_style.font, size, bold, &m_picture);
+    }
+    return *place;
+}
+
+QString TreemapPainter::sizeText(const FileNode& node) const
+{
+    return basisLabel(node, m_sizeMode);
+}
+
+} // namespace quorvane

@@ -1,0 +1,230 @@
+// SPDX-License-Identifier: MIT
+#include "VisualizerCanvas.h"
+
+#include "CanvasAccessibility.h"
+#include "HoverTooltip.h"
+#include "NodeColors.h"
+#include "Painting.h"
+#include "Progress.h"
+#include "Theme.h"
+#include "Tokens.h"
+
+#include <QApplication>
+#include <QMetaObject>
+#include <QPainter>
+#include <QPainterPath>
+#include <QPointer>
+
+#include <optional>
+#include <utility>
+
+namespace quorvane {
+namespace {
+
+QColor groundColor()
+{
+    if (const std::optional<Color> wash = NodeColors::canvasWash()) {
+        return QColor::fromRgbF(static_cast<float>(wash->r), static_cast<float>(wash->g),
+                                static_cast<float>(wash->b));
+    }
+    return QApplication::palette().color(QPalette::Base);
+}
+
+} // namespace
+
+VisualizerCanvas::VisualizerCanvas(AppState& state, MakeScene makeScene, QWidget* parent)
+    : QWidget(parent)
+    , m_state(state)
+    , m_makeScene(makeScene)
+    , m_tooltip(new HoverTooltip(this))
+    , m_spinner(new Spinner(QStringLiteral("Computing layout…"), this))
+{
+    installCanvasAccessibility();
+    setMouseTracking(true);
+    setFocusPolicy(Qt::StrongFocus);
+    m_tooltip->hide();
+    m_spinner->hide();
+    observe();
+}
+
+VisualizerCanvas::~VisualizerCanvas()
+{
+    if (m_layoutTask) {
+        m_layoutTask->cancel();
+    }
+}
+
+void VisualizerCanvas::observe()
+{
+    const auto relayout = [this] { scheduleLayout(); };
+    const auto repaint = [this] { update(); };
+    m_observers.push_back(m_state.rootNode.addNotifier(relayout));
+    m_observers.push_back(m_state.focusNode.addNotifier(relayout));
+    m_observers.push_back(m_state.storageSizeMode.addNotifier(relayout));
+    m_observers.push_back(m_state.storageBloatFilters.addNotifier(relayout));
+    m_observers.push_back(m_state.storagePalette.addNotifier(relayout));
+    m_observers.push_back(m_state.selectedNode.addNotifier(repaint));
+    connect(&ThemeNotifier::instance(), &ThemeNotifier::themeChanged, this, relayout);
+}
+
+QString VisualizerCanvas::layoutKey() const
+{
+    const NodePointer target = m_state.shownNode();
+    const SizeMode mode = m_state.sizeMode();
+    const std::string_view rawMode = rawValue(mode);
+    return QString::number(target ? target->id() : 0) + QLatin1Char('-') +
+           QString::fromUtf8(rawMode.data(), static_cast<qsizetype>(rawMode.size())) +
+           QLatin1Char('-') + QString::number(width()) + QLatin1Char('x') +
+           QString::number(height()) + QLatin1Char('-') + m_state.disabledBloatKey();
+}
+
+CanvasStyle VisualizerCanvas::canvasStyle() const
+{
+    return {quorvane::font(TextStyle::caption), groundColor(), devicePixelRatioF()};
+}
+
+void VisualizerCanvas::scheduleLayout()
+{
+    update();
+    if (m_isLayoutScheduled) {
+        return;
+    }
+    m_isLayoutScheduled = true;
+    QMetaObject::invokeMethod(
+        this,
+        [this] {
+            m_isLayoutScheduled = false;
+            refreshLayout();
+        },
+        Qt::QueuedConnection);
+}
+
+void VisualizerCanvas::refreshLayout()
+{
+    const NodePointer target = m_state.shownNode();
+    if (!target) {
+        clearRendering();
+        return;
+    }
+    if (!isVisible() || width() < 1 || height() < 1) {
+        return;
+    }
+    const bool isOtherTree = m_target.owner_before(target) || target.owner_before(m_target);
+    const QString key = layoutKey();
+    const CanvasStyle style = canvasStyle();
+    const bool isCurrent = key == m_key && style == m_style && !isOtherTree;
+    if (isCurrent && m_paletteOnShow == m_state.palette()) {
+        return;
+    }
+    startLayout(key, style);
+}
+
+void VisualizerCanvas::startLayout(const QString& key, const CanvasStyle& style)
+{
+    if (m_layoutTask) {
+        m_layoutTask->cancel();
+    }
+    m_key = key;
+    m_style = style;
+    m_paletteOnShow = m_state.palette();
+    m_target = m_state.shownNode();
+    SceneRequest request;
+    request.target = m_state.shownNode();
+    request.isScanRoot = request.target == m_state.rootNode.value();
+    request.size = size();
+    request.sizeMode = m_state.sizeMode();
+    request.hidden = m_state.disabledBloat();
+    m_layoutTask = m_state.jobs().start(
+        JobPriority::userInitiated,
+        [request, style, makeScene = m_makeScene](const Job& job) {
+            return renderScene(makeScene(request, job.cancelFlag()), style, job.cancelFlag());
+        },
+        [canvas = QPointer<VisualizerCanvas>(this)](CanvasRendering rendering) {
+            if (canvas) {
+                canvas->publish(std::move(rendering));
+            }
+        });
+    m_spinner->setVisible(!m_rendering.scene);
+}
+
+void VisualizerCanvas::publish(CanvasRendering rendering)
+{
+    m_layoutTask = nullptr;
+    m_spinner->hide();
+    m_state.jobs().release(std::exchange(m_rendering, std::move(rendering)));
+    announceCanvasContent(*this);
+    // The pointer rests on whatever lies below it now.
+    m_pressedItem = std::nullopt;
+    if (m_hoverActive) {
+        setHovered(scene()->itemAt(m_hoverLocation), m_hoverLocation);
+    } else {
+        setHovered(std::nullopt, {});
+    }
+    update();
+}
+
+void VisualizerCanvas::clearRendering()
+{
+    if (m_layoutTask) {
+        m_layoutTask->cancel();
+        m_layoutTask = nullptr;
+    }
+    m_key.clear();
+    m_spinner->hide();
+    setHovered(std::nullopt, {});
+    if (m_rendering.scene) {
+        m_state.jobs().release(std::exchange(m_rendering, {}));
+        announceCanvasContent(*this);
+    }
+    update();
+}
+
+QString VisualizerCanvas::emptyText() const
+{
+    return m_state.shownNode() ? QStringLiteral("Nothing to display")
+                               : QStringLiteral("No scan yet");
+}
+
+void VisualizerCanvas::paintEvent(QPaintEvent* event)
+{
+    static_cast<void>(event);
+    QPainter painter(this);
+    QPainterPath frame;
+    frame.addRoundedRect(QRectF(rect()), radius::surface, radius::surface);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.fillPath(frame, groundColor());
+    const bool hasItems = scene() && scene()->itemCount() > 0 && !m_rendering.bright.isNull();
+    if (hasItems) {
+        painter.setClipPath(frame);
+        paintContent(painter);
+        painter.setClipping(false);
+    } else if (!isComputingLayout() && !m_isLayoutScheduled) {
+        paintText(painter, QRectF(rect()), Qt::AlignCenter, TextStyle::body,
+                  QColor(0xA8, 0xAE, 0xBA), emptyText());
+    }
+    if (hasFocus() && m_focusIsVisible) {
+        paintFocusLine(painter, QRectF(rect()), radius::surface);
+    }
+}
+
+void VisualizerCanvas::paintContent(QPainter& painter) const
+{
+    const bool isDimmed = m_hoveredItem && !m_rendering.dimmed.isNull();
+    painter.drawImage(QPointF(0, 0), isDimmed ? m_rendering.dimmed : m_rendering.bright);
+    if (isDimmed) {
+        scene()->restoreItem(painter, *m_hoveredItem, m_rendering.bright, m_rendering.dimmed);
+    }
+    if (const NodePointer selected = m_state.selectedNode.value()) {
+        const std::optional<std::size_t> item = scene()->itemOf(*selected);
+        if (item && item != m_hoveredItem) {
+            scene()->paintHighlight(painter, *item, CanvasScene::Highlight::selected,
+                                    themeColor(ThemeColor::accent));
+        }
+    }
+    if (m_hoveredItem) {
+        scene()->paintHighlight(painter, *m_hoveredItem, CanvasScene::Highlight::hovered,
+                                themeColor(ThemeColor::accent));
+    }
+}
+
+} // namespace quorvane

@@ -1,0 +1,66 @@
+// SPDX-License-Identifier: MIT
+#include "VisualizerHostView.h"
+
+#include "AppState.h"
+#include "BreadcrumbBar.h"
+#include "FooterView.h"
+#include "Tokens.h"
+#include "TreemapView.h"
+
+#include <QShortcut>
+#include <QStackedWidget>
+#include <QVBoxLayout>
+
+#include <utility>
+
+namespace quorvane {
+
+VisualizerHostView::VisualizerHostView(AppState& state, VisualizerScreens screens, QWidget* parent)
+    : QWidget(parent)
+    , m_state(state)
+    , m_screens(std::move(screens))
+    , m_stack(new QStackedWidget(this))
+{
+    setObjectName(QStringLiteral("visualizerHost"));
+    auto* const canvasRow = new QVBoxLayout;
+    canvasRow->setContentsMargins(measure::canvasInset, 0, measure::canvasInset,
+                                  measure::canvasInset);
+    canvasRow->addWidget(m_stack);
+    auto* const column = new QVBoxLayout(this);
+    column->setContentsMargins(0, 0, 0, 0);
+    column->setSpacing(0);
+    column->addWidget(new BreadcrumbBar(state, this));
+    column->addLayout(canvasRow, 1);
+    column->addWidget(new FooterView(state, this));
+
+    auto* const zoomOut = new QShortcut(QKeySequence(Qt::Key_Escape), this);
+    zoomOut->setContext(Qt::WidgetWithChildrenShortcut);
+    connect(zoomOut, &QShortcut::activated, this, [this] { m_state.focusUp(); });
+
+    m_visualizerChanged = state.visualizer.addNotifier([this] { showVisualizer(); });
+    showVisualizer();
+}
+
+void VisualizerHostView::showVisualizer()
+{
+    const VisualizerType type = m_state.visualizer.value();
+    QWidget*& view = m_views[type];
+    if (view == nullptr && m_screens.contains(type)) {
+        view = m_screens.make(type, m_state, m_stack);
+        m_stack->addWidget(view);
+    }
+    if (view != nullptr) {
+        m_stack->setCurrentWidget(view);
+    }
+}
+
+VisualizerScreens makeVisualizerScreens()
+{
+    VisualizerScreens screens;
+    screens.add(VisualizerType::treemap, [](AppState& state, QWidget* parent) -> QWidget* {
+        return new TreemapView(state, parent);
+    });
+    return screens;
+}
+
+} // namespace quorvane

@@ -1,0 +1,107 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "DiskTree.h"
+#include "FakePlatform.h"
+#include "FaultyFileSystemCalls.h"
+#include "Gate.h"
+#include "MainWindow.h"
+#include "QuorvaneApp.h"
+#include "WaitFor.h"
+
+#include <gtest/gtest.h>
+
+#include <QAbstractButton>
+#include <QApplication>
+#include <QPointer>
+#include <QTest>
+
+#include <memory>
+#include <utility>
+
+namespace quorvane {
+
+/// The program over a small home folder, with a gate that can hold a scan up.
+class ProgramFixture : public ::testing::Test
+{
+protected:
+    ProgramFixture()
+    {
+        m_disk.file("home/Movies/film.mov", 90000);
+        m_disk.file("home/Documents/letter.txt", 3000);
+        m_disk.file("other/notes.md", 500);
+        m_calls.before(FaultyFileSystemCalls::Call::openDirectory,
+                       [this](int, std::string_view) { m_gate.pass(); });
+    }
+
+    ~ProgramFixture() override { m_gate.open(); }
+
+    /// Shows the window and waits until it is on screen.
+    void start(AppScreens screens = AppScreens::standard())
+    {
+        m_program = std::make_unique<QuorvaneApp>(*qApp, m_platform.platform(), std::move(screens));
+        QApplication::setQuitOnLastWindowClosed(false);
+        m_program->showWindow();
+        ASSERT_TRUE(QTest::qWaitForWindowExposed(&window()));
+    }
+
+    AppState& state() { return m_program->appState(); }
+    MainWindow& window() { return m_program->window(); }
+
+    /// The widget or action of that name in the window; fails the test when there is none.
+    template<class T = QWidget>
+    T* find(const char* name)
+    {
+        T* const found = window().findChild<T*>(QLatin1String(name));
+        EXPECT_NE(found, nullptr) << name;
+        return found;
+    }
+
+    bool exists(const char* name)
+    {
+        return window().findChild<QObject*>(QLatin1String(name)) != nullptr;
+    }
+
+    bool isShown(const char* name)
+    {
+        const auto* const widget = window().findChild<QWidget*>(QLatin1String(name));
+        return widget != nullptr && widget->isVisible();
+    }
+
+    bool waitUntilShown(const char* name)
+    {
+        return waitFor([this, name] { return isShown(name); });
+    }
+
+    void click(const char* name)
+    {
+        if (QWidget* const widget = find(name)) {
+            EXPECT_TRUE(widget->isVisible()) << name;
+            QTest::mouseClick(widget, Qt::LeftButton);
+        }
+    }
+
+    /// Everything that has been posted so far is done.
+    void settle()
+    {
+        bool turned = false;
+        QMetaObject::invokeMethod(
+            qApp, [&turned] { turned = true; }, Qt::QueuedConnection);
+        EXPECT_TRUE(waitFor([&turned] { return turned; }));
+    }
+
+    /// A finished scan of the home folder is on show.
+    void scanHome()
+    {
+        state().scanHome();
+        ASSERT_TRUE(waitUntilShown("visualizerHost"));
+    }
+
+    DiskTree m_disk;
+    Gate m_gate;
+    FaultyFileSystemCalls m_calls;
+    FakePlatform m_platform{m_disk.path("home"), m_calls};
+    std::unique_ptr<QuorvaneApp> m_program;
+};
+
+} // namespace quorvane

@@ -1,0 +1,83 @@
+# SPDX-License-Identifier: MIT
+# Sourced by ./dev: what each of its commands needs of the system, and how it gets there.
+# A package stands here because something of ours uses it; in which way stands beside it.
+
+packages_build=(
+    g++ cmake ninja-build pkg-config
+    ccache lld                  # compiler cache and fast linker; the build works without them
+    qt6-base-dev                # Core, Gui, Widgets, DBus, the xcb and offscreen platforms
+    qt6-svg-dev libqt6svg6      # symbols are SVG: the library, and its plugin for icons
+    libglib2.0-dev              # GIO: the Trash
+    bootstrap-icons fonts-inter # symbols compiled in, the typeface of the interface
+    libgtest-dev libgmock-dev   # configuring looks for GoogleTest
+)
+packages_test=(
+    desktop-file-utils appstream # validators of the desktop entry and the metainfo
+)
+packages_window=(
+    xvfb openbox         # a display and a window manager where there is none
+    xdotool imagemagick  # finding the window, taking its picture
+)
+packages_lint=(clang-format clang-tidy clang-14)
+packages_fuzz=(clang-14 libclang-rt-14-dev)
+packages_package=(dpkg-dev file)
+
+# need GROUP…: installs what of these groups is missing. What is known to be there is remembered in
+# build/, under the very list, so that a second call costs nothing.
+need() {
+    local group names=() stamps=()
+    for group in "$@"; do
+        local -n list=packages_$group
+        local stamp="build/.installed-$group"
+        if [[ ! -f $stamp || $(<"$stamp") != "${list[*]}" ]]; then
+            names+=("${list[@]}")
+            stamps+=("$stamp=${list[*]}")
+        fi
+    done
+    ((${#names[@]})) || return 0
+    if command -v apt-get >/dev/null; then
+        install_missing "${names[@]}"
+    else
+        say "No apt-get here; expecting the like of: ${names[*]}"
+    fi
+    mkdir -p build
+    local entry
+    for entry in "${stamps[@]}"; do
+        printf '%s' "${entry#*=}" >"${entry%%=*}"
+    done
+}
+
+install_missing() {
+    local missing=() name
+    while read -r name; do
+        missing+=("$name")
+    done < <(comm -23 <(printf '%s\n' "$@" | LC_ALL=C sort -u) <(installed_among "$@"))
+    ((${#missing[@]})) || return 0
+    local sudo=()
+    if ((EUID != 0)); then
+        command -v sudo >/dev/null || fail "not root and no sudo; please install: ${missing[*]}"
+        sudo=(sudo)
+        say "Installing with sudo: ${missing[*]}"
+    else
+        say "Installing: ${missing[*]}"
+    fi
+    local apt=("${sudo[@]}" env DEBIAN_FRONTEND=noninteractive apt-get -qq
+        -o Dpkg::Use-Pty=0 -o DPkg::Lock::Timeout=300)
+    mkdir -p build
+    local log=build/install.log
+    # The lists are fetched only where they do not know the packages, or know them no longer.
+    if ! "${apt[@]}" install -y --no-install-recommends "${missing[@]}" >"$log" 2>&1; then
+        say "Fetching the package lists"
+        if ! { "${apt[@]}" update &&
+            "${apt[@]}" install -y --no-install-recommends "${missing[@]}"; } >"$log" 2>&1; then
+            tail -n 40 "$log" >&2
+            fail "apt-get could not install: ${missing[*]} (see $log)"
+        fi
+    fi
+}
+
+# Those of the packages that are installed, sorted, one to a line.
+installed_among() {
+    { dpkg-query -W -f '${db:Status-Status} ${binary:Package}\n' "$@" 2>/dev/null || true; } |
+        sed -n 's/^installed \([^:]*\).*/\1/p' | LC_ALL=C sort -u
+}
