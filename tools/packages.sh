@@ -3,11 +3,10 @@
 # A package stands here because something of ours uses it; in which way stands beside it.
 
 packages_build=(
-    g++ cmake ninja-build pkg-config
+    g++ cmake ninja-build
     ccache lld                  # compiler cache and fast linker; the build works without them
     qt6-base-dev                # Core, Gui, Widgets, DBus, the xcb and offscreen platforms
     qt6-svg-dev libqt6svg6      # symbols are SVG: the library, and its plugin for icons
-    libglib2.0-dev              # GIO: the Trash
     bootstrap-icons fonts-inter # symbols compiled in, the typeface of the interface
     libgtest-dev libgmock-dev   # configuring looks for GoogleTest
 )
@@ -17,6 +16,10 @@ packages_test=(
 packages_window=(
     xvfb openbox         # a display and a window manager where there is none
     xdotool imagemagick  # finding the window, taking its picture
+)
+packages_bench=(
+    python3   # benchmarks/bench
+    gdu       # what a scan is compared with; left out of the table where it is not installed
 )
 packages_lint=(clang-format clang-tidy clang-14)
 packages_fuzz=(clang-14 libclang-rt-14-dev)

@@ -23,13 +23,17 @@ start_in_background() {
 # start_display FOLDER: an X server on a display number that it picks itself, and a window manager.
 start_display() {
     local folder=$1 number=""
-    mkfifo "$folder/display"
+    mkfifo "$folder/display" "$folder/managed"
     Xvfb -displayfd 3 -screen 0 1680x1080x24 -nolisten tcp 3>"$folder/display" \
         >"$folder/Xvfb.log" 2>&1 &
     started+=($!)
-    read -r -t 30 number <"$folder/display" || fail "Xvfb does not start, see $folder/Xvfb.log"
+    read -r -t 30 number <>"$folder/display" || fail "Xvfb does not start, see $folder/Xvfb.log"
     export DISPLAY=:$number
-    start_in_background "$folder/openbox.log" openbox
+    # A window that is mapped before the manager is up may never be shown.
+    start_in_background "$folder/openbox.log" env MANAGED="$PWD/$folder/managed" \
+        openbox --startup "sh -c 'echo up >\"\$MANAGED\"'"
+    read -r -t 30 <>"$folder/managed" || fail "openbox does not start, see $folder/openbox.log"
+    rm "$folder/display" "$folder/managed"
 }
 
 # window_of PID: the largest visible window of the process; nothing while there is none.
@@ -62,7 +66,7 @@ picture_at_rest() {
         sleep 0.5
         window=$(window_of "$pid")
         [[ -n $window ]] || continue
-        import -silent -window "$window" "$next" 2>/dev/null || continue
+        timeout 20 import -silent -window "$window" "$next" 2>/dev/null || continue
         if [[ -f $picture ]] && (($(pixels_that_differ "$picture" "$next") <= 100)); then
             ((++quiet))
         else
@@ -83,6 +87,10 @@ run_on_virtual_display() {
     trap end_what_was_started EXIT
     trap 'exit 130' INT TERM
     start_display "$place"
+    if [[ -z ${XDG_RUNTIME_DIR:-} ]]; then
+        export XDG_RUNTIME_DIR=$PWD/$place/runtime
+        mkdir -m 700 "$XDG_RUNTIME_DIR"
+    fi
     say "No display here: starting on the virtual one $DISPLAY"
     start_in_background "$place/quorvane.log" "$program" "$@"
     local pid=${started[-1]}

@@ -56,14 +56,12 @@ std::optional<Rect> bodyOf(const Rect& tile)
     return body;
 }
 
+/// At least one name is given.
 std::string joined(std::span<const std::string_view> names)
 {
-    std::string text;
-    for (const std::string_view name : names) {
-        if (!text.empty()) {
-            text.push_back('/');
-        }
-        text.append(name);
+    std::string text(names.front());
+    for (const std::string_view name : names.subspan(1)) {
+        text.append(1, '/').append(name);
     }
     return text;
 }

@@ -7,6 +7,7 @@
 #include "Painting.h"
 #include "StylePainting.h"
 #include "Symbols.h"
+#include "TextField.h"
 #include "Tokens.h"
 
 #include <QAbstractButton>
@@ -24,8 +25,10 @@
 #include <QStyleHintReturn>
 #include <QStyleOptionComplex>
 
-namespace quorvane {
-namespace {
+namespace quorvane
+{
+namespace
+{
 
 bool hasHover(const QWidget& widget)
 {
@@ -141,9 +144,17 @@ void QuorvaneStyle::drawControl(ControlElement element, const QStyleOption* opti
     case CE_MenuBarEmptyArea:
     case CE_MenuEmptyArea:
         return;
+    case CE_Header:
+        if (header) {
+            drawControl(CE_HeaderSection, option, painter, widget);
+            QStyleOptionHeader label = *header;
+            label.rect.adjust(spacing::m, 0, -spacing::m, 0);
+            drawControl(CE_HeaderLabel, &label, painter, widget);
+        }
+        return;
     case CE_HeaderSection:
         if (header) {
-            drawHeaderSection(*header, *painter);
+            drawHeaderSection(*header, *painter, widget);
         }
         return;
     case CE_HeaderEmptyArea:
@@ -245,6 +256,9 @@ void QuorvaneStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* 
     case PE_Frame:
         if (widget && widget->inherits("QComboBoxPrivateContainer")) {
             paintPopover(*painter, rect, radius::surface);
+        } else if (isTable(widget)) {
+            paintPanel(*painter, rect, radius::control, themeColor(ThemeColor::card),
+                       themeColor(ThemeColor::hairline));
         } else {
             paintPanel(*painter, rect, radius::control, Qt::transparent,
                        themeColor(ThemeColor::hairline));
@@ -299,6 +313,9 @@ int QuorvaneStyle::pixelMetric(PixelMetric metric, const QStyleOption* option,
         return measure::iconRow;
     case PM_ButtonIconSize:
         return measure::iconButton;
+    case PM_TextCursorWidth:
+        // The field draws its own.
+        return qobject_cast<const TextField*>(widget) ? 0 : 1;
     case PM_ToolTipLabelFrameWidth:
         return 6;
     case PM_DefaultFrameWidth:

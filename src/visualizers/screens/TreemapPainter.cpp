@@ -106,9 +106,10 @@ void TreemapPainter::paintAggregate(const Slice& slice, bool dimmed)
     if (tile.rect.width > 64 && tile.rect.height > 16) {
         const QString text = QLatin1Char('[') + ByteFormatter::string(slice.aggregateBytes, 1) +
                              QStringLiteral(" Cache Files]");
-        drawText(TreemapLabels::fit(text, tile.rect.width - 8), labelFont(9, false),
-                 QRectF(tile.rect.x, tile.rect.y, tile.rect.width, tile.rect.height),
-                 Qt::AlignCenter, Qt::white);
+        const LabelFont& font = labelFont(9, false);
+        const QString label = TreemapLabels::fit(text, tile.rect.width - 8);
+        drawText(label, font, tile.rect.x + (tile.rect.width - font.width(label)) / 2,
+                 tile.rect.y + tile.rect.height / 2, Qt::white);
     }
 }
 
@@ -128,13 +129,14 @@ void TreemapPainter::paintTile(const Slice& slice, bool dimmed)
         tile.scrimOpacity = labelScrimOpacity(*tile.fill);
         tile.scrimHeight = std::min(tile.rect.height, scrimHeight);
     }
-    m_tiles.draw(tile);
-    if (header > 0) {
-        paintHeader(tile.rect, header, tile.topRadius, dimmed);
-    }
-    tile.fill.reset();
-    tile.stroke = toQColor(m_boundary);
     tile.strokeWidth = boundaryWidth;
+    if (header > 0) {
+        // The strip lies between the fill and the edge.
+        m_tiles.draw(tile);
+        paintHeader(tile.rect, header, tile.topRadius, dimmed);
+        tile.fill.reset();
+    }
+    tile.stroke = toQColor(m_boundary);
     m_tiles.draw(tile);
     if (hasText && header > 0) {
         drawHeaderTexts(slice, tile.rect, header);
@@ -158,18 +160,20 @@ void TreemapPainter::drawHeaderTexts(const Slice& slice, const Rect& body, doubl
     const LabelFont& nameFont = labelFont(size - 1, true);
     const LabelFont& sizeFont = labelFont(std::max(size - 2, 9), false);
     const QString bytes = sizeText(*slice.node);
-    const double bytesWidth = sizeFont.metrics.horizontalAdvance(bytes);
+    const double bytesWidth = sizeFont.width(bytes);
     const QString name =
         slice.labelOverride ? QString::fromUtf8(slice.labelOverride->data(),
                                                 static_cast<qsizetype>(slice.labelOverride->size()))
                             : slice.node->displayName();
-    const QRectF line(body.x + 4, body.y, body.width - 8, header);
+    const double middle = body.y + header / 2;
     const double nameWidth = std::max(body.width - 8 - bytesWidth - 6, 10.0);
-    drawText(TreemapLabels::truncateFit(name, nameWidth, nameFont.metrics), nameFont, line,
-             Qt::AlignLeft | Qt::AlignVCenter, Qt::white);
+    drawText(TreemapLabels::truncateFit(name, nameWidth, nameFont), nameFont, body.x + 4, middle,
+             Qt::white);
     const double sizeWidth = std::max(body.width * 0.5, 10.0);
-    drawText(TreemapLabels::truncateFit(bytes, sizeWidth, sizeFont.metrics), sizeFont, line,
-             Qt::AlignRight | Qt::AlignVCenter, toQColor(TreemapColors::folderSizeColor));
+    const QString shownBytes = TreemapLabels::truncateFit(bytes, sizeWidth, sizeFont);
+    const double shownWidth = shownBytes == bytes ? bytesWidth : sizeFont.width(shownBytes);
+    drawText(shownBytes, sizeFont, body.maxX() - 4 - shownWidth, middle,
+             toQColor(TreemapColors::folderSizeColor));
 }
 
 void TreemapPainter::drawTileTexts(const Slice& slice, const Rect& body)
@@ -178,38 +182,32 @@ void TreemapPainter::drawTileTexts(const Slice& slice, const Rect& body)
     const LabelFont& nameFont = labelFont(size, false);
     const LabelFont& sizeFont = labelFont(size - 1, false);
     const QString bytes = sizeText(*slice.node);
-    const double bytesWidth = sizeFont.metrics.horizontalAdvance(bytes);
+    const double bytesWidth = sizeFont.width(bytes);
     const bool showsSize = body.width - bytesWidth >= 40;
     const double nameWidth = std::max(body.width - 6 - (showsSize ? bytesWidth + 8 : 0), 6.0);
-    // The texts are centred on one line.
     const double middle = body.y + std::min(body.height * 0.5, 7.0);
-    constexpr double halfLine = 10;
-    const QRectF line(body.x + 3, middle - halfLine, body.width - 6, 2 * halfLine);
-    drawText(TreemapLabels::truncateFit(slice.node->displayName(), nameWidth, nameFont.metrics),
-             nameFont, line, Qt::AlignLeft | Qt::AlignVCenter, Qt::white);
+    drawText(TreemapLabels::truncateFit(slice.node->displayName(), nameWidth, nameFont), nameFont,
+             body.x + 3, middle, Qt::white);
     if (showsSize) {
-        drawText(bytes, sizeFont, line, Qt::AlignRight | Qt::AlignVCenter,
+        drawText(bytes, sizeFont, body.maxX() - 3 - bytesWidth, middle,
                  QColor::fromRgbF(1, 1, 1, sizeTextOpacity));
     }
 }
 
-void TreemapPainter::drawText(const QString& text, const LabelFont& font, const QRectF& rect,
-                              Qt::Alignment alignment, const QColor& color)
+void TreemapPainter::drawText(const QString& text, const LabelFont& font, double left,
+                              double middle, const QColor& color)
 {
-    m_texts.setFont(font.font);
+    m_texts.setFont(font.font());
     m_texts.setPen(color);
-    m_texts.drawText(rect, static_cast<int>(alignment) | Qt::TextSingleLine | Qt::TextDontClip,
-                     text);
+    // Whole points keep the glyphs on the pixels that they were made for.
+    m_texts.drawText(QPointF(left, std::round(middle + font.baselineBelowMiddle())), text);
 }
 
-const TreemapPainter::LabelFont& TreemapPainter::labelFont(int size, bool bold)
+const LabelFont& TreemapPainter::labelFont(int size, bool bold)
 {
     std::optional<LabelFont>& place = m_fonts[static_cast<std::size_t>(size)][bold ? 1 : 0];
     if (!place) {
-        QFont font = m_style.font;
-        font.setPixelSize(size);
-        font.setWeight(bold ? QFont::Bold : QFont::Normal);
-        place = LabelFont{font, QFontMetricsF(font, &m_picture)};
+        place.emplace(m_style.font, size, bold, &m_picture);
     }
     return *place;
 }

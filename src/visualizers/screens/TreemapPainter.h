@@ -4,10 +4,9 @@
 #include "CanvasScene.h"
 #include "Color.h"
 #include "TilePainter.h"
+#include "TreemapLabels.h"
 #include "TreemapLayout.h"
 
-#include <QFont>
-#include <QFontMetricsF>
 #include <QImage>
 #include <QPainter>
 
@@ -28,21 +27,15 @@ public:
 private:
     using Slice = TreemapLayout::Slice;
 
-    /// A font with its measures, made once a picture.
-    struct LabelFont
-    {
-        QFont font;
-        QFontMetricsF metrics;
-    };
-
     QColor fillColor(const Color& fill, bool dimmed) const;
     void paintAggregate(const Slice& slice, bool dimmed);
     void paintTile(const Slice& slice, bool dimmed);
     void paintHeader(const Rect& body, double header, double radius, bool dimmed);
     void drawHeaderTexts(const Slice& slice, const Rect& body, double header);
     void drawTileTexts(const Slice& slice, const Rect& body);
-    void drawText(const QString& text, const LabelFont& font, const QRectF& rect,
-                  Qt::Alignment alignment, const QColor& color);
+    /// One line whose middle stands at the given height; left is where it begins.
+    void drawText(const QString& text, const LabelFont& font, double left, double middle,
+                  const QColor& color);
     const LabelFont& labelFont(int size, bool bold);
     QString sizeText(const FileNode& node) const;
 
@@ -51,7 +44,7 @@ private:
     CanvasStyle m_style;
     SizeMode m_sizeMode;
     Color m_boundary;
-    std::array<std::array<std::optional<LabelFont>, 2>, 16> m_fonts;
+    std::array<std::array<std::optional<LabelFont>, 2>, 16> m_fonts; ///< by size and weight
     /// Texts and tiles are drawn in turn: a later tile may cover the text of an earlier one.
     QPainter m_texts;
 };

@@ -52,12 +52,12 @@ TEST(TreemapLabelsTests, CheapCutDoesNotSplitACharacter)
 
 TEST(TreemapLabelsTests, ExactCutIsTheLongestPrefixThatFits)
 {
-    const QFontMetricsF metrics{QFont()};
+    const LabelFont metrics(QFont(), 12, false, nullptr);
     const QString text = QStringLiteral("Application Support and more");
     for (double width = 5; width < 200; width += 7.3) {
         // The same answer from trying every prefix in turn.
         QString longest = QStringLiteral("…");
-        if (metrics.horizontalAdvance(text) <= width) {
+        if (metrics.width(text) <= width) {
             longest = text;
         } else {
             for (qsizetype count = 1; count <= text.size(); ++count) {
@@ -66,7 +66,7 @@ TEST(TreemapLabelsTests, ExactCutIsTheLongestPrefixThatFits)
                     prefix.chop(1);
                 }
                 const QString candidate = prefix + QStringLiteral("…");
-                if (metrics.horizontalAdvance(candidate) <= width) {
+                if (metrics.width(candidate) <= width) {
                     longest = candidate;
                 }
             }
@@ -78,7 +78,7 @@ TEST(TreemapLabelsTests, ExactCutIsTheLongestPrefixThatFits)
 
 TEST(TreemapLabelsTests, ExactCutLeavesTheTextWhereThereIsNoWidth)
 {
-    const QFontMetricsF metrics{QFont()};
+    const LabelFont metrics(QFont(), 12, false, nullptr);
     EXPECT_EQ(TreemapLabels::truncateFit(QStringLiteral("name"), 0, metrics),
               QStringLiteral("name"));
     EXPECT_EQ(TreemapLabels::truncateFit(QStringLiteral("name"), -3, metrics),
