@@ -25,10 +25,8 @@
 #include <QStyleHintReturn>
 #include <QStyleOptionComplex>
 
-namespace quorvane
-{
-namespace
-{
+namespace quorvane {
+namespace {
 
 bool hasHover(const QWidget& widget)
 {
@@ -340,6 +338,7 @@ int QuorvaneStyle::styleHint(StyleHint hint, const QStyleOption* option, const Q
     case SH_ComboBox_Popup:
         return 0;
     case SH_ScrollBar_Transient:
+    case SH_DialogButtonBox_ButtonsHaveIcons:
     case SH_EtchDisabledText:
     case SH_DitherDisabledText:
         return 0;
@@ -382,9 +381,28 @@ QIcon QuorvaneStyle::standardIcon(StandardPixmap pixmap, const QStyleOption* opt
         return symbolIcon(QStringLiteral("xmark.circle.fill"), ThemeColor::text3);
     case SP_DirIcon:
     case SP_DirClosedIcon:
+    case SP_DirLinkIcon:
         return symbolIcon(QStringLiteral("folder.fill"), ThemeColor::accentText);
     case SP_FileIcon:
+    case SP_FileLinkIcon:
         return symbolIcon(QStringLiteral("doc"));
+    case SP_ComputerIcon:
+        return symbolIcon(QStringLiteral("desktopcomputer"));
+    case SP_DriveHDIcon:
+        return symbolIcon(QStringLiteral("internaldrive"));
+    case SP_FileDialogBack:
+    case SP_ArrowBack:
+        return symbolIcon(QStringLiteral("chevron.left"));
+    case SP_ArrowForward:
+        return symbolIcon(QStringLiteral("chevron.right"));
+    case SP_FileDialogToParent:
+        return symbolIcon(QStringLiteral("chevron.up"));
+    case SP_FileDialogNewFolder:
+        return symbolIcon(QStringLiteral("folder.badge.plus"));
+    case SP_FileDialogListView:
+        return symbolIcon(QStringLiteral("square.grid.3x3"));
+    case SP_FileDialogDetailedView:
+        return symbolIcon(QStringLiteral("list.bullet.rectangle"));
     default:
         return QProxyStyle::standardIcon(pixmap, option, widget);
     }
