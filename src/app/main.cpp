@@ -7,6 +7,7 @@
 #include "QuorvaneApp.h"
 #include "StartArguments.h"
 #include "ThreadPriority.h"
+#include "Trash.h"
 
 #include <QApplication>
 #include <QDir>
@@ -72,12 +73,8 @@ int run(QApplication& application, const StartArguments& arguments)
     JsonPreferences preferences(JsonPreferences::standardFilePath());
     const std::unique_ptr<Workspace> workspace = makeDesktopWorkspace();
     DialogFolderChooser folderChooser;
-    const Platform platform{FileSystemCalls::system(),
-                            preferences,
-                            *workspace,
-                            folderChooser,
-                            homeFolder(),
-                            lowerThisThread};
+    const Platform platform{FileSystemCalls::system(), preferences,  *workspace,     folderChooser,
+                            Trash::system(),           homeFolder(), lowerThisThread};
     QuorvaneApp program(application, platform, AppScreens::standard());
     program.showWindow();
     if (arguments.folder) {
