@@ -17,6 +17,7 @@ AppState::AppState(const Platform& platform)
     , m_platform(platform)
     , m_jobs(platform.lowerThisThread)
 {
+    m_flashTask.setTimerType(Qt::PreciseTimer);
     m_flashTask.setSingleShot(true);
     m_flashTask.setInterval(flashDuration);
     QObject::connect(&m_flashTask, &QTimer::timeout, &m_flashTask,

@@ -18,17 +18,19 @@ struct Ink
     int b = 0;
     int opacity = 0; ///< 0 to 256
 
-    void lay(QRgb& pixel, double coverage) const
-    {
-        lay(pixel, static_cast<int>(coverage * opacity + 0.5));
-    }
+    /// share is a coverage from 0 to 256.
     void lay(QRgb& pixel, int share) const
     {
-        const int r0 = qRed(pixel);
-        const int g0 = qGreen(pixel);
-        const int b0 = qBlue(pixel);
-        pixel = qRgb(r0 + (((r - r0) * share) >> 8), g0 + (((g - g0) * share) >> 8),
-                     b0 + (((b - b0) * share) >> 8));
+        const int part = (share * opacity) >> 8;
+        if (part >= 256) {
+            pixel = qRgb(r, g, b);
+        } else if (part > 0) {
+            const int r0 = qRed(pixel);
+            const int g0 = qGreen(pixel);
+            const int b0 = qBlue(pixel);
+            pixel = qRgb(r0 + (((r - r0) * part) >> 8), g0 + (((g - g0) * part) >> 8),
+                         b0 + (((b - b0) * part) >> 8));
+        }
     }
 };
 
@@ -52,47 +54,97 @@ Ink darkenedInk(const Ink& ink, double opacity)
 /// A rounded rectangle in pixels.
 struct Outline
 {
-    double left;
-    double top;
-    double right;
-    double bottom;
-    double topRadius;
-    double bottomRadius;
-
-    /// Distance of a point to the edge, negative inside (I. Quilez, distance to a rounded box).
-    double distance(double x, double y) const
-    {
-        const double middleX = (left + right) / 2;
-        const double middleY = (top + bottom) / 2;
-        const double radius = y < middleY ? topRadius : bottomRadius;
-        const double qx = std::abs(x - middleX) - (right - left) / 2 + radius;
-        const double qy = std::abs(y - middleY) - (bottom - top) / 2 + radius;
-        const double outsideX = std::max(qx, 0.0);
-        const double outsideY = std::max(qy, 0.0);
-        return std::sqrt(outsideX * outsideX + outsideY * outsideY) +
-               std::min(std::max(qx, qy), 0.0) - radius;
-    }
+    float left;
+    float top;
+    float right;
+    float bottom;
+    float topRadius;
+    float bottomRadius;
 };
 
 /// One tile on its way to the pixels.
-struct Stroke
+class Brush
 {
-    Outline outline;
-    Ink fill;
-    Ink stroke;
-    double halfStroke;
+public:
+    Brush(const Outline& outline, const Ink& fill, const Ink& stroke, float halfStroke)
+        : m_outline(outline)
+        , m_fill(fill)
+        , m_stroke(stroke)
+        , m_halfStroke(halfStroke)
+    {}
 
-    void lay(QRgb& pixel, double distance, const Ink& rowFill) const
+    /// Pixels beyond the edge that the tile can touch.
+    float reach() const { return m_halfStroke + 0.5F; }
+    const Ink& fill() const { return m_fill; }
+
+    /// One row of pixels, whose fill is given: it may be darker than the tile's own.
+    void drawRow(QRgb* line, int width, int y, const Ink& fill) const
     {
-        const double inside = std::clamp(0.5 - distance, 0.0, 1.0);
-        if (inside > 0 && rowFill.opacity > 0) {
-            rowFill.lay(pixel, inside);
-        }
-        const double onEdge = std::clamp(0.5 + halfStroke - std::abs(distance), 0.0, 1.0);
-        if (onEdge > 0 && stroke.opacity > 0) {
-            stroke.lay(pixel, onEdge);
+        const float middle = static_cast<float>(y) + 0.5F;
+        const bool isUpper = middle < (m_outline.top + m_outline.bottom) / 2;
+        const float radius = isUpper ? m_outline.topRadius : m_outline.bottomRadius;
+        const float inRow =
+            isUpper ? m_outline.top - middle : middle - m_outline.bottom; // negative inside
+        // Columns between the two ends have the row's own distance; the ends are the corners'
+        // width, or what an edge covers where that is more.
+        const float end = std::max(radius, reach());
+        const int first = std::max(static_cast<int>(std::floor(m_outline.left - reach())), 0);
+        const int last = std::min(static_cast<int>(std::ceil(m_outline.right + reach())), width);
+        const int evenFrom = std::clamp(static_cast<int>(std::ceil(m_outline.left + end - 0.5F)),
+                                        first, std::max(last, first));
+        const int evenTo = std::clamp(static_cast<int>(std::floor(m_outline.right - end + 0.5F)),
+                                      evenFrom, std::max(last, evenFrom));
+        drawEnd(line, first, evenFrom, inRow, radius, fill);
+        drawRun(line + evenFrom, line + evenTo, inRow, fill);
+        drawEnd(line, evenTo, last, inRow, radius, fill);
+    }
+
+private:
+    /// How much of a pixel at that distance from the edge is inside, 0 to 256.
+    static int insideShare(float distance)
+    {
+        return static_cast<int>(std::clamp(0.5F - distance, 0.0F, 1.0F) * 256);
+    }
+    /// How much of it the stroke covers, 0 to 256.
+    int strokeShare(float distance) const
+    {
+        const float cover = std::clamp(reach() - std::abs(distance), 0.0F, 1.0F);
+        return static_cast<int>(std::min(cover, 2 * m_halfStroke) * 256);
+    }
+
+    void drawEnd(QRgb* line, int from, int to, float inRow, float radius, const Ink& fill) const
+    {
+        const float qy = inRow + radius;
+        for (int x = from; x < to; ++x) {
+            const float middle = static_cast<float>(x) + 0.5F;
+            const float inColumn = std::max(m_outline.left - middle, middle - m_outline.right);
+            const float qx = inColumn + radius;
+            // Distance to a rounded box (I. Quilez).
+            const float distance = qx > 0 && qy > 0 ? std::sqrt(qx * qx + qy * qy) - radius
+                                                    : std::max(inColumn, inRow);
+            fill.lay(line[x], insideShare(distance));
+            m_stroke.lay(line[x], strokeShare(distance));
         }
     }
+
+    void drawRun(QRgb* from, QRgb* to, float distance, const Ink& fill) const
+    {
+        const int inside = insideShare(distance);
+        const int edge = strokeShare(distance);
+        if (inside == 256 && fill.opacity == 256) {
+            std::fill(from, to, qRgb(fill.r, fill.g, fill.b));
+        } else if (inside > 0 && fill.opacity > 0) {
+            std::for_each(from, to, [&](QRgb& pixel) { fill.lay(pixel, inside); });
+        }
+        if (edge > 0 && m_stroke.opacity > 0) {
+            std::for_each(from, to, [&](QRgb& pixel) { m_stroke.lay(pixel, edge); });
+        }
+    }
+
+    Outline m_outline;
+    Ink m_fill;
+    Ink m_stroke;
+    float m_halfStroke;
 };
 
 double scrimOpacityAt(const TilePainter::Tile& tile, double depth)
@@ -106,42 +158,13 @@ double scrimOpacityAt(const TilePainter::Tile& tile, double depth)
                : tile.scrimOpacity * (tile.scrimHeight - depth) / (tile.scrimHeight - plateau);
 }
 
-void drawRow(QRgb* line, int width, int y, const Stroke& shape, const Ink& rowFill)
-{
-    const Outline& outline = shape.outline;
-    const double reach = shape.halfStroke + 1;
-    const double radius = std::max(outline.topRadius, outline.bottomRadius);
-    const int first = std::max(static_cast<int>(std::floor(outline.left - reach)), 0);
-    const int last = std::min(static_cast<int>(std::ceil(outline.right + reach)), width);
-    // Between the rounded ends the distance depends on the row alone.
-    const int evenFrom =
-        std::clamp(static_cast<int>(std::ceil(outline.left + radius + reach)), first, last);
-    const int evenTo =
-        std::clamp(static_cast<int>(std::floor(outline.right - radius - reach)), evenFrom, last);
-    const double middle = y + 0.5;
-    for (int x = first; x < evenFrom; ++x) {
-        shape.lay(line[x], outline.distance(x + 0.5, middle), rowFill);
-    }
-    const double even = std::max(outline.top - middle, middle - outline.bottom);
-    const bool isInterior = even < -(shape.halfStroke + 0.5);
-    if (isInterior && rowFill.opacity == 0) {
-        // Only the edges have anything to draw.
-    } else if (isInterior && rowFill.opacity == 256) {
-        std::fill(line + evenFrom, line + evenTo, qRgb(rowFill.r, rowFill.g, rowFill.b));
-    } else {
-        for (int x = evenFrom; x < evenTo; ++x) {
-            shape.lay(line[x], even, rowFill);
-        }
-    }
-    for (int x = evenTo; x < last; ++x) {
-        shape.lay(line[x], outline.distance(x + 0.5, middle), rowFill);
-    }
-}
-
 } // namespace
 
 TilePainter::TilePainter(QImage& picture)
-    : m_picture(picture)
+    : m_bits(picture.bits())
+    , m_bytesPerLine(picture.bytesPerLine())
+    , m_width(picture.width())
+    , m_height(picture.height())
     , m_scale(picture.devicePixelRatio())
 {}
 
@@ -151,20 +174,19 @@ void TilePainter::draw(const Tile& tile)
     if (rect.width <= 0 || rect.height <= 0) {
         return;
     }
-    const Stroke shape{{rect.x * m_scale, rect.y * m_scale, rect.maxX() * m_scale,
-                        rect.maxY() * m_scale, tile.topRadius * m_scale,
-                        tile.bottomRadius * m_scale},
-                       inkOf(tile.fill),
-                       inkOf(tile.stroke),
-                       tile.stroke ? tile.strokeWidth * m_scale / 2 : 0};
-    const double reach = shape.halfStroke + 1;
-    const int first = std::max(static_cast<int>(std::floor(shape.outline.top - reach)), 0);
+    const auto pixels = [this](double points) { return static_cast<float>(points * m_scale); };
+    const Outline outline{pixels(rect.x),      pixels(rect.y),         pixels(rect.maxX()),
+                          pixels(rect.maxY()), pixels(tile.topRadius), pixels(tile.bottomRadius)};
+    const Brush brush(outline, inkOf(tile.fill), inkOf(tile.stroke),
+                      tile.stroke ? pixels(tile.strokeWidth) / 2 : 0);
+    const int first = std::max(static_cast<int>(std::floor(outline.top - brush.reach())), 0);
     const int last =
-        std::min(static_cast<int>(std::ceil(shape.outline.bottom + reach)), m_picture.height());
+        std::min(static_cast<int>(std::ceil(outline.bottom + brush.reach())), m_height);
     for (int y = first; y < last; ++y) {
         const double scrim = scrimOpacityAt(tile, (y + 0.5) / m_scale - rect.y);
-        drawRow(reinterpret_cast<QRgb*>(m_picture.scanLine(y)), m_picture.width(), y, shape,
-                scrim > 0 ? darkenedInk(shape.fill, scrim) : shape.fill);
+        auto* const line = reinterpret_cast<QRgb*>(m_bits + y * m_bytesPerLine);
+        brush.drawRow(line, m_width, y,
+                      scrim > 0 ? darkenedInk(brush.fill(), scrim) : brush.fill());
     }
 }
 

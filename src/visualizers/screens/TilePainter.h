@@ -30,13 +30,17 @@ public:
         double scrimHeight = 0;
     };
 
-    /// The picture is RGB32 and outlives the painter; its device pixel ratio scales the points.
+    /// The picture is RGB32, outlives the painter and stays where it is; its device pixel ratio
+    /// scales the points.
     explicit TilePainter(QImage& picture);
 
     void draw(const Tile& tile);
 
 private:
-    QImage& m_picture;
+    uchar* m_bits;
+    qsizetype m_bytesPerLine;
+    int m_width;
+    int m_height;
     double m_scale;
 };
 

@@ -129,13 +129,14 @@ void TreemapPainter::paintTile(const Slice& slice, bool dimmed)
         tile.scrimOpacity = labelScrimOpacity(*tile.fill);
         tile.scrimHeight = std::min(tile.rect.height, scrimHeight);
     }
-    m_tiles.draw(tile);
-    if (header > 0) {
-        paintHeader(tile.rect, header, tile.topRadius, dimmed);
-    }
-    tile.fill.reset();
-    tile.stroke = toQColor(m_boundary);
     tile.strokeWidth = boundaryWidth;
+    if (header > 0) {
+        // The strip lies between the fill and the edge.
+        m_tiles.draw(tile);
+        paintHeader(tile.rect, header, tile.topRadius, dimmed);
+        tile.fill.reset();
+    }
+    tile.stroke = toQColor(m_boundary);
     m_tiles.draw(tile);
     if (hasText && header > 0) {
         drawHeaderTexts(slice, tile.rect, header);
