@@ -62,6 +62,7 @@ void AppState::dropOldScan()
     rootNode = nullptr;
     selectedNode = nullptr;
     focusNode = nullptr;
+    stagedNodes = std::vector<NodePointer>{};
     nodesByID = std::make_shared<const NodeIndex>();
     // The fields have let go of it by now, so a tree of millions of nodes ends in the background.
     m_jobs.release(std::move(oldTree));
