@@ -2,6 +2,7 @@
 #include "AppScreens.h"
 
 #include "AnalysisView.h"
+#include "CleanupView.h"
 #include "VisualizerHostView.h"
 
 namespace quorvane {
@@ -18,6 +19,9 @@ AppScreens AppScreens::standard()
                          [makeResult](AppState& state, QWidget* parent) -> QWidget* {
                              return new AnalysisView(state, makeResult, parent);
                          });
+    screens.sections.add(AppSection::cleanup, [](AppState& state, QWidget* parent) -> QWidget* {
+        return new CleanupView(state, parent);
+    });
     return screens;
 }
 
