@@ -3,6 +3,7 @@
 
 #include "AnalysisView.h"
 #include "CleanupView.h"
+#include "SettingsView.h"
 #include "VisualizerHostView.h"
 
 namespace quorvane {
@@ -21,6 +22,11 @@ AppScreens AppScreens::standard()
                          });
     screens.sections.add(AppSection::cleanup, [](AppState& state, QWidget* parent) -> QWidget* {
         return new CleanupView(state, parent);
+    });
+    screens.sections.add(AppSection::settings, [](AppState& state, QWidget* parent) -> QWidget* {
+        // No global hot key is registered so far.
+        const bool hasGlobalSearch = false;
+        return new SettingsView(state, hasGlobalSearch, parent);
     });
     return screens;
 }
