@@ -18,6 +18,10 @@ packages_window=(
     xvfb openbox         # a display and a window manager where there is none
     xdotool imagemagick  # finding the window, taking its picture
 )
+packages_bench=(
+    python3   # benchmarks/bench
+    gdu       # what a scan is compared with; left out of the table where it is not installed
+)
 packages_lint=(clang-format clang-tidy clang-14)
 packages_fuzz=(clang-14 libclang-rt-14-dev)
 packages_package=(dpkg-dev file)

@@ -11,8 +11,10 @@
 #include <QPainter>
 #include <QVBoxLayout>
 
-namespace quorvane::gallery {
-namespace {
+namespace quorvane::gallery
+{
+namespace
+{
 
 constexpr int windowWidth = 1560;
 constexpr int windowHeight = 1320;

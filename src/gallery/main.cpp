@@ -14,7 +14,8 @@
 
 using namespace quorvane;
 
-namespace {
+namespace
+{
 
 constexpr int settleTime = 200; ///< milliseconds that the window gets before its picture is taken
 
@@ -67,6 +68,7 @@ int main(int argc, char** argv)
     if (!scale.isEmpty()) {
         qputenv("QT_SCALE_FACTOR", scale);
     }
+    prepareTextRendering();
     QApplication application(argc, argv);
     const std::optional<Options> options = parse(application);
     if (!options) {

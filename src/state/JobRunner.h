@@ -85,8 +85,9 @@ public:
     template<class T>
     void release(T thing)
     {
-        auto holder = std::make_shared<T>(std::move(thing));
-        m_pool.run(JobPriority::utility, [holder]() mutable { holder.reset(); });
+        // Nothing stays behind here: the last reference must be the one on the pool thread.
+        m_pool.run(JobPriority::utility,
+                   [holder = std::make_shared<T>(std::move(thing))]() mutable { holder.reset(); });
     }
 
     MainThreadPoster poster() const { return MainThreadPoster(m_alive); }

@@ -10,8 +10,10 @@
 #include <QStyleOptionToolButton>
 #include <QStylePainter>
 
-namespace quorvane {
-namespace {
+namespace quorvane
+{
+namespace
+{
 
 /// Return and Enter press a button as Space does.
 bool pressesButton(const QKeyEvent& event)
@@ -40,6 +42,7 @@ Button::Button(const QString& symbol, const QString& text, ButtonRole role, Cont
     setAutoDefault(false);
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
     applySize();
+    connect(&ThemeNotifier::instance(), &ThemeNotifier::themeChanged, this, &Button::applySize);
 }
 
 void Button::setRole(ButtonRole role)

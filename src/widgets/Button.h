@@ -7,7 +7,8 @@
 #include <QPushButton>
 #include <QToolButton>
 
-namespace quorvane {
+namespace quorvane
+{
 
 enum class ButtonRole {
     prominent,

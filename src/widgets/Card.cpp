@@ -5,7 +5,8 @@
 
 #include <QPainter>
 
-namespace quorvane {
+namespace quorvane
+{
 
 Card::Card(QWidget* parent)
     : QWidget(parent)

@@ -12,8 +12,10 @@
 
 #include <array>
 
-namespace quorvane {
-namespace {
+namespace quorvane
+{
+namespace
+{
 
 constexpr int chipPadding = 10;
 constexpr int chipGap = 6;
@@ -59,7 +61,6 @@ Chip::Chip(const QString& text, Kind kind, Tint tint, QWidget* parent)
     , m_kind(kind)
     , m_tint(tint)
 {
-    setFont(quorvane::font(TextStyle::captionMedium));
     setAutoDefault(false);
     setAttribute(Qt::WA_Hover);
     setFocusRadius(*this, measure::chip / 2);

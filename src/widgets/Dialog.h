@@ -11,7 +11,8 @@
 
 class QBoxLayout;
 
-namespace quorvane {
+namespace quorvane
+{
 
 class Label;
 

@@ -8,7 +8,8 @@
 #include <QPainter>
 #include <QVBoxLayout>
 
-namespace quorvane {
+namespace quorvane
+{
 
 class EmptyState::SymbolView : public QWidget
 {

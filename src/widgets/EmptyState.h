@@ -8,7 +8,8 @@
 
 class QBoxLayout;
 
-namespace quorvane {
+namespace quorvane
+{
 
 class Label;
 

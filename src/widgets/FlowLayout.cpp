@@ -3,7 +3,8 @@
 
 #include <algorithm>
 
-namespace quorvane {
+namespace quorvane
+{
 
 FlowLayout::FlowLayout(int spacing, QWidget* parent)
     : QLayout(parent)

@@ -6,7 +6,8 @@
 
 class QApplication;
 
-namespace quorvane {
+namespace quorvane
+{
 
 /// Gives a widget's focus ring its corner radius. Below 0: no ring, the widget draws its own focus.
 void setFocusRadius(QWidget& widget, int radius);

@@ -3,7 +3,8 @@
 
 #include "Symbols.h"
 
-namespace quorvane {
+namespace quorvane
+{
 
 Menu::Menu(QWidget* parent)
     : QMenu(parent)

@@ -10,8 +10,10 @@
 #include <QPainter>
 #include <QStyleOptionButton>
 
-namespace quorvane {
-namespace {
+namespace quorvane
+{
+namespace
+{
 
 constexpr int padding = 10;
 constexpr int gap = 10;

@@ -9,8 +9,10 @@
 #include <QEvent>
 #include <QPainter>
 
-namespace quorvane {
-namespace {
+namespace quorvane
+{
+namespace
+{
 
 struct ShadowMeasure
 {
@@ -57,6 +59,8 @@ bool DropShadow::eventFilter(QObject* watched, QEvent* event)
     case QEvent::Resize:
     case QEvent::Show:
     case QEvent::Hide:
+    case QEvent::ShowToParent:
+    case QEvent::HideToParent:
     case QEvent::ZOrderChange:
         follow();
         break;

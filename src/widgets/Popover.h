@@ -7,7 +7,8 @@
 
 #include <functional>
 
-namespace quorvane {
+namespace quorvane
+{
 
 /// The shadow of a popover that is a child of a window. Lies below its card as a sibling and
 /// follows it; takes no mouse events. Owned by the card's parent, gone with the card.
@@ -63,7 +64,7 @@ class ToolButton;
 
 /// A message that hangs over the screen until it is dismissed, 36 high. The owner places it with
 /// placeBelow; it shortens its text to what fits.
-class FlashBanner : public QWidget
+class FlashBanner final : public QWidget
 {
     Q_OBJECT
 

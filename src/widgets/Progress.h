@@ -6,7 +6,8 @@
 #include <QProgressBar>
 #include <QVariantAnimation>
 
-namespace quorvane {
+namespace quorvane
+{
 
 /// A determinate bar, 6 high.
 class ProgressBar : public QProgressBar

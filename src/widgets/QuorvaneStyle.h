@@ -11,7 +11,8 @@ class QStyleOptionSlider;
 class QStyleOptionToolButton;
 class QStyleOptionViewItem;
 
-namespace quorvane {
+namespace quorvane
+{
 
 /// Draws Qt's own controls with the colours and measures of the theme, on top of Fusion.
 class QuorvaneStyle : public QProxyStyle
@@ -64,7 +65,8 @@ private:
     void drawScrollBar(const QStyleOptionSlider& option, QPainter& painter) const;
     void drawMenuItem(const QStyleOptionMenuItem& option, QPainter& painter) const;
     void drawMenuBarItem(const QStyleOptionMenuItem& option, QPainter& painter) const;
-    void drawHeaderSection(const QStyleOptionHeader& option, QPainter& painter) const;
+    void drawHeaderSection(const QStyleOptionHeader& option, QPainter& painter,
+                           const QWidget* widget) const;
     void drawHeaderLabel(const QStyleOptionHeader& option, QPainter& painter) const;
     void drawItem(const QStyleOptionViewItem& option, QPainter& painter,
                   const QWidget* widget) const;

@@ -8,8 +8,10 @@
 #include <QPainter>
 #include <QStyleOptionMenuItem>
 
-namespace quorvane {
-namespace {
+namespace quorvane
+{
+namespace
+{
 
 constexpr int rowPadding = 10;
 constexpr int rowGap = 9;
@@ -81,7 +83,7 @@ void QuorvaneStyle::drawMenuItem(const QStyleOptionMenuItem& option, QPainter& p
     }
     const QStringList parts = option.text.split(u'\t');
     painter.save();
-    painter.setFont(option.font);
+    painter.setFont(current ? font(TextStyle::body, true) : option.font);
     painter.setPen(words);
     const int flags = Qt::AlignVCenter | Qt::TextHideMnemonic | Qt::TextSingleLine;
     painter.drawText(content, flags | Qt::AlignLeft, parts.value(0));

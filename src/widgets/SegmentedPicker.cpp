@@ -11,8 +11,10 @@
 #include <QPainter>
 #include <QStyleOptionButton>
 
-namespace quorvane {
-namespace {
+namespace quorvane
+{
+namespace
+{
 
 constexpr int segmentPadding = 8;
 constexpr int wideSegmentPadding = 14; ///< of segments without symbols

@@ -8,7 +8,8 @@
 
 class QButtonGroup;
 
-namespace quorvane {
+namespace quorvane
+{
 
 class SegmentedPicker;
 

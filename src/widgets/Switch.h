@@ -4,7 +4,8 @@
 #include <QCheckBox>
 #include <QVariantAnimation>
 
-namespace quorvane {
+namespace quorvane
+{
 
 /// On or off, 36 x 20. `name` is its accessible name.
 class Switch : public QCheckBox

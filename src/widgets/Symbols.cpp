@@ -18,8 +18,10 @@ static void loadSymbolResource()
     Q_INIT_RESOURCE(quorvane_symbols);
 }
 
-namespace quorvane {
-namespace {
+namespace quorvane
+{
+namespace
+{
 
 const QDir& symbolFolder()
 {

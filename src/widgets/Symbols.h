@@ -9,7 +9,8 @@
 
 class QPainter;
 
-namespace quorvane {
+namespace quorvane
+{
 
 /// All names of the symbol table, sorted.
 QStringList symbolNames();

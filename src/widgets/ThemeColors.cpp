@@ -3,8 +3,10 @@
 
 #include <cmath>
 
-namespace quorvane {
-namespace {
+namespace quorvane
+{
+namespace
+{
 
 using Rgb = unsigned; ///< 0xRRGGBB
 

@@ -10,8 +10,10 @@
 #include <QPainter>
 #include <QStyleOptionButton>
 
-namespace quorvane {
-namespace {
+namespace quorvane
+{
+namespace
+{
 
 constexpr int lineHeight = 13;
 constexpr int sidePadding = 4;
@@ -25,7 +27,6 @@ Tile::Tile(const QString& symbol, const QString& text, bool raised, int height, 
     , m_raised(raised)
     , m_height(height)
 {
-    setFont(quorvane::font(TextStyle::label));
     setAutoDefault(false);
     setAttribute(Qt::WA_Hover);
     setFocusPolicy(Qt::TabFocus);
