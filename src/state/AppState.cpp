@@ -156,6 +156,11 @@ void AppState::focusUp()
     selectedNode = nullptr;
 }
 
+std::optional<std::int64_t> AppState::creationDate(const FileNode& node) const
+{
+    return DiskScanner(0, m_platform.fileSystem).fileCreationDate(node.path());
+}
+
 void AppState::revealInFinder(const FileNode& node)
 {
     m_platform.workspace.reveal(node.path());

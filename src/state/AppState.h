@@ -116,6 +116,9 @@ public:
     void select(const NodePointer& node);
     void focus(const NodePointer& node);
     void focusUp();
+    /// When the node was created, in whole seconds since 1970: one call to the file system. Absent
+    /// when it fails and where the file system keeps no such date.
+    std::optional<std::int64_t> creationDate(const FileNode& node) const;
     void revealInFinder(const FileNode& node);
     void openInApp(const FileNode& node);
 
