@@ -6,6 +6,7 @@
 #include "JsonPreferences.h"
 #include "QuorvaneApp.h"
 #include "StartArguments.h"
+#include "Theme.h"
 #include "ThreadPriority.h"
 #include "Trash.h"
 
@@ -104,6 +105,7 @@ int main(int argc, char** argv)
         }
     }
     raiseDescriptorLimit();
+    prepareTextRendering();
     QApplication application(argc, argv);
     const StartArguments arguments = readArguments(argc, argv);
     if (const std::optional<int> code = answer(arguments)) {

@@ -16,10 +16,8 @@
 #include <QHBoxLayout>
 #include <QVBoxLayout>
 
-namespace quorvane::gallery
-{
-namespace
-{
+namespace quorvane::gallery {
+namespace {
 
 enum class State { normal, hovered, pressed, focused, disabled };
 

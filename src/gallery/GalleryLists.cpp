@@ -12,10 +12,8 @@
 #include <QStyleOptionButton>
 #include <QVBoxLayout>
 
-namespace quorvane::gallery
-{
-namespace
-{
+namespace quorvane::gallery {
+namespace {
 
 constexpr int rowDistance = 6;
 

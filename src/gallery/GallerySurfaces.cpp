@@ -17,10 +17,8 @@
 
 #include <utility>
 
-namespace quorvane::gallery
-{
-namespace
-{
+namespace quorvane::gallery {
+namespace {
 
 /// The grounds of the theme side by side.
 class Swatches : public QWidget

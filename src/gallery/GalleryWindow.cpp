@@ -11,10 +11,8 @@
 #include <QPainter>
 #include <QVBoxLayout>
 
-namespace quorvane::gallery
-{
-namespace
-{
+namespace quorvane::gallery {
+namespace {
 
 constexpr int windowWidth = 1560;
 constexpr int windowHeight = 1320;

@@ -6,8 +6,7 @@
 
 class QBoxLayout;
 
-namespace quorvane::gallery
-{
+namespace quorvane::gallery {
 
 /// The component sheet: 1560 x 1320, every shared control in every state. States are real ones:
 /// below the pointer, held down, disabled, with a focus ring attached.

@@ -14,8 +14,7 @@
 
 using namespace quorvane;
 
-namespace
-{
+namespace {
 
 constexpr int settleTime = 200; ///< milliseconds that the window gets before its picture is taken
 

@@ -4,10 +4,8 @@
 #include <QPainter>
 #include <QPainterPath>
 
-namespace quorvane
-{
-namespace
-{
+namespace quorvane {
+namespace {
 
 // Geometry on a plate of 84 x 84.
 constexpr qreal plateSide = 84;

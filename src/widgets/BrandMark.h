@@ -8,8 +8,7 @@
 
 class QPainter;
 
-namespace quorvane
-{
+namespace quorvane {
 
 /// The mark of the program: a disc of tiles with a tail, on a dark plate; the same in both themes.
 class BrandMark : public QWidget

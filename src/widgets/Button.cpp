@@ -10,10 +10,8 @@
 #include <QStyleOptionToolButton>
 #include <QStylePainter>
 
-namespace quorvane
-{
-namespace
-{
+namespace quorvane {
+namespace {
 
 /// Return and Enter press a button as Space does.
 bool pressesButton(const QKeyEvent& event)

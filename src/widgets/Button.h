@@ -7,8 +7,7 @@
 #include <QPushButton>
 #include <QToolButton>
 
-namespace quorvane
-{
+namespace quorvane {
 
 enum class ButtonRole {
     prominent,

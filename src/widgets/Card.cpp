@@ -5,8 +5,7 @@
 
 #include <QPainter>
 
-namespace quorvane
-{
+namespace quorvane {
 
 Card::Card(QWidget* parent)
     : QWidget(parent)

@@ -3,8 +3,7 @@
 
 #include <QWidget>
 
-namespace quorvane
-{
+namespace quorvane {
 
 /// The ground of a group: radius 10, hairline edge, a light line inside the top edge.
 class Card : public QWidget

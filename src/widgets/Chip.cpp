@@ -12,10 +12,8 @@
 
 #include <array>
 
-namespace quorvane
-{
-namespace
-{
+namespace quorvane {
+namespace {
 
 constexpr int chipPadding = 10;
 constexpr int chipGap = 6;

@@ -6,8 +6,7 @@
 #include <QLabel>
 #include <QPushButton>
 
-namespace quorvane
-{
+namespace quorvane {
 
 enum class Tint { neutral, accent, red, green, orange, purple, cyan };
 

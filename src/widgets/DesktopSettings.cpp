@@ -7,10 +7,8 @@
 #include <QDBusPendingReply>
 #include <QDBusVariant>
 
-namespace quorvane
-{
-namespace
-{
+namespace quorvane {
+namespace {
 
 const QString service = QStringLiteral("org.freedesktop.portal.Desktop");
 const QString path = QStringLiteral("/org/freedesktop/portal/desktop");

@@ -7,8 +7,7 @@
 class QDBusVariant;
 class QVariant;
 
-namespace quorvane
-{
+namespace quorvane {
 
 /// What the desktop asks of programs: its colour scheme and whether movement should be reduced.
 /// Answers at once with what is known, asks the desktop's settings service without waiting, and

@@ -15,10 +15,8 @@
 
 #include <algorithm>
 
-namespace quorvane
-{
-namespace
-{
+namespace quorvane {
+namespace {
 
 constexpr int plateSide = 40;
 constexpr int buttonMinimumWidth = 88;

@@ -11,8 +11,7 @@
 
 class QBoxLayout;
 
-namespace quorvane
-{
+namespace quorvane {
 
 class Label;
 

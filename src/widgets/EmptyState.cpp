@@ -8,8 +8,7 @@
 #include <QPainter>
 #include <QVBoxLayout>
 
-namespace quorvane
-{
+namespace quorvane {
 
 class EmptyState::SymbolView : public QWidget
 {

@@ -8,8 +8,7 @@
 
 class QBoxLayout;
 
-namespace quorvane
-{
+namespace quorvane {
 
 class Label;
 

@@ -3,8 +3,7 @@
 
 #include <algorithm>
 
-namespace quorvane
-{
+namespace quorvane {
 
 FlowLayout::FlowLayout(int spacing, QWidget* parent)
     : QLayout(parent)

@@ -5,8 +5,7 @@
 
 #include <vector>
 
-namespace quorvane
-{
+namespace quorvane {
 
 /// Items in rows at their natural size, from left to right; a row that is full starts the next one.
 /// A row is as high as its tallest item, the others stand in its middle.

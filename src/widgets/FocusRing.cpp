@@ -17,10 +17,8 @@
 
 #include <memory>
 
-namespace quorvane
-{
-namespace
-{
+namespace quorvane {
+namespace {
 
 constexpr const char* radiusProperty = "quorvaneFocusRadius";
 constexpr const char* proxyProperty = "quorvaneFocusProxy";

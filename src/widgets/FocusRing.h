@@ -6,8 +6,7 @@
 
 class QApplication;
 
-namespace quorvane
-{
+namespace quorvane {
 
 /// Gives a widget's focus ring its corner radius. Below 0: no ring, the widget draws its own focus.
 void setFocusRadius(QWidget& widget, int radius);

@@ -10,10 +10,8 @@
 #include <QPainter>
 #include <QPainterPath>
 
-namespace quorvane
-{
-namespace
-{
+namespace quorvane {
+namespace {
 
 constexpr int rowPadding = 12;
 constexpr int rowGap = 12;

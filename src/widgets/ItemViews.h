@@ -6,8 +6,7 @@
 #include <QStyledItemDelegate>
 #include <QTreeView>
 
-namespace quorvane
-{
+namespace quorvane {
 
 /// Rows of a list: a symbol, a title, a line of detail below it, and a value at the right. One line
 /// is 32 high, two lines are 48.

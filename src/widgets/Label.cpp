@@ -10,10 +10,8 @@
 
 #include <cmath>
 
-namespace quorvane
-{
-namespace
-{
+namespace quorvane {
+namespace {
 
 /// Lays `text` out in lines that are `lineHeight` apart; returns the size that they cover.
 QSizeF layOutLines(QTextLayout& layout, qreal width, qreal lineHeight, Qt::Alignment alignment)

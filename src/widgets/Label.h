@@ -5,8 +5,7 @@
 
 #include <QLabel>
 
-namespace quorvane
-{
+namespace quorvane {
 
 /// Text in a type style and a colour of the theme. One line takes the style's line height; with
 /// word wrap the lines keep that distance.

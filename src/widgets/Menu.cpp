@@ -3,8 +3,7 @@
 
 #include "Symbols.h"
 
-namespace quorvane
-{
+namespace quorvane {
 
 Menu::Menu(QWidget* parent)
     : QMenu(parent)

@@ -3,8 +3,7 @@
 
 #include <QMenu>
 
-namespace quorvane
-{
+namespace quorvane {
 
 /// A context menu: rounded popover, rows 28 high with symbols.
 class Menu : public QMenu

@@ -10,10 +10,8 @@
 #include <QPainter>
 #include <QStyleOptionButton>
 
-namespace quorvane
-{
-namespace
-{
+namespace quorvane {
+namespace {
 
 constexpr int padding = 10;
 constexpr int gap = 10;

@@ -3,8 +3,7 @@
 
 #include <QPushButton>
 
-namespace quorvane
-{
+namespace quorvane {
 
 /// A row of the side bar, 32 high: symbol and title. The current one is filled with the accent at
 /// low opacity. A click or Return emits clicked; the owner marks the current row.

@@ -12,10 +12,8 @@
 #include <cstddef>
 #include <vector>
 
-namespace quorvane
-{
-namespace
-{
+namespace quorvane {
+namespace {
 
 class Saved
 {

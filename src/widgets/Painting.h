@@ -9,8 +9,7 @@
 
 class QPainter;
 
-namespace quorvane
-{
+namespace quorvane {
 
 /// Ground of a whole window: window colour, and the wash from the top left to the bottom right.
 /// Draw side or veil over it where they belong.

@@ -9,10 +9,8 @@
 #include <QEvent>
 #include <QPainter>
 
-namespace quorvane
-{
-namespace
-{
+namespace quorvane {
+namespace {
 
 struct ShadowMeasure
 {

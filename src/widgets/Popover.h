@@ -7,8 +7,7 @@
 
 #include <functional>
 
-namespace quorvane
-{
+namespace quorvane {
 
 /// The shadow of a popover that is a child of a window. Lies below its card as a sibling and
 /// follows it; takes no mouse events. Owned by the card's parent, gone with the card.

@@ -10,10 +10,8 @@
 
 #include <cmath>
 
-namespace quorvane
-{
-namespace
-{
+namespace quorvane {
+namespace {
 
 constexpr int barSteps = 10'000;
 constexpr double highlightShare = 0.4; ///< of the rail's width

@@ -6,8 +6,7 @@
 #include <QProgressBar>
 #include <QVariantAnimation>
 
-namespace quorvane
-{
+namespace quorvane {
 
 /// A determinate bar, 6 high.
 class ProgressBar : public QProgressBar

@@ -25,10 +25,8 @@
 #include <QStyleHintReturn>
 #include <QStyleOptionComplex>
 
-namespace quorvane
-{
-namespace
-{
+namespace quorvane {
+namespace {
 
 bool hasHover(const QWidget& widget)
 {

@@ -11,8 +11,7 @@ class QStyleOptionSlider;
 class QStyleOptionToolButton;
 class QStyleOptionViewItem;
 
-namespace quorvane
-{
+namespace quorvane {
 
 /// Draws Qt's own controls with the colours and measures of the theme, on top of Fusion.
 class QuorvaneStyle : public QProxyStyle

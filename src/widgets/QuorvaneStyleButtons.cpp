@@ -11,10 +11,8 @@
 #include <QStyleOptionComboBox>
 #include <QStyleOptionToolButton>
 
-namespace quorvane
-{
-namespace
-{
+namespace quorvane {
+namespace {
 
 constexpr int contentGap = 7;
 constexpr int comboGap = 11; ///< between the text and the chevron

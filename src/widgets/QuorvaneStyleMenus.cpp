@@ -8,10 +8,8 @@
 #include <QPainter>
 #include <QStyleOptionMenuItem>
 
-namespace quorvane
-{
-namespace
-{
+namespace quorvane {
+namespace {
 
 constexpr int rowPadding = 10;
 constexpr int rowGap = 9;

@@ -12,10 +12,8 @@
 #include <QStyleOptionSlider>
 #include <QStyleOptionViewItem>
 
-namespace quorvane
-{
-namespace
-{
+namespace quorvane {
+namespace {
 
 /// Keeps the outer sections of a framed table's header inside the round corners of the frame.
 void clipToFrame(const QStyleOptionHeader& option, QPainter& painter, const QWidget* widget)

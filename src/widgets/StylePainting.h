@@ -8,8 +8,7 @@
 
 // Small helpers that the parts of the style share.
 
-namespace quorvane
-{
+namespace quorvane {
 
 inline bool isEnabled(const QStyleOption& option)
 {

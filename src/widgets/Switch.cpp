@@ -10,10 +10,8 @@
 #include <QPainterPath>
 #include <QStyleOptionButton>
 
-namespace quorvane
-{
-namespace
-{
+namespace quorvane {
+namespace {
 
 constexpr qreal knobInset = 2;
 constexpr double disabledOpacity = 0.45;

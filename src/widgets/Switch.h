@@ -4,8 +4,7 @@
 #include <QCheckBox>
 #include <QVariantAnimation>
 
-namespace quorvane
-{
+namespace quorvane {
 
 /// On or off, 36 x 20. `name` is its accessible name.
 class Switch : public QCheckBox

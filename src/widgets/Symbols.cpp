@@ -18,10 +18,8 @@ static void loadSymbolResource()
     Q_INIT_RESOURCE(quorvane_symbols);
 }
 
-namespace quorvane
-{
-namespace
-{
+namespace quorvane {
+namespace {
 
 const QDir& symbolFolder()
 {
@@ -39,6 +37,9 @@ QSvgRenderer* renderer(const QString& name)
     const auto known = renderers.constFind(name);
     if (known != renderers.cend()) {
         return known->get();
+    }
+    if (name.isEmpty()) {
+        return nullptr;
     }
     QFile file(symbolFolder().filePath(name));
     std::shared_ptr<QSvgRenderer> drawing;

@@ -9,8 +9,7 @@
 
 class QPainter;
 
-namespace quorvane
-{
+namespace quorvane {
 
 /// All names of the symbol table, sorted.
 QStringList symbolNames();

@@ -8,10 +8,8 @@
 #include <QApplication>
 #include <QPainter>
 
-namespace quorvane
-{
-namespace
-{
+namespace quorvane {
+namespace {
 
 constexpr int padding = 10;
 constexpr int symbolSide = 12;

@@ -4,8 +4,7 @@
 #include <QLineEdit>
 #include <QTimer>
 
-namespace quorvane
-{
+namespace quorvane {
 
 class ToolButton;
 

@@ -11,10 +11,8 @@
 
 #include <optional>
 
-namespace quorvane
-{
-namespace
-{
+namespace quorvane {
+namespace {
 
 struct Shown
 {

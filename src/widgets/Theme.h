@@ -11,8 +11,7 @@
 #include <array>
 #include <cstddef>
 
-namespace quorvane
-{
+namespace quorvane {
 
 /// The named colours of the design.
 enum class ThemeColor {

@@ -3,10 +3,8 @@
 
 #include <cmath>
 
-namespace quorvane
-{
-namespace
-{
+namespace quorvane {
+namespace {
 
 using Rgb = unsigned; ///< 0xRRGGBB
 

@@ -10,10 +10,8 @@
 #include <QPainter>
 #include <QStyleOptionButton>
 
-namespace quorvane
-{
-namespace
-{
+namespace quorvane {
+namespace {
 
 constexpr int lineHeight = 13;
 constexpr int sidePadding = 4;

@@ -3,8 +3,7 @@
 
 #include <QPushButton>
 
-namespace quorvane
-{
+namespace quorvane {
 
 /// A button with a symbol over one or two short lines. The words wrap at blanks.
 class Tile : public QPushButton

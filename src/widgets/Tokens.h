@@ -1,13 +1,11 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-namespace quorvane
-{
+namespace quorvane {
 
 // Lengths are points at scale 1; durations are milliseconds.
 
-namespace spacing
-{
+namespace spacing {
 inline constexpr int xs = 4;
 inline constexpr int s = 8;
 inline constexpr int m = 12;
@@ -16,15 +14,13 @@ inline constexpr int xl = 24;
 inline constexpr int panelSection = 20; ///< between the sections of a side panel
 } // namespace spacing
 
-namespace radius
-{
+namespace radius {
 inline constexpr int small = 4;    ///< check box, inner segment, key cap
 inline constexpr int control = 6;  ///< buttons, fields, rows, tooltips
 inline constexpr int surface = 10; ///< cards, tiles, menus, dialogs, canvases
 } // namespace radius
 
-namespace measure
-{
+namespace measure {
 inline constexpr int menuBarHeight = 28;
 inline constexpr int sideBarWidth = 240;
 inline constexpr int sideBarPadding = 12;
@@ -79,8 +75,7 @@ inline constexpr int focusRing = 3; ///< outside a control
 inline constexpr int focusLine = 2; ///< inside a row, a tile of a list or a canvas
 } // namespace measure
 
-namespace duration
-{
+namespace duration {
 inline constexpr int hover = 100;
 inline constexpr int toggle = 150; ///< picker, check box, switch
 inline constexpr int expand = 160;
