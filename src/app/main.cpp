@@ -6,7 +6,9 @@
 #include "JsonPreferences.h"
 #include "QuorvaneApp.h"
 #include "StartArguments.h"
+#include "Theme.h"
 #include "ThreadPriority.h"
+#include "Trash.h"
 
 #include <QApplication>
 #include <QDir>
@@ -72,12 +74,8 @@ int run(QApplication& application, const StartArguments& arguments)
     JsonPreferences preferences(JsonPreferences::standardFilePath());
     const std::unique_ptr<Workspace> workspace = makeDesktopWorkspace();
     DialogFolderChooser folderChooser;
-    const Platform platform{FileSystemCalls::system(),
-                            preferences,
-                            *workspace,
-                            folderChooser,
-                            homeFolder(),
-                            lowerThisThread};
+    const Platform platform{FileSystemCalls::system(), preferences,  *workspace,     folderChooser,
+                            Trash::system(),           homeFolder(), lowerThisThread};
     QuorvaneApp program(application, platform, AppScreens::standard());
     program.showWindow();
     if (arguments.folder) {
@@ -107,6 +105,7 @@ int main(int argc, char** argv)
         }
     }
     raiseDescriptorLimit();
+    prepareTextRendering();
     QApplication application(argc, argv);
     const StartArguments arguments = readArguments(argc, argv);
     if (const std::optional<int> code = answer(arguments)) {

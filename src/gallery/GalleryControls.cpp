@@ -139,6 +139,7 @@ QBoxLayout* makeNotedRow(const QString& note, const QList<QWidget*>& widgets)
     column->setSpacing(8);
     column->addWidget(makeNote(note));
     column->addLayout(makeRow(widgets, 12));
+    column->addStretch();
     return column;
 }
 
@@ -206,7 +207,7 @@ QWidget* makeFieldSection()
         makeNotedRow(QStringLiteral("Switch 36 × 20"),
                      {makeSwitch(false, State::normal), makeSwitch(true, State::normal),
                       makeSwitch(true, State::focused), makeSwitch(false, State::disabled)}));
-    toggles->addStretch();
+    toggles->addStretch(1);
     section.body->addLayout(toggles);
     section.body->addSpacing(18);
 
@@ -267,15 +268,13 @@ QWidget* makeChipSection()
                                      new Chip(QStringLiteral("folder")), active, hovered},
                                     8));
     section.body->addSpacing(14);
-    auto* gap = new QWidget;
-    gap->setFixedWidth(8);
     section.body->addLayout(
         makeRow({new Badge(QStringLiteral("Keep ✓"), Tint::green),
                  new Badge(QStringLiteral("12"), Tint::accent),
                  new Badge(QStringLiteral("Staged"), Tint::red),
-                 new Badge(QStringLiteral("Folder")), gap, new KeyCap(QStringLiteral("⌘Y")),
+                 new Badge(QStringLiteral("Folder")), new KeyCap(QStringLiteral("⌘Y")),
                  new KeyCap(QStringLiteral("↵")), new KeyCap(QStringLiteral("⇥"))},
-                8));
+                5));
     return section.card;
 }
 

@@ -25,7 +25,15 @@ public:
 
     QSize sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const override
     {
-        return RowDelegate::sizeHint(option, index);
+        return RowDelegate::sizeHint(option, index) + QSize(0, rowDistance);
+    }
+
+    void paint(QPainter* painter, const QStyleOptionViewItem& option,
+               const QModelIndex& index) const override
+    {
+        QStyleOptionViewItem row = option;
+        row.rect.adjust(0, 0, 0, -rowDistance);
+        RowDelegate::paint(painter, row, index);
     }
 
 protected:
@@ -71,10 +79,9 @@ QListView* makeList()
     list->setModel(model);
     list->setItemDelegate(new StateDelegate(true, list));
     list->setFrameShape(QFrame::NoFrame);
-    list->setSpacing(0);
     list->setFocusPolicy(Qt::TabFocus);
     list->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-    list->setFixedHeight(4 * measure::rowTwoLines);
+    list->setFixedHeight(4 * (measure::rowTwoLines + rowDistance));
     return list;
 }
 
@@ -84,7 +91,7 @@ QWidget* makeRowSection()
 {
     const Section section = makeSection(QStringLiteral("List rows · two lines 48, one line 32"));
     section.body->addWidget(makeList());
-    section.body->addSpacing(10);
+    section.body->addSpacing(10 - rowDistance);
     auto* hovered = new NavigationRow(QStringLiteral("rectangle.on.rectangle.angled"),
                                       QStringLiteral("Duplicates"));
     showHovered(*hovered);
@@ -136,11 +143,11 @@ QWidget* makeTableSection()
     table->header()->setSectionResizeMode(0, QHeaderView::Stretch);
     table->header()->resizeSection(1, 84);
     table->header()->resizeSection(2, 92);
-    table->header()->resizeSection(3, 132);
+    table->header()->resizeSection(3, 120);
     table->header()->setSortIndicator(1, Qt::DescendingOrder);
     table->header()->setSortIndicatorShown(true);
     table->setCurrentIndex(model->index(1, 0));
-    table->setFixedHeight(measure::tableHeader + 3 * measure::row + 2);
+    table->setFixedHeight(measure::tableHeader + 3 * measure::row + 3);
     section.body->addWidget(table);
     section.body->addSpacing(8);
     section.body->addWidget(makeNote(QStringLiteral(

@@ -12,6 +12,7 @@
 #include <QHBoxLayout>
 #include <QPainter>
 #include <QPainterPath>
+#include <QStyleOptionFrame>
 #include <QVBoxLayout>
 
 #include <utility>
@@ -62,6 +63,33 @@ protected:
     }
 };
 
+/// What a tooltip of the desktop looks like.
+class PlainTooltip : public QWidget
+{
+public:
+    PlainTooltip(const QString& text, QWidget* parent)
+        : QWidget(parent)
+        , m_text(text)
+    {
+        setAccessibleName(text);
+        resize(textWidth(TextStyle::caption, text) + 18, 28);
+    }
+
+protected:
+    void paintEvent(QPaintEvent*) override
+    {
+        QPainter painter(this);
+        QStyleOptionFrame option;
+        option.initFrom(this);
+        style()->drawPrimitive(QStyle::PE_PanelTipLabel, &option, &painter, this);
+        paintText(painter, rect(), Qt::AlignCenter, TextStyle::caption,
+                  themeColor(ThemeColor::text1), m_text);
+    }
+
+private:
+    QString m_text;
+};
+
 ProgressBar* makeBar(const QString& name, double fraction, ThemeColor color)
 {
     auto* bar = new ProgressBar(name);
@@ -81,7 +109,7 @@ Menu* makeMenu(QWidget* parent)
     menu->addItem(QStringLiteral("arrow.up.right.square"), QStringLiteral("Open"));
     menu->addSeparator();
     menu->addItem(QStringLiteral("trash"), QStringLiteral("Stage for Cleanup"))->setEnabled(false);
-    menu->setFixedWidth(236);
+    menu->setFixedSize(236, menu->sizeHint().height());
     menu->setActiveAction(stage);
     menu->show();
     return menu;
@@ -137,21 +165,24 @@ QWidget* makeMarkSection()
 QWidget* makePopoverSection()
 {
     const Section section = makeSection(QStringLiteral("Menu, tooltip, flash banner"));
-    auto* stage = new QWidget;
-    stage->setFixedHeight(190);
-    Menu* menu = makeMenu(stage);
-    menu->move(0, 0);
+    QWidget* card = section.card;
+    const QPoint origin(17, 41);
+    section.body->addSpacing(189);
+    Menu* menu = makeMenu(card);
+    menu->move(origin);
     new DropShadow(*menu, DropShadow::Depth::popover, radius::surface);
 
-    auto* tooltip = new TooltipCard(stage);
+    auto* tooltip = new TooltipCard(card);
     tooltip->setContent(QStringLiteral("Photo Library"), QStringLiteral("41.5 GB · 1438 files"));
-    tooltip->showFixed({256, 0});
+    tooltip->showFixed(origin + QPoint(256, 0));
+
+    auto* plain = new PlainTooltip(QStringLiteral("Zoom out one level (Esc)"), card);
+    plain->move(origin + QPoint(256, 68));
+    new DropShadow(*plain, DropShadow::Depth::popover, radius::control);
 
     auto* banner = new FlashBanner(
-        QStringLiteral("Staged \"DerivedData\" for Trash — review it under Cleanup."), [] {},
-        stage);
-    banner->move(0, 153);
-    section.body->addWidget(stage);
+        QStringLiteral("Staged \"DerivedData\" for Trash — review it under Cleanup."), [] {}, card);
+    banner->move(origin + QPoint(0, 153));
     return section.card;
 }
 

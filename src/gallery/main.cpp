@@ -67,6 +67,7 @@ int main(int argc, char** argv)
     if (!scale.isEmpty()) {
         qputenv("QT_SCALE_FACTOR", scale);
     }
+    prepareTextRendering();
     QApplication application(argc, argv);
     const std::optional<Options> options = parse(application);
     if (!options) {

@@ -38,6 +38,9 @@ public:
     {}
     /// In the order of the calls from one thread. Dropped when the runner has gone meanwhile.
     void operator()(std::function<void()> block) const;
+    /// Any thread but the main one: returns when the block has run there. False when it will not be
+    /// waited for any longer, because the job is cancelled or the runner has gone.
+    bool andWait(const Job& job, std::function<void()> block) const;
 
 private:
     std::weak_ptr<const bool> m_alive;
@@ -82,8 +85,9 @@ public:
     template<class T>
     void release(T thing)
     {
-        auto holder = std::make_shared<T>(std::move(thing));
-        m_pool.run(JobPriority::utility, [holder]() mutable { holder.reset(); });
+        // Nothing stays behind here: the last reference must be the one on the pool thread.
+        m_pool.run(JobPriority::utility,
+                   [holder = std::make_shared<T>(std::move(thing))]() mutable { holder.reset(); });
     }
 
     MainThreadPoster poster() const { return MainThreadPoster(m_alive); }

@@ -40,6 +40,7 @@ Button::Button(const QString& symbol, const QString& text, ButtonRole role, Cont
     setAutoDefault(false);
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
     applySize();
+    connect(&ThemeNotifier::instance(), &ThemeNotifier::themeChanged, this, &Button::applySize);
 }
 
 void Button::setRole(ButtonRole role)

@@ -59,7 +59,6 @@ Chip::Chip(const QString& text, Kind kind, Tint tint, QWidget* parent)
     , m_kind(kind)
     , m_tint(tint)
 {
-    setFont(quorvane::font(TextStyle::captionMedium));
     setAutoDefault(false);
     setAttribute(Qt::WA_Hover);
     setFocusRadius(*this, measure::chip / 2);

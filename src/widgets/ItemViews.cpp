@@ -8,6 +8,7 @@
 #include <QCursor>
 #include <QHeaderView>
 #include <QPainter>
+#include <QPainterPath>
 
 namespace quorvane {
 namespace {
@@ -16,6 +17,7 @@ constexpr int rowPadding = 12;
 constexpr int rowGap = 12;
 constexpr int rowSymbol = 17;
 constexpr int cellPadding = 12;
+constexpr int innerRadius = radius::control - 1; ///< inside the frame
 constexpr int levelIndent = measure::iconChevron + spacing::s;
 /// QTreeView lets a row's text begin at the indent; this moves it to the table's padding.
 constexpr int treeTextShift = cellPadding;
@@ -136,10 +138,9 @@ TableView::TableView(QWidget* parent)
     setTextElideMode(Qt::ElideMiddle);
     header()->setStretchLastSection(false);
     header()->setHighlightSections(false);
-    // The scroll bar begins below the header.
-    auto* corner = new QWidget(this);
-    corner->setFixedHeight(measure::tableHeader);
-    addScrollBarWidget(corner, Qt::AlignTop);
+    // The frame draws the ground, so that its round corners stay free.
+    viewport()->setAutoFillBackground(false);
+    header()->viewport()->setAutoFillBackground(false);
 }
 
 void TableView::drawRow(QPainter* painter, const QStyleOptionViewItem& option,
@@ -152,7 +153,17 @@ void TableView::drawRow(QPainter* painter, const QStyleOptionViewItem& option,
     state.setFlag(QStyle::State_MouseOver, viewport()->underMouse() && row.contains(pointer));
     state.setFlag(QStyle::State_HasFocus,
                   hasFocus() && currentIndex().siblingAtColumn(0) == index.siblingAtColumn(0));
+    painter->save();
+    if (frameShape() != NoFrame && row.bottom() >= viewport()->height() - innerRadius) {
+        // The last row keeps clear of the frame's corners.
+        QPainterPath inside;
+        inside.addRoundedRect(QRectF(viewport()->rect()).adjusted(0, -innerRadius, 0, 0),
+                              innerRadius, innerRadius);
+        painter->setRenderHint(QPainter::Antialiasing);
+        painter->setClipPath(inside);
+    }
     paintRowGround(*painter, row, 0, state);
+    painter->restore();
     QTreeView::drawRow(painter, option, index);
 }
 

@@ -4,10 +4,13 @@
 #include "Tokens.h"
 
 #include <QFontMetricsF>
+#include <QImage>
 #include <QPainter>
 #include <QPainterPath>
 
 #include <cmath>
+#include <cstddef>
+#include <vector>
 
 namespace quorvane {
 namespace {
@@ -38,6 +41,40 @@ void strokeInside(QPainter& painter, const QRectF& rect, qreal radius, qreal wid
     painter.setPen(QPen(color, width));
     painter.drawRoundedRect(rect.adjusted(half, half, -half, -half), std::max(0.0, radius - half),
                             std::max(0.0, radius - half));
+}
+
+/// Coverage of a blurred edge-to-edge line at each device pixel: a box of the given length under a
+/// Gaussian, from `blur` before its start to `blur` behind its end.
+std::vector<double> shadowProfile(qreal length, qreal blur, qreal ratio)
+{
+    const double spread = blur / 2 * std::sqrt(2.0);
+    const auto pixels = static_cast<std::size_t>(std::ceil((length + 2 * blur) * ratio));
+    std::vector<double> profile(pixels);
+    for (std::size_t pixel = 0; pixel < pixels; ++pixel) {
+        const double place = (static_cast<double>(pixel) + 0.5) / ratio - blur;
+        profile[pixel] = (std::erf(place / spread) - std::erf((place - length) / spread)) / 2;
+    }
+    return profile;
+}
+
+/// The shadow of a rectangle, with `blur` around it. The corners of the radii in use vanish in it.
+QImage shadowImage(const QSizeF& size, qreal blur, const QColor& color, qreal ratio)
+{
+    const std::vector<double> across = shadowProfile(size.width(), blur, ratio);
+    const std::vector<double> down = shadowProfile(size.height(), blur, ratio);
+    QImage image(static_cast<int>(across.size()), static_cast<int>(down.size()),
+                 QImage::Format_ARGB32_Premultiplied);
+    for (int y = 0; y < image.height(); ++y) {
+        auto* line = reinterpret_cast<QRgb*>(image.scanLine(y));
+        const double row = down[static_cast<std::size_t>(y)] * color.alphaF();
+        for (int x = 0; x < image.width(); ++x) {
+            const double alpha = row * across[static_cast<std::size_t>(x)];
+            line[x] = qPremultiply(qRgba(color.red(), color.green(), color.blue(),
+                                         static_cast<int>(std::lround(alpha * 255))));
+        }
+    }
+    image.setDevicePixelRatio(ratio);
+    return image;
 }
 
 } // namespace
@@ -93,28 +130,14 @@ void paintShadow(QPainter& painter, const QRectF& rect, qreal radius, qreal offs
 {
     const Saved saved(painter);
     const QRectF dropped = rect.translated(0, offsetY);
+    const QRectF area = dropped.adjusted(-blur, -blur, blur, blur);
     QPainterPath all;
-    all.addRect(dropped.united(rect).adjusted(-blur, -blur, blur, blur));
+    all.addRect(area.united(rect));
     QPainterPath inside;
     inside.addRoundedRect(rect, radius, radius);
     painter.setClipPath(all.subtracted(inside));
-    painter.setPen(Qt::NoPen);
-
-    // Nested rounded rectangles, each adding what the falloff of a Gaussian gains from one ring to
-    // the next; `covered` is the opacity that the rings so far have summed up to.
-    const int rings = static_cast<int>(blur);
-    double covered = 0;
-    for (int ring = 0; ring < rings; ++ring) {
-        const double distance = blur / 2 - blur * (ring + 0.5) / rings;
-        const double sigma = blur / 4;
-        const double wanted = color.alphaF() * 0.5 * std::erfc(distance / (sigma * std::sqrt(2.0)));
-        const double added = std::clamp((wanted - covered) / (1 - covered), 0.0, 1.0);
-        covered = std::max(covered, wanted);
-        const double corner = std::max(1.0, radius + distance);
-        painter.setBrush(withOpacity(color, added));
-        painter.drawRoundedRect(dropped.adjusted(-distance, -distance, distance, distance), corner,
-                                corner);
-    }
+    painter.drawImage(area.topLeft(), shadowImage(dropped.size(), blur, color,
+                                                  painter.device()->devicePixelRatioF()));
 }
 
 void paintRowGround(QPainter& painter, const QRectF& rect, qreal radius, QStyle::State state)

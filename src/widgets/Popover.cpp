@@ -57,6 +57,8 @@ bool DropShadow::eventFilter(QObject* watched, QEvent* event)
     case QEvent::Resize:
     case QEvent::Show:
     case QEvent::Hide:
+    case QEvent::ShowToParent:
+    case QEvent::HideToParent:
     case QEvent::ZOrderChange:
         follow();
         break;

@@ -7,6 +7,7 @@
 #include "Painting.h"
 #include "StylePainting.h"
 #include "Symbols.h"
+#include "TextField.h"
 #include "Tokens.h"
 
 #include <QAbstractButton>
@@ -141,9 +142,17 @@ void QuorvaneStyle::drawControl(ControlElement element, const QStyleOption* opti
     case CE_MenuBarEmptyArea:
     case CE_MenuEmptyArea:
         return;
+    case CE_Header:
+        if (header) {
+            drawControl(CE_HeaderSection, option, painter, widget);
+            QStyleOptionHeader label = *header;
+            label.rect.adjust(spacing::m, 0, -spacing::m, 0);
+            drawControl(CE_HeaderLabel, &label, painter, widget);
+        }
+        return;
     case CE_HeaderSection:
         if (header) {
-            drawHeaderSection(*header, *painter);
+            drawHeaderSection(*header, *painter, widget);
         }
         return;
     case CE_HeaderEmptyArea:
@@ -245,6 +254,9 @@ void QuorvaneStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* 
     case PE_Frame:
         if (widget && widget->inherits("QComboBoxPrivateContainer")) {
             paintPopover(*painter, rect, radius::surface);
+        } else if (isTable(widget)) {
+            paintPanel(*painter, rect, radius::control, themeColor(ThemeColor::card),
+                       themeColor(ThemeColor::hairline));
         } else {
             paintPanel(*painter, rect, radius::control, Qt::transparent,
                        themeColor(ThemeColor::hairline));
@@ -299,6 +311,9 @@ int QuorvaneStyle::pixelMetric(PixelMetric metric, const QStyleOption* option,
         return measure::iconRow;
     case PM_ButtonIconSize:
         return measure::iconButton;
+    case PM_TextCursorWidth:
+        // The field draws its own.
+        return qobject_cast<const TextField*>(widget) ? 0 : 1;
     case PM_ToolTipLabelFrameWidth:
         return 6;
     case PM_DefaultFrameWidth:
@@ -323,6 +338,7 @@ int QuorvaneStyle::styleHint(StyleHint hint, const QStyleOption* option, const Q
     case SH_ComboBox_Popup:
         return 0;
     case SH_ScrollBar_Transient:
+    case SH_DialogButtonBox_ButtonsHaveIcons:
     case SH_EtchDisabledText:
     case SH_DitherDisabledText:
         return 0;
@@ -365,9 +381,28 @@ QIcon QuorvaneStyle::standardIcon(StandardPixmap pixmap, const QStyleOption* opt
         return symbolIcon(QStringLiteral("xmark.circle.fill"), ThemeColor::text3);
     case SP_DirIcon:
     case SP_DirClosedIcon:
+    case SP_DirLinkIcon:
         return symbolIcon(QStringLiteral("folder.fill"), ThemeColor::accentText);
     case SP_FileIcon:
+    case SP_FileLinkIcon:
         return symbolIcon(QStringLiteral("doc"));
+    case SP_ComputerIcon:
+        return symbolIcon(QStringLiteral("desktopcomputer"));
+    case SP_DriveHDIcon:
+        return symbolIcon(QStringLiteral("internaldrive"));
+    case SP_FileDialogBack:
+    case SP_ArrowBack:
+        return symbolIcon(QStringLiteral("chevron.left"));
+    case SP_ArrowForward:
+        return symbolIcon(QStringLiteral("chevron.right"));
+    case SP_FileDialogToParent:
+        return symbolIcon(QStringLiteral("chevron.up"));
+    case SP_FileDialogNewFolder:
+        return symbolIcon(QStringLiteral("folder.badge.plus"));
+    case SP_FileDialogListView:
+        return symbolIcon(QStringLiteral("square.grid.3x3"));
+    case SP_FileDialogDetailedView:
+        return symbolIcon(QStringLiteral("list.bullet.rectangle"));
     default:
         return QProxyStyle::standardIcon(pixmap, option, widget);
     }

@@ -64,7 +64,8 @@ private:
     void drawScrollBar(const QStyleOptionSlider& option, QPainter& painter) const;
     void drawMenuItem(const QStyleOptionMenuItem& option, QPainter& painter) const;
     void drawMenuBarItem(const QStyleOptionMenuItem& option, QPainter& painter) const;
-    void drawHeaderSection(const QStyleOptionHeader& option, QPainter& painter) const;
+    void drawHeaderSection(const QStyleOptionHeader& option, QPainter& painter,
+                           const QWidget* widget) const;
     void drawHeaderLabel(const QStyleOptionHeader& option, QPainter& painter) const;
     void drawItem(const QStyleOptionViewItem& option, QPainter& painter,
                   const QWidget* widget) const;

@@ -15,6 +15,8 @@ namespace quorvane {
 namespace {
 
 constexpr int contentGap = 7;
+constexpr int comboGap = 11; ///< between the text and the chevron
+constexpr int comboEnd = 9;
 constexpr double disabledOpacity = 0.45;
 
 struct ButtonLook
@@ -135,6 +137,19 @@ QColor labelColor(const QStyleOption& option, ButtonRole role)
     return themeColor(ThemeColor::text1);
 }
 
+/// Whether the label stands light on a dark fill in both schemes.
+bool isFilled(ButtonRole role)
+{
+    return (role == ButtonRole::prominent &&
+            contrastRatio(themeColor(ThemeColor::accentLabel), Qt::black) > 4.5) ||
+           role == ButtonRole::destructive;
+}
+
+TextStyle textStyle(ControlSize size)
+{
+    return size == ControlSize::small ? TextStyle::captionMedium : TextStyle::row;
+}
+
 ControlSize comboSize(const QWidget* widget)
 {
     const QVariant size =
@@ -174,6 +189,9 @@ void QuorvaneStyle::drawPushButton(const QStyleOption* option, QPainter& painter
     }
     left += hasSymbol ? side + gap : 0;
     painter.save();
+    if (qobject_cast<const Button*>(widget) && isFilled(look.role)) {
+        painter.setFont(font(textStyle(look.size), true));
+    }
     painter.setPen(color);
     const QRectF area(left, rect.top(), rect.left() + (rect.width() + content) / 2 - left,
                       rect.height());
@@ -224,15 +242,15 @@ void QuorvaneStyle::drawComboBox(const QStyleOptionComboBox& option, QPainter& p
     const QRectF rect = option.rect;
     paintGround(painter, option, rect, ButtonRole::bordered);
     const bool enabled = isEnabled(option);
-    const QRectF chevron(rect.right() - 9 - measure::iconChevron, rect.top(), measure::iconChevron,
-                         rect.height());
+    const QRectF chevron(rect.right() - comboEnd - measure::iconChevron, rect.top(),
+                         measure::iconChevron, rect.height());
     paintSymbol(painter, QStringLiteral("chevron.up.chevron.down"), chevron, measure::iconChevron,
                 themeColor(enabled ? ThemeColor::text3 : ThemeColor::textDisabled));
     if (option.editable) {
         return;
     }
     QRectF words = rect.adjusted(11, 0, 0, 0);
-    words.setRight(chevron.left() - 6);
+    words.setRight(chevron.left() - comboGap);
     if (!option.currentIcon.isNull()) {
         const int side = measure::iconButton;
         const QRectF area(words.left(), rect.top() + (rect.height() - side) / 2, side, side);
@@ -301,10 +319,8 @@ QSize QuorvaneStyle::sizeFromContents(ContentsType type, const QStyleOption* opt
         }
         break;
     case CT_ComboBox:
-        if (const auto* box = qstyleoption_cast<const QStyleOptionComboBox*>(option)) {
-            const int icon = box->currentIcon.isNull() ? 0 : measure::iconButton + contentGap;
-            Q_UNUSED(icon)
-            return {size.width() + 11 + 6 + measure::iconChevron + 9,
+        if (qstyleoption_cast<const QStyleOptionComboBox*>(option)) {
+            return {size.width() + 11 + comboGap + measure::iconChevron + comboEnd,
                     buttonHeight(comboSize(widget))};
         }
         break;

@@ -81,7 +81,7 @@ void QuorvaneStyle::drawMenuItem(const QStyleOptionMenuItem& option, QPainter& p
     }
     const QStringList parts = option.text.split(u'\t');
     painter.save();
-    painter.setFont(option.font);
+    painter.setFont(current ? font(TextStyle::body, true) : option.font);
     painter.setPen(words);
     const int flags = Qt::AlignVCenter | Qt::TextHideMnemonic | Qt::TextSingleLine;
     painter.drawText(content, flags | Qt::AlignLeft, parts.value(0));

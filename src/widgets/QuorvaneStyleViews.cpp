@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+#include "ItemViews.h"
 #include "Painting.h"
 #include "QuorvaneStyle.h"
 #include "StylePainting.h"
@@ -6,11 +7,36 @@
 #include "Tokens.h"
 
 #include <QPainter>
+#include <QPainterPath>
 #include <QStyleOptionHeader>
 #include <QStyleOptionSlider>
 #include <QStyleOptionViewItem>
 
 namespace quorvane {
+namespace {
+
+/// Keeps the outer sections of a framed table's header inside the round corners of the frame.
+void clipToFrame(const QStyleOptionHeader& option, QPainter& painter, const QWidget* widget)
+{
+    const auto* table = widget ? qobject_cast<const TableView*>(widget->parentWidget()) : nullptr;
+    if (!table || table->frameShape() == QFrame::NoFrame) {
+        return;
+    }
+    const bool only = option.position == QStyleOptionHeader::OnlyOneSection;
+    const bool first = only || option.position == QStyleOptionHeader::Beginning;
+    const bool last = only || option.position == QStyleOptionHeader::End;
+    if (!first && !last) {
+        return;
+    }
+    constexpr qreal inner = radius::control - 1;
+    QPainterPath inside;
+    inside.addRoundedRect(
+        QRectF(option.rect).adjusted(first ? 0 : -inner, 0, last ? 0 : inner, inner), inner, inner);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setClipPath(inside);
+}
+
+} // namespace
 
 void QuorvaneStyle::drawScrollBar(const QStyleOptionSlider& option, QPainter& painter) const
 {
@@ -38,14 +64,18 @@ void QuorvaneStyle::drawScrollBar(const QStyleOptionSlider& option, QPainter& pa
         Qt::transparent);
 }
 
-void QuorvaneStyle::drawHeaderSection(const QStyleOptionHeader& option, QPainter& painter) const
+void QuorvaneStyle::drawHeaderSection(const QStyleOptionHeader& option, QPainter& painter,
+                                      const QWidget* widget) const
 {
     const QRectF rect = option.rect;
+    painter.save();
+    clipToFrame(option, painter, widget);
     painter.fillRect(rect, themeColor(ThemeColor::raised));
     if (isHovered(option) || isPressed(option)) {
         painter.fillRect(rect,
                          themeColor(isPressed(option) ? ThemeColor::press : ThemeColor::hover));
     }
+    painter.restore();
     const bool horizontal = option.orientation == Qt::Horizontal;
     painter.fillRect(horizontal ? QRectF(rect.left(), rect.bottom() - 1, rect.width(), 1)
                                 : QRectF(rect.right() - 1, rect.top(), 1, rect.height()),

@@ -117,6 +117,7 @@ SegmentedPicker::SegmentedPicker(const QString& name, QWidget* parent)
     setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
     connect(m_group, &QButtonGroup::idToggled, this, [this](int index, bool on) {
         if (on) {
+            fixTabStop();
             Q_EMIT currentIndexChanged(index);
         }
     });
@@ -131,9 +132,18 @@ int SegmentedPicker::addSegment(const QString& text, const QString& symbol)
     m_group->addButton(segment, index);
     segment->setCollapsed(m_collapsed);
     segment->setVisible(true);
+    fixTabStop();
     updateGeometry();
     layOut();
     return index;
+}
+
+void SegmentedPicker::fixTabStop()
+{
+    const int stop = std::max(0, currentIndex());
+    for (int index = 0; index < count(); ++index) {
+        segment(index)->setFocusPolicy(index == stop ? Qt::TabFocus : Qt::NoFocus);
+    }
 }
 
 int SegmentedPicker::currentIndex() const

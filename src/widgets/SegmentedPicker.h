@@ -77,6 +77,8 @@ protected:
 
 private:
     void layOut();
+    /// Tab stops at the current segment alone, or at the first one while there is none.
+    void fixTabStop();
     int naturalWidth() const;
 
     std::vector<Segment*> m_segments;

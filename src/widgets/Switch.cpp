@@ -7,6 +7,7 @@
 #include "Tokens.h"
 
 #include <QPainter>
+#include <QPainterPath>
 #include <QStyleOptionButton>
 
 namespace quorvane {
@@ -75,6 +76,17 @@ void Switch::paintEvent(QPaintEvent*)
     const QRectF track(0, (height() - measure::switchHeight) / 2.0, measure::switchWidth,
                        measure::switchHeight);
     const qreal radius = track.height() / 2;
+    const qreal side = track.height() - 2 * knobInset;
+    const QRectF knob(track.left() + knobInset + m_position * (track.width() - track.height()),
+                      track.top() + knobInset, side, side);
+    if (!isEnabled()) {
+        // Faded as one: the track must not show through the knob.
+        QPainterPath all;
+        all.addRect(rect());
+        QPainterPath hole;
+        hole.addEllipse(knob);
+        painter.setClipPath(all.subtracted(hole));
+    }
     paintPanel(painter, track, radius, themeColor(ThemeColor::controlEdge), Qt::transparent);
     if (m_position > 0) {
         paintPanel(painter, track, radius,
@@ -86,12 +98,12 @@ void Switch::paintEvent(QPaintEvent*)
             themeColor(option.state & QStyle::State_Sunken ? ThemeColor::press : ThemeColor::hover),
             Qt::transparent);
     }
-    const qreal side = track.height() - 2 * knobInset;
-    const QRectF knob(track.left() + knobInset + m_position * (track.width() - track.height()),
-                      track.top() + knobInset, side, side);
+    painter.setClipping(false);
     painter.setPen(Qt::NoPen);
-    painter.setBrush(themeColor(ThemeColor::knobShadow));
-    painter.drawEllipse(knob.translated(0, 1));
+    if (isEnabled()) {
+        painter.setBrush(themeColor(ThemeColor::knobShadow));
+        painter.drawEllipse(knob.translated(0, 1));
+    }
     painter.setBrush(themeColor(ThemeColor::knob));
     painter.drawEllipse(knob);
 }

@@ -38,6 +38,9 @@ QSvgRenderer* renderer(const QString& name)
     if (known != renderers.cend()) {
         return known->get();
     }
+    if (name.isEmpty()) {
+        return nullptr;
+    }
     QFile file(symbolFolder().filePath(name));
     std::shared_ptr<QSvgRenderer> drawing;
     if (file.open(QIODevice::ReadOnly)) {

@@ -5,6 +5,7 @@
 #include "Symbols.h"
 #include "Tokens.h"
 
+#include <QApplication>
 #include <QPainter>
 
 namespace quorvane {
@@ -14,6 +15,8 @@ constexpr int padding = 10;
 constexpr int symbolSide = 12;
 constexpr int gap = 8;
 constexpr int clearSide = 20;
+constexpr int clearMargin = 6; ///< brings the symbol itself to the padding
+constexpr qreal caretWidth = 1.5;
 constexpr int lineEditMargin = 2; ///< what QLineEdit itself keeps free before its text
 
 } // namespace
@@ -25,9 +28,38 @@ TextField::TextField(const QString& placeholder, QWidget* parent)
     setPlaceholderText(placeholder);
     setAccessibleName(placeholder);
     setAttribute(Qt::WA_Hover);
-    setFont(quorvane::font(TextStyle::caption));
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
+    connect(&m_blink, &QTimer::timeout, this, [this] {
+        m_caretLit = !m_caretLit;
+        update();
+    });
+    connect(this, &QLineEdit::cursorPositionChanged, this, &TextField::restartCaret);
+    connect(this, &QLineEdit::textChanged, this, &TextField::restartCaret);
     layOut();
+}
+
+void TextField::restartCaret()
+{
+    m_caretLit = true;
+    const int flash = QApplication::cursorFlashTime() / 2;
+    if (hasFocus() && flash > 0) {
+        m_blink.start(flash);
+    } else {
+        m_blink.stop();
+    }
+    update();
+}
+
+void TextField::focusInEvent(QFocusEvent* event)
+{
+    QLineEdit::focusInEvent(event);
+    restartCaret();
+}
+
+void TextField::focusOutEvent(QFocusEvent* event)
+{
+    QLineEdit::focusOutEvent(event);
+    restartCaret();
 }
 
 void TextField::setSymbol(const QString& symbol)
@@ -74,21 +106,26 @@ QSize TextField::sizeHint() const
 void TextField::layOut()
 {
     const int before = padding - 1 + (m_symbol.isEmpty() ? 0 : symbolSide + gap);
-    const int after = m_clear ? clearSide + 5 : padding - 1;
+    const int after = m_clear ? clearSide + clearMargin : padding - 1;
     setTextMargins(before - lineEditMargin, 0, after - lineEditMargin, 0);
     if (m_clear) {
-        m_clear->setGeometry(width() - clearSide - 5, (height() - clearSide) / 2, clearSide,
-                             clearSide);
+        m_clear->setGeometry(width() - clearSide - clearMargin, (height() - clearSide) / 2,
+                             clearSide, clearSide);
     }
 }
 
 void TextField::paintEvent(QPaintEvent* event)
 {
     QLineEdit::paintEvent(event);
+    QPainter painter(this);
+    if (hasFocus() && m_caretLit && !isReadOnly()) {
+        const QRectF place = cursorRect();
+        painter.fillRect(QRectF(place.center().x() - 0.5, place.top(), caretWidth, place.height()),
+                         themeColor(ThemeColor::accent));
+    }
     if (m_symbol.isEmpty()) {
         return;
     }
-    QPainter painter(this);
     const QColor color = themeColor(isEnabled() ? ThemeColor::text3 : ThemeColor::textDisabled);
     paintSymbol(painter, m_symbol, QRectF(padding, 0, symbolSide, height()), symbolSide, color);
 }

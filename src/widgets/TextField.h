@@ -2,12 +2,14 @@
 #pragma once
 
 #include <QLineEdit>
+#include <QTimer>
 
 namespace quorvane {
 
 class ToolButton;
 
-/// A text field, 30 high, with an optional symbol before and a clear button after the text.
+/// A text field, 30 high, with an optional symbol before and a clear button after the text. Its
+/// caret has the accent colour.
 class TextField : public QLineEdit
 {
     Q_OBJECT
@@ -32,13 +34,18 @@ Q_SIGNALS:
 protected:
     void paintEvent(QPaintEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
+    void focusInEvent(QFocusEvent* event) override;
+    void focusOutEvent(QFocusEvent* event) override;
 
 private:
     void layOut();
+    void restartCaret();
 
     QString m_symbol;
     int m_height;
     ToolButton* m_clear = nullptr;
+    QTimer m_blink;
+    bool m_caretLit = true;
 };
 
 } // namespace quorvane

@@ -5,8 +5,11 @@
 
 #include <QApplication>
 #include <QFontDatabase>
+#include <QRawFont>
 #include <QToolTip>
 #include <QWidget>
+
+#include <optional>
 
 namespace quorvane {
 namespace {
@@ -39,6 +42,29 @@ const QString& family()
     return name;
 }
 
+constexpr const char* rendererVariable = "FREETYPE_PROPERTIES";
+constexpr const char* plainStrokes = "cff:darkening-parameters=500,0,1000,0,1667,0,2333,0";
+constexpr double smallText = 24; ///< device pixels; above them the blending hardly shows
+
+/// Qt blends outlines of PostScript flavour in linear light, which thins dark text on light.
+bool thinsDarkText()
+{
+    static const bool thins = [] {
+        if (family().isEmpty() || qgetenv(rendererVariable) != plainStrokes) {
+            return false;
+        }
+        return !QRawFont::fromFont(QFont(family())).fontTable("CFF ").isEmpty();
+    }();
+    return thins;
+}
+
+QFont::Weight nextHeavier(QFont::Weight weight)
+{
+    return weight == QFont::Normal   ? QFont::Medium
+           : weight == QFont::Medium ? QFont::DemiBold
+                                     : QFont::Bold;
+}
+
 void applyFonts()
 {
     QApplication::setFont(font(TextStyle::body));
@@ -49,8 +75,8 @@ void applyFonts()
     QApplication::setFont(font(TextStyle::section), "QHeaderView");
     QApplication::setFont(font(TextStyle::body), "QMenu");
     QApplication::setFont(font(TextStyle::caption), "QMenuBar");
-    QApplication::setFont(font(TextStyle::path), "QTipLabel");
-    QToolTip::setFont(font(TextStyle::path));
+    QApplication::setFont(font(TextStyle::caption), "QTipLabel");
+    QToolTip::setFont(font(TextStyle::caption));
 }
 
 void applyTheme()
@@ -60,9 +86,9 @@ void applyTheme()
     }
     QApplication::setPalette(shown().theme.palette());
     QToolTip::setPalette(shown().theme.palette());
-    static bool haveFonts = false;
-    if (!haveFonts) {
-        haveFonts = true;
+    static std::optional<bool> fontsForDark;
+    if (fontsForDark != shown().theme.isDark()) {
+        fontsForDark = shown().theme.isDark();
         applyFonts();
     }
     Q_EMIT ThemeNotifier::instance().themeChanged();
@@ -126,16 +152,30 @@ TypeMeasure typeMeasure(TextStyle style)
 
 QFont font(TextStyle style)
 {
+    return font(style, shown().theme.isDark());
+}
+
+QFont font(TextStyle style, bool lightOnDark)
+{
     const TypeMeasure measure = typeMeasure(style);
     QFont font;
     if (!family().isEmpty()) {
         font.setFamily(family());
     }
     font.setPixelSize(measure.size);
-    font.setWeight(measure.weight);
+    const bool thinned =
+        !lightOnDark && measure.size * qApp->devicePixelRatio() < smallText && thinsDarkText();
+    font.setWeight(thinned ? nextHeavier(measure.weight) : measure.weight);
     font.setLetterSpacing(QFont::AbsoluteSpacing, measure.tracking);
     font.setHintingPreference(QFont::PreferNoHinting);
     return font;
+}
+
+void prepareTextRendering()
+{
+    if (!qEnvironmentVariableIsSet(rendererVariable)) {
+        qputenv(rendererVariable, plainStrokes);
+    }
 }
 
 const Theme& theme()

@@ -112,8 +112,16 @@ struct TypeMeasure
 
 TypeMeasure typeMeasure(TextStyle style);
 
-/// The font of a style: Inter where installed, else the system's own family.
+/// The font of a style: Inter where installed, else the system's own family. Small text on a light
+/// ground takes the next heavier cut where the renderer would thin it; `lightOnDark` tells how the
+/// text stands where that is not the scheme's way: on a canvas, on a filled button.
 QFont font(TextStyle style);
+QFont font(TextStyle style, bool lightOnDark);
+
+/// Gives text the stroke width that its designers drew: FreeType would thicken outlines of
+/// PostScript flavour, twice as visible on a dark ground. Takes effect only before the first
+/// QGuiApplication; leaves a FREETYPE_PROPERTIES of the user's own alone.
+void prepareTextRendering();
 
 /// All colours of one scheme with one accent. A value; compare two to know whether anything
 /// changes.

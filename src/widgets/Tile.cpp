@@ -25,7 +25,6 @@ Tile::Tile(const QString& symbol, const QString& text, bool raised, int height, 
     , m_raised(raised)
     , m_height(height)
 {
-    setFont(quorvane::font(TextStyle::label));
     setAutoDefault(false);
     setAttribute(Qt::WA_Hover);
     setFocusPolicy(Qt::TabFocus);

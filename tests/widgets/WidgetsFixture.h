@@ -1,0 +1,29 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "DesktopSettings.h"
+#include "QuorvaneStyle.h"
+#include "Theme.h"
+
+#include <gtest/gtest.h>
+
+#include <QApplication>
+#include <QStyle>
+
+namespace quorvane {
+
+/// The style in place, dark with a blue accent, movement off unless a test asks for it.
+class WidgetsTest : public testing::Test
+{
+protected:
+    WidgetsTest()
+    {
+        if (QApplication::style()->objectName() != QStringLiteral("quorvane")) {
+            QuorvaneStyle::install(*static_cast<QApplication*>(QCoreApplication::instance()));
+        }
+        DesktopSettings::instance().setReducedMotion(true);
+        setTheme(AppTheme::dark, AccentChoice::blue);
+    }
+};
+
+} // namespace quorvane
