@@ -61,7 +61,7 @@ TEST(StagedItem, IdIsTheHashOfTheUrlsBytes)
 {
     // "file:///a" by hand: 5381 and nine steps of times 31 plus the byte.
     std::int64_t expected = 5381;
-    for (const unsigned char byte : {'f', 'i', 'l', 'e', ':', '/', '/', '/', 'a'}) {
+    for (const int byte : {'f', 'i', 'l', 'e', ':', '/', '/', '/', 'a'}) {
         expected = expected * 31 + byte;
     }
     EXPECT_EQ(FileTree::stagedItem("a", FilePath("/a"), 1)->id(), expected);
