@@ -295,7 +295,9 @@ TEST_F(TreemapViewTests, MenuActsOnTheHoveredNode)
         texts << action->text();
         action->trigger();
     }
-    EXPECT_EQ(texts, (QStringList{QStringLiteral("Reveal in Finder"), QStringLiteral("Open")}));
+    EXPECT_EQ(texts, (QStringList{QStringLiteral("Stage for Cleanup"),
+                                  QStringLiteral("Reveal in Finder"), QStringLiteral("Open")}));
+    EXPECT_TRUE(node("a.txt")->isStagedForTrash());
     const FilePath path = node("a.txt")->path();
     EXPECT_EQ(m_platform.workspace.revealed, std::vector<FilePath>{path});
     EXPECT_EQ(m_platform.workspace.opened, std::vector<FilePath>{path});
