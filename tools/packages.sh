@@ -3,10 +3,11 @@
 # A package stands here because something of ours uses it; in which way stands beside it.
 
 packages_build=(
-    g++ cmake ninja-build
+    g++ cmake ninja-build pkg-config
     ccache lld                  # compiler cache and fast linker; the build works without them
     qt6-base-dev                # Core, Gui, Widgets, DBus, the xcb and offscreen platforms
     qt6-svg-dev libqt6svg6      # symbols are SVG: the library, and its plugin for icons
+    libglib2.0-dev              # GIO: the Trash
     bootstrap-icons fonts-inter # symbols compiled in, the typeface of the interface
     libgtest-dev libgmock-dev   # configuring looks for GoogleTest
 )

@@ -4,7 +4,16 @@
 #include <QCoreApplication>
 #include <QMetaObject>
 
+#include <atomic>
+#include <future>
+
 namespace quorvane {
+namespace {
+
+/// How often a job that waits for the main thread looks whether it is to stop.
+constexpr std::chrono::milliseconds cancelPollInterval{20};
+
+} // namespace
 
 bool Mailbox::put(std::function<void()> block)
 {
@@ -46,6 +55,24 @@ void MainThreadPoster::operator()(std::function<void()> block) const
     }
     QMetaObject::invokeMethod(
         application, [mailbox = m_mailbox] { mailbox->runNext(); }, Qt::QueuedConnection);
+}
+
+bool MainThreadPoster::andWait(const Job& job, std::function<void()> block) const
+{
+    // The event that carries the block owns the promise: an event that is dropped ends the waiting.
+    const auto hasRun = std::make_shared<std::atomic<bool>>(false);
+    auto end = std::make_shared<std::promise<void>>();
+    const std::future<void> ended = end->get_future();
+    (*this)([hasRun, end = std::move(end), block = std::move(block)] {
+        block();
+        hasRun->store(true);
+    });
+    while (ended.wait_for(cancelPollInterval) != std::future_status::ready) {
+        if (job.isCancelled()) {
+            return false;
+        }
+    }
+    return hasRun->load();
 }
 
 JobRunner::JobRunner(std::function<void()> lowerThisThread)

@@ -58,6 +58,9 @@ public:
     {}
     /// In the order of the calls from one thread. Dropped when the runner has gone meanwhile.
     void operator()(std::function<void()> block) const;
+    /// Any thread but the main one: returns when the block has run there. False when it will not be
+    /// waited for any longer, because the job is cancelled or the runner has gone.
+    bool andWait(const Job& job, std::function<void()> block) const;
 
 private:
     std::shared_ptr<Mailbox> m_mailbox;

@@ -232,6 +232,14 @@ TEST_F(TreemapViewTests, WithoutATreeItSaysSo)
     EXPECT_EQ(m_view.accessibleLabel(), QStringLiteral("Treemap of , 0 bytes"));
     EXPECT_EQ(m_view.accessibleValue(), QStringLiteral("0 regions, grow by clicking a folder"));
     EXPECT_EQ(m_view.scene(), nullptr);
+    EXPECT_EQ(m_view.emptyText(), QStringLiteral("No scan yet"));
+}
+
+TEST_F(TreemapViewTests, EmptyFolderHasNothingToDisplay)
+{
+    open("");
+    EXPECT_EQ(m_view.scene()->itemCount(), 0U);
+    EXPECT_EQ(m_view.emptyText(), QStringLiteral("Nothing to display"));
 }
 
 TEST_F(TreemapViewTests, DroppingTheTreeDropsTheScene)
