@@ -72,10 +72,7 @@ QString relativeDate(std::int64_t seconds, std::int64_t now)
     const bool isAhead = seconds > now;
     const Span span = isAhead ? spanBetween(now, seconds) : spanBetween(seconds, now);
     const QString words = QString::number(span.count) % QLatin1Char(' ') % span.unit;
-    if (isAhead) {
-        return QLatin1String("in ") % words;
-    }
-    return words % QLatin1String(" ago");
+    return isAhead ? QString(QLatin1String("in ") % words) : QString(words % QLatin1String(" ago"));
 }
 
 } // namespace quorvane
