@@ -39,6 +39,14 @@ QSize QuorvaneStyle::menuItemSize(const QStyleOptionMenuItem& option, const QSiz
     return {width + spacing::xs, measure::menuRow};
 }
 
+QSize QuorvaneStyle::menuBarItemSize(const QStyleOption* option, const QSize& size) const
+{
+    const auto* item = qstyleoption_cast<const QStyleOptionMenuItem*>(option);
+    const int words = item && isProgramMenu(*item) ? textWidth(TextStyle::captionStrong, item->text)
+                                                   : size.width();
+    return {words + 2 * spacing::s, measure::menuBarHeight};
+}
+
 void QuorvaneStyle::drawMenuItem(const QStyleOptionMenuItem& option, QPainter& painter) const
 {
     const QRectF rect = option.rect;
@@ -81,7 +89,11 @@ void QuorvaneStyle::drawMenuItem(const QStyleOptionMenuItem& option, QPainter& p
     }
     const QStringList parts = option.text.split(u'\t');
     painter.save();
-    painter.setFont(current ? font(TextStyle::body, true) : option.font);
+    QFont rowFont = option.font;
+    if (current && rowFont.weight() == font(TextStyle::body).weight()) {
+        rowFont.setWeight(font(TextStyle::body, isAccentLabelLight()).weight());
+    }
+    painter.setFont(rowFont);
     painter.setPen(words);
     const int flags = Qt::AlignVCenter | Qt::TextHideMnemonic | Qt::TextSingleLine;
     painter.drawText(content, flags | Qt::AlignLeft, parts.value(0));
