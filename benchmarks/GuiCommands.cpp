@@ -1,12 +1,16 @@
 // SPDX-License-Identifier: MIT
 #include "Command.h"
 #include "PaintCommand.h"
+#include "WindowCommand.h"
+
+#include <array>
 
 namespace quorvane {
 
 std::span<const Command> guiCommands()
 {
-    return {&paintCommand, 1};
+    static const std::array commands{paintCommand, windowCommand};
+    return commands;
 }
 
 } // namespace quorvane

@@ -3,6 +3,7 @@
 #include "DiskScanner.h"
 #include "FloorWalk.h"
 #include "JsonText.h"
+#include "ProcessMemory.h"
 #include "TreeSource.h"
 
 #include <sys/resource.h>
@@ -66,15 +67,6 @@ std::int64_t peakMemoryBytes()
     rusage usage = {};
     getrusage(RUSAGE_SELF, &usage);
     return std::int64_t{usage.ru_maxrss} * 1024;
-}
-
-std::int64_t residentBytes()
-{
-    std::ifstream statm("/proc/self/statm");
-    std::int64_t pages = 0;
-    std::int64_t residentPages = 0;
-    statm >> pages >> residentPages;
-    return residentPages * sysconf(_SC_PAGESIZE);
 }
 
 /// A folder counts itself among its directories; what lies below it does not.

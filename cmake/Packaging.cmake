@@ -17,6 +17,7 @@ if(APPLE)
   install(TARGETS quorvane BUNDLE DESTINATION .)
   set(CPACK_GENERATOR DragNDrop)
 else()
+  set(CMAKE_INSTALL_DOCDIR share/doc/quorvane)
   include(GNUInstallDirs)
   set(linux ${CMAKE_SOURCE_DIR}/packaging/linux)
   install(TARGETS quorvane RUNTIME)
@@ -33,14 +34,14 @@ set(CPACK_PACKAGE_VENDOR "The Quorvane authors")
 set(CPACK_PACKAGE_CONTACT "The Quorvane authors <quorvane@localhost>")
 set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "desktop disk-space analyser")
 set(CPACK_PACKAGE_DESCRIPTION
-    "Quorvane walks a folder or the whole disk with a few workers and shows what fills it
-as a treemap and in other views. What is not wanted goes to the Trash.")
+    "Quorvane walks a folder or the whole disk with a few workers and draws what it found
+as a treemap, so that one sees at a glance what is taking up space.")
 set(CPACK_PACKAGING_INSTALL_PREFIX /usr)
 set(CPACK_STRIP_FILES ON)
 set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
 set(CPACK_DEBIAN_PACKAGE_SECTION utils)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
-# Loaded at run time, so that no library dependency tells of them.
-set(CPACK_DEBIAN_PACKAGE_DEPENDS "libqt6svg6, qt6-qpa-plugins")
+# Loaded at run time, so that no library dependency tells of it.
+set(CPACK_DEBIAN_PACKAGE_DEPENDS "qt6-qpa-plugins")
 set(CPACK_DEBIAN_PACKAGE_RECOMMENDS "fonts-inter")
 include(CPack)

@@ -86,6 +86,10 @@ function(quorvane_test name)
   endif()
   add_test(NAME ${name} COMMAND ${CMAKE_SOURCE_DIR}/cmake/run-isolated $<TARGET_FILE:${name}>)
   set_tests_properties(${name} PROPERTIES TIMEOUT 600)
+  if(QUORVANE_SANITIZE MATCHES "thread")
+    set_tests_properties(${name} PROPERTIES
+      ENVIRONMENT "TSAN_OPTIONS=suppressions=${CMAKE_SOURCE_DIR}/cmake/tsan.supp")
+  endif()
 endfunction()
 
 # One fuzz target, its seeds in corpus/NAME beside the source. With QUORVANE_FUZZ it is a libFuzzer

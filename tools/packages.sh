@@ -18,34 +18,42 @@ packages_window=(
     xvfb openbox         # a display and a window manager where there is none
     xdotool imagemagick  # finding the window, taking its picture
 )
+packages_bench=(
+    python3   # benchmarks/bench
+    gdu       # what a scan is compared with; left out of the table where it is not installed
+)
 packages_lint=(clang-format clang-tidy clang-14)
 packages_fuzz=(clang-14 libclang-rt-14-dev)
 packages_package=(dpkg-dev file)
 
 # need GROUP…: installs what of these groups is missing. What is known to be there is remembered in
-# build/, under the very list, so that a second call costs nothing.
+# build/, under the very list and the state of the system's package database, so that a second call
+# costs nothing.
 need() {
-    local group names=() stamps=()
+    local group wanted=() groups=()
     for group in "$@"; do
         local -n list=packages_$group
         local stamp="build/.installed-$group"
-        if [[ ! -f $stamp || $(<"$stamp") != "${list[*]}" ]]; then
-            names+=("${list[@]}")
-            stamps+=("$stamp=${list[*]}")
+        if [[ ! -f $stamp || $(<"$stamp") != "${list[*]} $(package_state)" ]]; then
+            wanted+=("${list[@]}")
+            groups+=("$group")
         fi
     done
-    ((${#names[@]})) || return 0
+    ((${#wanted[@]})) || return 0
     if command -v apt-get >/dev/null; then
-        install_missing "${names[@]}"
+        install_missing "${wanted[@]}"
     else
-        say "No apt-get here; expecting the like of: ${names[*]}"
+        say "No apt-get here; expecting the like of: ${wanted[*]}"
     fi
     mkdir -p build
-    local entry
-    for entry in "${stamps[@]}"; do
-        printf '%s' "${entry#*=}" >"${entry%%=*}"
+    for group in "${groups[@]}"; do
+        local -n list=packages_$group
+        printf '%s' "${list[*]} $(package_state)" >"build/.installed-$group"
     done
 }
+
+# Changes with every package that comes or goes, and from system to system.
+package_state() { stat -c %d:%i:%Y /var/lib/dpkg/info 2>/dev/null || true; }
 
 install_missing() {
     local missing=() name

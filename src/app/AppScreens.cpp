@@ -2,6 +2,8 @@
 #include "AppScreens.h"
 
 #include "AnalysisView.h"
+#include "CleanupView.h"
+#include "SettingsView.h"
 #include "VisualizerHostView.h"
 
 namespace quorvane {
@@ -18,6 +20,14 @@ AppScreens AppScreens::standard()
                          [makeResult](AppState& state, QWidget* parent) -> QWidget* {
                              return new AnalysisView(state, makeResult, parent);
                          });
+    screens.sections.add(AppSection::cleanup, [](AppState& state, QWidget* parent) -> QWidget* {
+        return new CleanupView(state, parent);
+    });
+    screens.sections.add(AppSection::settings, [](AppState& state, QWidget* parent) -> QWidget* {
+        // No global hot key is registered so far.
+        const bool hasGlobalSearch = false;
+        return new SettingsView(state, hasGlobalSearch, parent);
+    });
     return screens;
 }
 

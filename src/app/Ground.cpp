@@ -6,7 +6,6 @@
 #include <QImage>
 #include <QPainter>
 
-#include <algorithm>
 #include <cmath>
 
 namespace quorvane {
@@ -45,15 +44,27 @@ const QPixmap& GlowView::picture()
     }
     const QSizeF radii = m_glow.radii * ratio;
     QImage image((2 * radii).toSize(), QImage::Format_ARGB32_Premultiplied);
-    for (int y = 0; y < image.height(); ++y) {
-        auto* const line = reinterpret_cast<QRgb*>(image.scanLine(y));
-        for (int x = 0; x < image.width(); ++x) {
-            const double away =
-                std::hypot((x + 0.5) / radii.width() - 1, (y + 0.5) / radii.height() - 1);
-            const auto alpha = static_cast<float>(m_glow.opacity * std::max(0.0, 1 - away));
-            line[x] = Dither::rounded({255 * alpha * accent.redF(), 255 * alpha * accent.greenF(),
-                                       255 * alpha * accent.blueF(), 255 * alpha},
-                                      x, y);
+    image.fill(Qt::transparent);
+    const float opacity = static_cast<float>(m_glow.opacity) * 255;
+    const int lastRow = image.height() - 1;
+    const int lastColumn = image.width() - 1;
+    // One quarter is computed; the others mirror it.
+    for (int y = 0; 2 * y <= lastRow; ++y) {
+        auto* const upper = reinterpret_cast<QRgb*>(image.scanLine(y));
+        auto* const lower = reinterpret_cast<QRgb*>(image.scanLine(lastRow - y));
+        const float up = (static_cast<float>(y) + 0.5F) / static_cast<float>(radii.height()) - 1;
+        for (int x = 0; 2 * x <= lastColumn; ++x) {
+            const float across =
+                (static_cast<float>(x) + 0.5F) / static_cast<float>(radii.width()) - 1;
+            const float away = std::sqrt(across * across + up * up);
+            if (away >= 1) {
+                continue;
+            }
+            const float alpha = opacity * (1 - away);
+            const QRgb pixel = Dither::rounded(
+                {alpha * accent.redF(), alpha * accent.greenF(), alpha * accent.blueF(), alpha}, x,
+                y);
+            upper[x] = upper[lastColumn - x] = lower[x] = lower[lastColumn - x] = pixel;
         }
     }
     m_picture = QPixmap::fromImage(image);

@@ -2,11 +2,13 @@
 #include "SidebarView.h"
 
 #include "AppState.h"
+#include "ByteFormatter.h"
 #include "DriveUsageView.h"
 #include "FileTypeLegend.h"
 #include "Label.h"
 #include "NavigationRow.h"
 #include "Refresher.h"
+#include "StagedRow.h"
 #include "Tile.h"
 #include "Tokens.h"
 
@@ -72,7 +74,7 @@ SidebarView::SidebarView(AppState& state, const SectionScreens& sections, QWidge
     whole->setContentsMargins(0, 0, 1, 0);
     whole->addWidget(scroll);
 
-    m_refresher->watch(m_state.isScanning, m_state.section);
+    m_refresher->watch(m_state.isScanning, m_state.section, m_state.stagedNodes);
     refresh();
 }
 
@@ -127,11 +129,27 @@ QWidget* SidebarView::makeTools(const SectionScreens& sections)
         column->addWidget(row);
         m_toolRows.push_back({tool.section, row});
     }
+    if (sections.contains(AppSection::cleanup)) {
+        column->addWidget(makeStagedRow());
+    }
     if (m_toolRows.empty()) {
         delete tools;
         return nullptr;
     }
     return tools;
+}
+
+QWidget* SidebarView::makeStagedRow()
+{
+    m_stagedPlace = new QWidget(this);
+    auto* const place = new QVBoxLayout(m_stagedPlace);
+    place->setContentsMargins(0, spacing::s, 0, 0);
+    m_staged = new StagedRow;
+    m_staged->setObjectName(QStringLiteral("stagedRow"));
+    connect(m_staged, &QAbstractButton::clicked, this,
+            [this] { m_state.section = AppSection::cleanup; });
+    place->addWidget(m_staged);
+    return m_stagedPlace;
 }
 
 QWidget* SidebarView::makeFileTypes()
@@ -150,6 +168,12 @@ void SidebarView::refresh()
     }
     for (const ToolRow& tool : m_toolRows) {
         tool.row->setCurrent(tool.section == m_state.section.value());
+    }
+    if (m_staged != nullptr) {
+        const std::size_t count = m_state.stagedNodes.value().size();
+        m_stagedPlace->setVisible(count > 0);
+        m_staged->setDetail(
+            tr("%1 items · %2").arg(count).arg(ByteFormatter::string(m_state.stagedSpace(), 1)));
     }
 }
 

@@ -13,6 +13,7 @@ class AppState;
 class NavigationRow;
 class Refresher;
 class ScanTile;
+class StagedRow;
 
 /// The column on the left, 240 wide: scan actions, the drive, the tools that exist, the colours of
 /// the file types. Scrolls when the window is low. Main thread.
@@ -33,11 +34,14 @@ private:
     QWidget* makeScanActions();
     QWidget* makeTools(const SectionScreens& sections);
     QWidget* makeFileTypes();
+    QWidget* makeStagedRow();
     void refresh();
 
     AppState& m_state;
     std::vector<ScanTile*> m_scanTiles;
     std::vector<ToolRow> m_toolRows;
+    StagedRow* m_staged = nullptr;
+    QWidget* m_stagedPlace = nullptr;
     Refresher* m_refresher;
 };
 

@@ -31,10 +31,11 @@ WindowToolBar::WindowToolBar(AppState& state, const SectionScreens& sections,
     m_zoomOut = makeAction(QStringLiteral("level.up"), tr("Zoom Out"),
                            QStringLiteral("zoomOutButton"), &AppState::focusUp);
     m_zoomOut->setToolTip(tr("Zoom out one level (Esc)"));
+    makeDetailsToggle();
     makeSettingsButton(sections);
     layOut();
     m_refresher->watch(m_state.section, m_state.rootNode, m_state.focusNode, m_state.isScanning,
-                       m_state.visualizer);
+                       m_state.visualizer, m_state.storageInspectorVisible);
     refresh();
     setSidebarShown(true);
 }
@@ -71,6 +72,16 @@ ToolButton* WindowToolBar::makeAction(const QString& symbol, const QString& name
     return button;
 }
 
+void WindowToolBar::makeDetailsToggle()
+{
+    m_details = new ToolButton(QStringLiteral("sidebar.right"), tr("Details"), this);
+    m_details->setObjectName(QStringLiteral("detailsButton"));
+    m_details->setToolTip(tr("Toggle the details panel"));
+    m_details->setCheckable(true);
+    connect(m_details, &QAbstractButton::clicked, this,
+            [this] { m_state.setInspectorVisible(!m_state.inspectorVisible()); });
+}
+
 void WindowToolBar::makeSettingsButton(const SectionScreens& sections)
 {
     if (!sections.contains(AppSection::settings)) {
@@ -100,6 +111,7 @@ void WindowToolBar::layOut()
     row->addStretch();
     row->addWidget(m_rescan);
     row->addWidget(m_zoomOut);
+    row->addWidget(m_details);
     if (m_settings != nullptr) {
         row->addSpacing(2);
         row->addWidget(m_settings);
@@ -120,6 +132,8 @@ void WindowToolBar::refresh()
     m_title->setText(title(section));
     m_rescan->setVisible(m_state.hasScan());
     m_zoomOut->setVisible(isAnalysis && m_state.focusNode.value() != nullptr);
+    m_details->setVisible(isAnalysis && m_state.hasScan());
+    m_details->setChecked(m_state.inspectorVisible());
     m_picker->setVisible(m_pickerTypes.size() > 1 && isAnalysis && m_state.hasScan() &&
                          !m_state.isScanning.value());
     const auto current =

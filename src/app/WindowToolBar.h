@@ -45,6 +45,7 @@ private:
                            void (AppState::*run)());
     /// Only where there is a settings screen.
     void makeSettingsButton(const SectionScreens& sections);
+    void makeDetailsToggle();
     void layOut();
     void refresh();
     void fitWords();
@@ -56,6 +57,7 @@ private:
     std::vector<VisualizerType> m_pickerTypes;
     ToolButton* m_rescan = nullptr;
     ToolButton* m_zoomOut = nullptr;
+    ToolButton* m_details = nullptr;
     ToolButton* m_settings = nullptr;
     Refresher* m_refresher;
 };

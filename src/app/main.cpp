@@ -8,6 +8,7 @@
 #include "StartArguments.h"
 #include "Theme.h"
 #include "ThreadPriority.h"
+#include "Trash.h"
 
 #include <QApplication>
 #include <QDir>
@@ -73,12 +74,8 @@ int run(QApplication& application, const StartArguments& arguments)
     JsonPreferences preferences(JsonPreferences::standardFilePath());
     const std::unique_ptr<Workspace> workspace = makeDesktopWorkspace();
     DialogFolderChooser folderChooser;
-    const Platform platform{FileSystemCalls::system(),
-                            preferences,
-                            *workspace,
-                            folderChooser,
-                            homeFolder(),
-                            lowerThisThread};
+    const Platform platform{FileSystemCalls::system(), preferences,  *workspace,     folderChooser,
+                            Trash::system(),           homeFolder(), lowerThisThread};
     QuorvaneApp program(application, platform, AppScreens::standard());
     program.showWindow();
     if (arguments.folder) {

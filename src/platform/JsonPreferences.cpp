@@ -72,7 +72,7 @@ void syncFolder(const QString& path)
 JsonPreferences::JsonPreferences(QString filePath)
     : m_filePath(std::move(filePath))
 {
-    read(m_values);
+    readFile(m_values);
 }
 
 QString JsonPreferences::standardFilePath()
@@ -81,7 +81,7 @@ QString JsonPreferences::standardFilePath()
            QLatin1String("/Quorvane/preferences.json");
 }
 
-JsonPreferences::FileState JsonPreferences::read(QJsonObject& object) const
+JsonPreferences::FileState JsonPreferences::readFile(QJsonObject& object) const
 {
     QFile file(m_filePath);
     if (!file.exists()) {
@@ -116,7 +116,7 @@ bool JsonPreferences::setValue(std::string_view key, const PreferenceValue& valu
     // Another process of ours may have written meanwhile: only the keys set here are ours to
     // change.
     QJsonObject onDisk;
-    const FileState state = read(onDisk);
+    const FileState state = readFile(onDisk);
     if (state == FileState::readable) {
         m_values = onDisk;
     }

@@ -27,7 +27,7 @@ public:
 private:
     enum class FileState { missing, readable, broken };
 
-    FileState read(QJsonObject& object) const;
+    FileState readFile(QJsonObject& object) const;
     bool keepBrokenFileAside() const;
     bool write() const;
 

@@ -10,6 +10,7 @@ namespace quorvane {
 class FileSystemCalls;
 class FolderChooser;
 class Preferences;
+class Trash;
 class Workspace;
 
 /// What the system below offers, handed to the model at its start. Everything outlives the model.
@@ -19,6 +20,7 @@ struct Platform
     Preferences& preferences;
     Workspace& workspace;
     FolderChooser& folderChooser;
+    Trash& trash;
     /// The user's home folder, fixed for the life of the process.
     FilePath home;
     /// Gives the calling thread a lower priority for processor and disk.

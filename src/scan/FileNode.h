@@ -6,6 +6,7 @@
 
 #include <QString>
 
+#include <atomic>
 #include <cstddef>
 #include <cstdint>
 #include <memory>
@@ -29,7 +30,7 @@ struct DirectoryPart;
 /// are one array. Outside the tree a node is held by a std::shared_ptr<FileNode> that shares
 /// ownership of the whole tree. Written by one scan worker at a time and by finalizeTree(); read
 /// from any thread without a lock once the tree is finished. The one field that changes then is
-/// isStagedForTrash, on the main thread alone.
+/// isStagedForTrash.
 class FileNode
 {
 public:
@@ -77,9 +78,16 @@ public:
     /// Number of steps up to the root.
     std::size_t depth() const;
 
-    bool isStagedForTrash() const { return m_isStagedForTrash; }
-    /// Main thread only.
-    void setStagedForTrash(bool staged) { m_isStagedForTrash = staged; }
+    /// Any thread.
+    bool isStagedForTrash() const
+    {
+        return std::atomic_ref<bool>(m_isStagedForTrash).load(std::memory_order_relaxed);
+    }
+    /// Any thread; who stages and unstages is the model's to order.
+    void setStagedForTrash(bool staged)
+    {
+        std::atomic_ref<bool>(m_isStagedForTrash).store(staged, std::memory_order_relaxed);
+    }
 
     /// Rolls sums up, sorts every folder's children and so sets largestChild, for the whole tree
     /// below this node. Called once on the root when all workers have ended. Uses no recursion: a
@@ -136,7 +144,7 @@ private:
     };
     std::uint32_t m_nameLength : nameLengthBits;
     std::uint32_t m_flags : 8;
-    bool m_isStagedForTrash;
+    mutable bool m_isStagedForTrash;
 };
 
 /// What only a folder needs. Lives in the tree's arena.

@@ -100,7 +100,7 @@ void FileTree::fill(FileNode& node, DirectoryPart* parent, const NodeValues& val
 
 std::shared_ptr<FileTree> FileTree::create(const FilePath& rootPath, const NodeValues& root)
 {
-    const std::shared_ptr<FileTree> tree(new FileTree);
+    std::shared_ptr<FileTree> tree(new FileTree);
     tree->m_anchor.path = rootPath;
     NodeArena& arena = tree->addArena();
     void* const place = arena.allocate(sizeof(FileNode), alignof(FileNode));

@@ -123,10 +123,10 @@ constexpr std::size_t firstSlot(const PackedPiece& piece)
     return static_cast<std::size_t>(mixed >> (64 - slotBits));
 }
 
-constexpr std::size_t slotOf(std::span<const Slot, slotCount> slots, const PackedPiece& piece)
+constexpr std::size_t slotOf(std::span<const Slot, slotCount> pieceSlots, const PackedPiece& piece)
 {
     std::size_t i = firstSlot(piece);
-    while (slots[i].piece != PackedPiece() && slots[i].piece != piece) {
+    while (pieceSlots[i].piece != PackedPiece() && pieceSlots[i].piece != piece) {
         i = (i + 1) % slotCount;
     }
     return i;
@@ -136,28 +136,28 @@ constexpr std::size_t slotOf(std::span<const Slot, slotCount> slots, const Packe
 /// longestPiece does not compile.
 constexpr std::array<Slot, slotCount> makeSlots()
 {
-    std::array<Slot, slotCount> slots{};
+    std::array<Slot, slotCount> pieceSlots{};
     for (const PieceList& list : pieceLists) {
         std::string_view rest = list.pieces;
         while (!rest.empty()) {
             const std::string_view piece = rest.substr(0, rest.find(' '));
             rest.remove_prefix(std::min(piece.size() + 1, rest.size()));
-            Slot& slot = slots[slotOf(slots, packed(piece))];
+            Slot& slot = pieceSlots[slotOf(pieceSlots, packed(piece))];
             if (slot.piece == packed(piece) || piece.size() > longestPiece) {
                 throw "a piece stands twice or is too long";
             }
             slot = {packed(piece), list.category};
         }
     }
-    return slots;
+    return pieceSlots;
 }
 
-constexpr std::array<Slot, slotCount> slots = makeSlots();
+constexpr std::array<Slot, slotCount> pieceSlots = makeSlots();
 
 /// The category of an empty slot is `other`.
 FileTypeCategory lookUp(const PackedPiece& piece)
 {
-    return slots[slotOf(slots, piece)].category;
+    return pieceSlots[slotOf(pieceSlots, piece)].category;
 }
 
 /// For a piece with bytes beyond ASCII, some of which may become ASCII: the Kelvin sign, for one.

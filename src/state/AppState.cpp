@@ -62,6 +62,7 @@ void AppState::dropOldScan()
     rootNode = nullptr;
     selectedNode = nullptr;
     focusNode = nullptr;
+    stagedNodes = std::vector<NodePointer>{};
     nodesByID = std::make_shared<const NodeIndex>();
     // The fields have let go of it by now, so a tree of millions of nodes ends in the background.
     m_jobs.release(std::move(oldTree));
@@ -153,6 +154,11 @@ void AppState::focusUp()
     FileNode* const parent = focus ? focus->parent() : nullptr;
     focusNode = parent != nullptr ? NodePointer(focus, parent) : rootNode.value();
     selectedNode = nullptr;
+}
+
+std::optional<std::int64_t> AppState::creationDate(const FileNode& node) const
+{
+    return DiskScanner(0, m_platform.fileSystem).fileCreationDate(node.path());
 }
 
 void AppState::revealInFinder(const FileNode& node)

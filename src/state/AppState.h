@@ -20,10 +20,13 @@
 #include <QTimer>
 
 #include <chrono>
+#include <cstddef>
+#include <cstdint>
 #include <map>
 #include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace quorvane {
 
@@ -50,9 +53,13 @@ public:
     QProperty<AppSection> section{AppSection::analysis};
     QProperty<AppSection> sectionBeforeSettings{AppSection::analysis};
     QProperty<VisualizerType> visualizer{VisualizerType::treemap};
-    QProperty<NodePointer> focusNode;               ///< folder that the visualisers draw as root
-    QProperty<std::optional<QString>> flashMessage; ///< text of the flash banner
-    QProperty<DriveSample> driveStat;               ///< usage of the start-up drive
+    QProperty<NodePointer> focusNode;                ///< folder that the visualisers draw as root
+    QProperty<std::vector<NodePointer>> stagedNodes; ///< the Trash queue, in the order of staging
+    QProperty<std::optional<QString>> flashMessage;  ///< text of the flash banner
+    QProperty<DriveSample> driveStat;                ///< usage of the start-up drive
+    QProperty<bool> isTrashingStaged{false};         ///< a batch is on its way to the Trash
+    QProperty<double> trashProgress{0};              ///< share of the batch that is done, 0 to 1
+    QProperty<std::optional<QString>> trashStatus;   ///< status line of the batch
     QProperty<AppTheme> theme{AppTheme::dark};
     QProperty<AccentChoice> accent{AccentChoice::blue};
     QProperty<AppPalette> storagePalette{AppPalette::slate};
@@ -109,8 +116,23 @@ public:
     void select(const NodePointer& node);
     void focus(const NodePointer& node);
     void focusUp();
+    /// When the node was created, in whole seconds since 1970: one call to the file system. Absent
+    /// when it fails and where the file system keeps no such date.
+    std::optional<std::int64_t> creationDate(const FileNode& node) const;
     void revealInFinder(const FileNode& node);
     void openInApp(const FileNode& node);
+
+    // ---- Staging --------------------------------------------------------------------------------
+    /// Stages or unstages the selected node; nothing without one, and nothing for the scan root.
+    void stageSelection();
+    void toggleStaged(const NodePointer& node);
+    /// Harmless for a node that is not in the queue.
+    void unstage(FileNode& node);
+    /// Bytes of the queue, each entry counted by itself, whether or not it lies inside another.
+    std::int64_t stagedSpace() const;
+    /// Moves the queue to the Trash, one entry after another in the background, and scans the root
+    /// again. What cannot be moved stays on the disk. There is no way to stop it.
+    void sendStagedToTrash();
 
     // ---- Sections
     // ---------------------------------------------------------------------------------
@@ -142,6 +164,7 @@ private:
     void dropOldScan();
     void publishScan(FinishedScan finished);
     void buildIndex(std::shared_ptr<const NodeIndex> index);
+    void finishTrashing(std::size_t count);
 
     Platform m_platform;
     std::shared_ptr<LockedFlag> m_cancelFlag = std::make_shared<LockedFlag>();

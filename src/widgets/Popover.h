@@ -63,7 +63,7 @@ class ToolButton;
 
 /// A message that hangs over the screen until it is dismissed, 36 high. The owner places it with
 /// placeBelow; it shortens its text to what fits.
-class FlashBanner : public QWidget
+class FlashBanner final : public QWidget
 {
     Q_OBJECT
 

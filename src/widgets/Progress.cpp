@@ -73,7 +73,8 @@ void ProgressBar::paintEvent(QPaintEvent*)
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
     const qreal radius = measure::bar / 2.0;
-    const QRectF track(0, (height() - measure::bar) / 2, width(), measure::bar);
+    const int top = (height() - measure::bar) / 2;
+    const QRectF track(0, top, width(), measure::bar);
     QPainterPath shape;
     shape.addRoundedRect(track, radius, radius);
     painter.fillPath(shape, themeColor(ThemeColor::raised));
@@ -133,7 +134,8 @@ void SweepRail::paintEvent(QPaintEvent*)
 {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
-    const QRectF track(0, (height() - measure::rail) / 2, width(), measure::rail);
+    const int top = (height() - measure::rail) / 2;
+    const QRectF track(0, top, width(), measure::rail);
     QPainterPath shape;
     shape.addRoundedRect(track, track.height() / 2, track.height() / 2);
     painter.fillPath(shape, themeColor(ThemeColor::raised));

@@ -197,9 +197,28 @@ QIcon QuorvaneStyle::standardIcon(StandardPixmap pixmap, const QStyleOption* opt
         return symbolIcon(QStringLiteral("xmark.circle.fill"), ThemeColor::text3);
     case SP_DirIcon:
     case SP_DirClosedIcon:
+    case SP_DirLinkIcon:
         return symbolIcon(QStringLiteral("folder.fill"), ThemeColor::accentText);
     case SP_FileIcon:
+    case SP_FileLinkIcon:
         return symbolIcon(QStringLiteral("doc"));
+    case SP_ComputerIcon:
+        return symbolIcon(QStringLiteral("desktopcomputer"));
+    case SP_DriveHDIcon:
+        return symbolIcon(QStringLiteral("internaldrive"));
+    case SP_FileDialogBack:
+    case SP_ArrowBack:
+        return symbolIcon(QStringLiteral("chevron.left"));
+    case SP_ArrowForward:
+        return symbolIcon(QStringLiteral("chevron.right"));
+    case SP_FileDialogToParent:
+        return symbolIcon(QStringLiteral("chevron.up"));
+    case SP_FileDialogNewFolder:
+        return symbolIcon(QStringLiteral("folder.badge.plus"));
+    case SP_FileDialogListView:
+        return symbolIcon(QStringLiteral("square.grid.3x3"));
+    case SP_FileDialogDetailedView:
+        return symbolIcon(QStringLiteral("list.bullet.rectangle"));
     default:
         return QProxyStyle::standardIcon(pixmap, option, widget);
     }

@@ -57,6 +57,7 @@ constexpr std::pair<QStyle::StyleHint, int> hints[] = {
     {QStyle::SH_ComboBox_Popup, 1},
     {QStyle::SH_ScrollBar_Transient, 0},
     {QStyle::SH_ScrollBar_LeftClickAbsolutePosition, 1},
+    {QStyle::SH_DialogButtonBox_ButtonsHaveIcons, 0},
     {QStyle::SH_EtchDisabledText, 0},
     {QStyle::SH_DitherDisabledText, 0},
     {QStyle::SH_ItemView_ShowDecorationSelected, 1},

@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <QList>
 #include <QString>
 
 #include <cstdint>

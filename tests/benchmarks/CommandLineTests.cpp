@@ -141,6 +141,26 @@ TEST(BenchProgram, EndsWith2ForAMalformedDump)
     EXPECT_NE(outcome.output.find("line 2: "), std::string::npos) << outcome.output;
 }
 
+TEST(BenchProgram, PaintsWhereItIsBuiltWithTheScreens)
+{
+    const TemporaryFolder folder;
+    testing::makeFile(folder.path("one.mp4"), 5000);
+    testing::makeFile(folder.path("two.txt"), 5000);
+    const Outcome outcome = run("paint " + folder.path() + " --size 300x200");
+    if (!QUORVANE_BENCH_PAINTS) {
+        EXPECT_EQ(outcome.code, 2);
+        return;
+    }
+    ASSERT_EQ(outcome.code, 0) << outcome.output;
+    const std::size_t start = outcome.output.find('{');
+    const QJsonObject times =
+        QJsonDocument::fromJson(QByteArray::fromStdString(outcome.output.substr(start))).object();
+    EXPECT_EQ(times[QLatin1String("slices")].toInteger(), 2);
+    for (const char* key : {"layoutMilliseconds", "repaintMilliseconds", "hoverMilliseconds"}) {
+        EXPECT_GT(times[QLatin1String(key)].toDouble(), 0) << key;
+    }
+}
+
 TEST(BenchProgram, ScanAndFloorAgreeOnWhatIsThere)
 {
     const TemporaryFolder folder;

@@ -94,7 +94,8 @@ TEST_F(Accessibility, TabLeadsThroughTheWelcomeScreenInReadingOrder)
     EXPECT_EQ(QApplication::focusWidget(), &window());
     const QStringList expected{
         QStringLiteral("chooseFolderTile"),      QStringLiteral("scanHomeTile"),
-        QStringLiteral("scanFullMacTile"),       QStringLiteral("sidebarToggle"),
+        QStringLiteral("scanFullMacTile"),       QStringLiteral("toolRow.cleanup"),
+        QStringLiteral("sidebarToggle"),         QStringLiteral("settingsButton"),
         QStringLiteral("welcomeScanHomeButton"), QStringLiteral("welcomeChooseFolderButton")};
     const QStringList walked = tabWalk();
     EXPECT_EQ(walked, expected) << walked.join(QLatin1Char(' ')).toStdString();

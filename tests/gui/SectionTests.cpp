@@ -20,12 +20,25 @@ ScreenFactory dummy(const char* name)
     };
 }
 
+/// The program without any section but the analysis.
+AppScreens analysisAlone()
+{
+    const AppScreens all = AppScreens::standard();
+    AppScreens screens;
+    screens.visualizers = all.visualizers;
+    screens.sections.add(AppSection::analysis,
+                         [sections = all.sections](AppState& state, QWidget* parent) {
+                             return sections.make(AppSection::analysis, state, parent);
+                         });
+    return screens;
+}
+
 class Sections : public ProgramFixture
 {
 protected:
     void startWith(std::initializer_list<AppSection> sections)
     {
-        AppScreens screens = AppScreens::standard();
+        AppScreens screens = analysisAlone();
         for (const AppSection section : sections) {
             screens.sections.add(section, dummy("dummyScreen"));
         }
@@ -53,8 +66,9 @@ protected:
 
 TEST_F(Sections, WhatIsNotThereIsNotOffered)
 {
-    start();
+    startWith({});
     EXPECT_FALSE(exists("sidebarTools"));
+    EXPECT_FALSE(exists("stagedRow"));
     EXPECT_FALSE(exists("settingsButton"));
     EXPECT_FALSE(exists("settingsAction"));
     EXPECT_EQ(menuTitles(), (QStringList{QStringLiteral("Quorvane"), QStringLiteral("Scan")}));

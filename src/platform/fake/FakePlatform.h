@@ -6,6 +6,7 @@
 #include "Platform.h"
 #include "RecordingWorkspace.h"
 #include "ScriptedFolderChooser.h"
+#include "ScriptedTrash.h"
 
 #include <utility>
 
@@ -23,13 +24,15 @@ struct FakePlatform
 
     Platform platform()
     {
-        return {fileSystem, preferences, workspace, folderChooser, homeFolder, lowerThisThread};
+        return {fileSystem, preferences, workspace,      folderChooser,
+                trash,      homeFolder,  lowerThisThread};
     }
 
     FileSystemCalls& fileSystem;
     MemoryPreferences preferences;
     RecordingWorkspace workspace;
     ScriptedFolderChooser folderChooser;
+    ScriptedTrash trash;
     FilePath homeFolder;
     /// Left empty: the threads of a test keep their priority.
     std::function<void()> lowerThisThread;

@@ -1,9 +1,8 @@
 // SPDX-License-Identifier: MIT
-#include "FileSystemCalls.h"
+#include "PosixFileSystemCalls.h"
 
 #include <fcntl.h>
 #include <linux/magic.h>
-#include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/statvfs.h>
 #include <sys/syscall.h>
@@ -43,20 +42,6 @@ struct DirectoryRecord
 constexpr std::size_t recordNameOffset =
     offsetof(DirectoryRecord, type) + sizeof(DirectoryRecord::type);
 
-EntryStatus::Kind kindOf(mode_t mode)
-{
-    switch (mode & S_IFMT) {
-    case S_IFDIR:
-        return EntryStatus::Kind::directory;
-    case S_IFREG:
-        return EntryStatus::Kind::regularFile;
-    case S_IFLNK:
-        return EntryStatus::Kind::symbolicLink;
-    default:
-        return EntryStatus::Kind::other;
-    }
-}
-
 void appendRecords(const char* records, std::size_t size, NameList& names)
 {
     for (std::size_t at = 0; at < size;) {
@@ -73,16 +58,9 @@ void appendRecords(const char* records, std::size_t size, NameList& names)
     }
 }
 
-class LinuxFileSystemCalls final : public FileSystemCalls
+class LinuxFileSystemCalls final : public PosixFileSystemCalls
 {
 public:
-    int openDirectory(int parent, const char* name) override
-    {
-        return openat(parent, name, O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC);
-    }
-
-    void close(int directory) override { ::close(directory); }
-
     bool appendNames(int directory, NameList& names) override
     {
         alignas(std::uint64_t) static thread_local std::array<char, listingBytes> buffer;
@@ -104,11 +82,7 @@ public:
         if (fstatat(directory, name, &entry, AT_SYMLINK_NOFOLLOW | AT_NO_AUTOMOUNT) != 0) {
             return false;
         }
-        status.kind = kindOf(entry.st_mode);
-        status.size = entry.st_size;
-        status.allocatedBytes = entry.st_blocks * 512;
-        status.modifiedSeconds = entry.st_mtim.tv_sec;
-        status.device = entry.st_dev;
+        status = statusFrom(entry);
         return true;
     }
 
@@ -149,24 +123,9 @@ public:
         capacity.availableBytes = std::uint64_t{volume.f_bavail} * volume.f_frsize;
         return true;
     }
-
-    int descriptorLimit() override
-    {
-        rlimit limit = {};
-        constexpr rlim_t atMost = 1 << 20;
-        if (getrlimit(RLIMIT_NOFILE, &limit) != 0) {
-            return 256;
-        }
-        return static_cast<int>(std::min(limit.rlim_cur, atMost));
-    }
 };
 
 } // namespace
-
-int FileSystemCalls::noDirectory()
-{
-    return AT_FDCWD;
-}
 
 FileSystemCalls& FileSystemCalls::system()
 {

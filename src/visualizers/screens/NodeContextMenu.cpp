@@ -18,6 +18,14 @@ void popUpNodeContextMenu(AppState& state, const NodePointer& node, QWidget& own
     auto* const menu = new Menu(&owner);
     menu->setObjectName(QStringLiteral("nodeContextMenu"));
     menu->setAttribute(Qt::WA_DeleteOnClose);
+    const NodePointer root = state.rootNode.value();
+    QAction* const stage = menu->addItem(
+        QStringLiteral("trash"), node->isStagedForTrash() ? QStringLiteral("Unstage from Cleanup")
+                                                          : QStringLiteral("Stage for Cleanup"));
+    stage->setObjectName(QStringLiteral("stageAction"));
+    stage->setEnabled(!root || node->id() != root->id());
+    QObject::connect(stage, &QAction::triggered, menu,
+                     [&state, node] { state.toggleStaged(node); });
     const QAction* const reveal =
         menu->addItem(QStringLiteral("folder"), QStringLiteral("Reveal in Finder"));
     QObject::connect(reveal, &QAction::triggered, menu,

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "TreemapLabels.h"
 
+#include "ByteFormatter.h"
+
 #include <QTextBoundaryFinder>
 
 #include <algorithm>
@@ -50,6 +52,11 @@ int TreemapLabels::fontSize(double width)
         }
     }
     return 9;
+}
+
+QString TreemapLabels::aggregate(std::int64_t bytes)
+{
+    return QLatin1Char('[') + ByteFormatter::string(bytes, 1) + QStringLiteral(" Cache Files]");
 }
 
 QString TreemapLabels::fit(const QString& text, double width)

@@ -7,6 +7,7 @@
 
 #include <array>
 #include <cstddef>
+#include <cstdint>
 
 class QPaintDevice;
 
@@ -40,6 +41,9 @@ struct TreemapLabels
 {
     /// Font size of a tile's label, points, from the tile's width.
     static int fontSize(double width);
+    /// What stands on a tile that many small items are folded into: "[1.5 MB Cache Files]",
+    /// whatever they are.
+    static QString aggregate(std::int64_t bytes);
     /// The cheap cut: at most max(trunc((width - 8) / 5), 2) characters, the last one an ellipsis.
     static QString fit(const QString& text, double width);
     /// The exact cut: the longest prefix that measures no more than width together with an

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "TreemapPainter.h"
 
-#include "ByteFormatter.h"
 #include "NodeColors.h"
 #include "TreemapColors.h"
 #include "TreemapLabels.h"
@@ -104,10 +103,9 @@ void TreemapPainter::paintAggregate(const Slice& slice, bool dimmed)
     tile.strokeWidth = boundaryWidth;
     m_tiles.draw(tile);
     if (tile.rect.width > 64 && tile.rect.height > 16) {
-        const QString text = QLatin1Char('[') + ByteFormatter::string(slice.aggregateBytes, 1) +
-                             QStringLiteral(" Cache Files]");
         const LabelFont& font = labelFont(9, false);
-        const QString label = TreemapLabels::fit(text, tile.rect.width - 8);
+        const QString label =
+            TreemapLabels::fit(TreemapLabels::aggregate(slice.aggregateBytes), tile.rect.width - 8);
         drawText(label, font, tile.rect.x + (tile.rect.width - font.width(label)) / 2,
                  tile.rect.y + tile.rect.height / 2, Qt::white);
     }

@@ -45,12 +45,12 @@ public:
     /// What assistive technology reads for the canvas as a whole.
     virtual QString accessibleLabel() const = 0;
     virtual QString accessibleValue() const = 0;
+    /// Shown in the middle when there is nothing to draw.
+    virtual QString emptyText() const;
     /// Acts as a click on an item, or on none.
     void activate(std::optional<std::size_t> item);
 
 protected:
-    /// Shown in the middle when there is nothing to draw.
-    virtual QString emptyText() const;
     AppState& state() const { return m_state; }
 
     bool event(QEvent* event) override;

@@ -4,9 +4,11 @@
 #include "AppState.h"
 #include "BreadcrumbBar.h"
 #include "FooterView.h"
+#include "InspectorView.h"
 #include "Tokens.h"
 #include "TreemapView.h"
 
+#include <QHBoxLayout>
 #include <QShortcut>
 #include <QStackedWidget>
 #include <QVBoxLayout>
@@ -26,9 +28,13 @@ VisualizerHostView::VisualizerHostView(AppState& state, VisualizerScreens screen
     canvasRow->setContentsMargins(measure::canvasInset, 0, measure::canvasInset,
                                   measure::canvasInset);
     canvasRow->addWidget(m_stack);
-    auto* const column = new QVBoxLayout(this);
-    column->setContentsMargins(0, 0, 0, 0);
+    auto* const row = new QHBoxLayout(this);
+    row->setContentsMargins(0, 0, 0, 0);
+    row->setSpacing(0);
+    auto* const column = new QVBoxLayout;
     column->setSpacing(0);
+    row->addLayout(column, 1);
+    row->addWidget(new InspectorView(state, this));
     column->addWidget(new BreadcrumbBar(state, this));
     column->addLayout(canvasRow, 1);
     column->addWidget(new FooterView(state, this));

@@ -14,8 +14,8 @@ namespace quorvane {
 
 class AppState;
 
-/// The analysis of a finished scan: the way down to the folder on show, the current visualiser, and
-/// the footer. Esc anywhere inside zooms out one level.
+/// The analysis of a finished scan: the way down to the folder on show, the current visualiser,
+/// the footer, and the details beside them. Esc anywhere inside zooms out one level.
 class VisualizerHostView : public QWidget
 {
     Q_OBJECT

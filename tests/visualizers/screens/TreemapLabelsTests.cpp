@@ -22,6 +22,11 @@ TEST(TreemapLabelsTests, FontGrowsWithTheTile)
     EXPECT_EQ(TreemapLabels::fontSize(260), 13);
 }
 
+TEST(TreemapLabelsTests, AggregateIsCalledCacheFilesWhateverItHolds)
+{
+    EXPECT_EQ(TreemapLabels::aggregate(1572864), QStringLiteral("[1.5 MB Cache Files]"));
+}
+
 TEST(TreemapLabelsTests, CheapCutCountsCharacters)
 {
     // (58 - 8) / 5 = 10 characters.

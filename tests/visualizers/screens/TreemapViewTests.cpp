@@ -232,6 +232,14 @@ TEST_F(TreemapViewTests, WithoutATreeItSaysSo)
     EXPECT_EQ(m_view.accessibleLabel(), QStringLiteral("Treemap of , 0 bytes"));
     EXPECT_EQ(m_view.accessibleValue(), QStringLiteral("0 regions, grow by clicking a folder"));
     EXPECT_EQ(m_view.scene(), nullptr);
+    EXPECT_EQ(m_view.emptyText(), QStringLiteral("No scan yet"));
+}
+
+TEST_F(TreemapViewTests, EmptyFolderHasNothingToDisplay)
+{
+    open("");
+    EXPECT_EQ(m_view.scene()->itemCount(), 0U);
+    EXPECT_EQ(m_view.emptyText(), QStringLiteral("Nothing to display"));
 }
 
 TEST_F(TreemapViewTests, DroppingTheTreeDropsTheScene)
@@ -287,7 +295,9 @@ TEST_F(TreemapViewTests, MenuActsOnTheHoveredNode)
         texts << action->text();
         action->trigger();
     }
-    EXPECT_EQ(texts, (QStringList{QStringLiteral("Reveal in Finder"), QStringLiteral("Open")}));
+    EXPECT_EQ(texts, (QStringList{QStringLiteral("Stage for Cleanup"),
+                                  QStringLiteral("Reveal in Finder"), QStringLiteral("Open")}));
+    EXPECT_TRUE(node("a.txt")->isStagedForTrash());
     const FilePath path = node("a.txt")->path();
     EXPECT_EQ(m_platform.workspace.revealed, std::vector<FilePath>{path});
     EXPECT_EQ(m_platform.workspace.opened, std::vector<FilePath>{path});

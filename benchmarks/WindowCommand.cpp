@@ -1,0 +1,161 @@
+// SPDX-License-Identifier: MIT
+#include "WindowCommand.h"
+
+#include "FakePlatform.h"
+#include "JsonText.h"
+#include "MainWindow.h"
+#include "ProcessMemory.h"
+#include "QuorvaneApp.h"
+#include "TreemapView.h"
+
+#include <QAbstractEventDispatcher>
+#include <QApplication>
+#include <QEventLoop>
+#include <QTimer>
+
+#include <time.h>
+
+#include <algorithm>
+#include <chrono>
+#include <cstdlib>
+#include <functional>
+#include <iostream>
+#include <string>
+
+namespace quorvane {
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+const Clock::time_point processStart = Clock::now();
+
+double millisecondsSince(Clock::time_point start)
+{
+    return std::chrono::duration<double, std::milli>(Clock::now() - start).count();
+}
+
+/// Processor time of the calling thread.
+double threadMilliseconds()
+{
+    timespec time = {};
+    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
+    return static_cast<double>(time.tv_sec) * 1e3 + static_cast<double>(time.tv_nsec) / 1e6;
+}
+
+/// The most processor time that the main thread spends between two waits for events: what holds the
+/// window up on our account, however busy the machine is.
+class BusyWatch
+{
+public:
+    BusyWatch()
+    {
+        QObject::connect(QAbstractEventDispatcher::instance(),
+                         &QAbstractEventDispatcher::aboutToBlock, &m_context, [this] {
+                             const double now = threadMilliseconds();
+                             m_longest = std::max(m_longest, now - m_lastWait);
+                             m_lastWait = now;
+                         });
+    }
+
+    void restart()
+    {
+        m_longest = 0;
+        m_lastWait = threadMilliseconds();
+    }
+    double longestMilliseconds() const { return m_longest; }
+
+private:
+    QObject m_context;
+    double m_lastWait = threadMilliseconds();
+    double m_longest = 0;
+};
+
+/// Runs the event loop until the condition holds, looked at every two milliseconds.
+void runUntil(const std::function<bool()>& condition)
+{
+    QEventLoop loop;
+    QTimer poll;
+    QObject::connect(&poll, &QTimer::timeout, &loop, [&] {
+        if (condition()) {
+            loop.quit();
+        }
+    });
+    poll.start(2);
+    loop.exec();
+}
+
+/// Whether the scan has ended, well or not, and its treemap is on show.
+bool isFinished(QuorvaneApp& program)
+{
+    AppState& state = program.appState();
+    if (state.isScanning.value()) {
+        return false;
+    }
+    const auto* const view = program.window().findChild<TreemapView*>();
+    return state.errorMessage.value() ||
+           (view != nullptr && view->scene() && !view->isComputingLayout() &&
+            view->scene()->request().target == state.rootNode.value());
+}
+
+int measure(QApplication& application, const FilePath& folder)
+{
+    FakePlatform fake;
+    QuorvaneApp program(application, fake.platform(), AppScreens::standard());
+    program.showWindow();
+    BusyWatch watch;
+    int turns = 0;
+    runUntil([&turns] { return ++turns > 20; });
+    const std::int64_t residentBefore = residentBytes();
+    watch.restart();
+    program.openFolder(folder);
+    runUntil([&] { return isFinished(program); });
+    const double launch = millisecondsSince(processStart);
+    if (const auto error = program.appState().errorMessage.value()) {
+        return complain(error->toStdString(), exitFailure);
+    }
+    const std::int64_t growth = residentBytes() - residentBefore;
+    const double busyScanning = watch.longestMilliseconds();
+    watch.restart();
+    program.appState().rescan();
+    runUntil([&] { return isFinished(program); });
+    std::string line;
+    JsonObject object(line);
+    object.integer("entries", static_cast<std::int64_t>(program.appState().nodesByID->size()));
+    object.real("launchMilliseconds", launch);
+    object.integer("memoryGrowthBytes", growth);
+    object.real("longestBusyMilliseconds", busyScanning);
+    object.real("longestBusyRescanMilliseconds", watch.longestMilliseconds());
+    object.endLine();
+    std::cout << line;
+    program.finishJobs(std::chrono::seconds(2));
+    return exitSuccess;
+}
+
+int runWindow(const Arguments& arguments)
+{
+    if (arguments.operands().size() != 1) {
+        return complain("window takes one folder", exitUsage);
+    }
+    // The dispatcher that tells when it goes to sleep.
+    qputenv("QT_NO_GLIB", "1");
+    if (qEnvironmentVariableIsEmpty("DISPLAY")) {
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+    }
+    char name[] = "quorvane-bench";
+    char* words[] = {name, nullptr};
+    int wordCount = 1;
+    QApplication application(wordCount, words);
+    return measure(application, FilePath(std::string(arguments.operands().front())));
+}
+
+} // namespace
+
+const Command windowCommand{
+    "window",
+    "DIR",
+    "Open the window on a scan and a rescan and tell the time to the finished treemap, the memory "
+    "that grew and the longest time that the main thread was busy.",
+    {},
+    runWindow};
+
+} // namespace quorvane

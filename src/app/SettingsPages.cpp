@@ -1,0 +1,245 @@
+// SPDX-License-Identifier: MIT
+#include "SettingsPages.h"
+
+#include "AppState.h"
+#include "AppVersion.h"
+#include "BrandMark.h"
+#include "Card.h"
+#include "Label.h"
+#include "Refresher.h"
+#include "SegmentedPicker.h"
+#include "SettingsChoices.h"
+#include "Symbols.h"
+#include "Tokens.h"
+
+#include <QCoreApplication>
+#include <QHBoxLayout>
+#include <QPainter>
+#include <QScrollArea>
+#include <QVBoxLayout>
+
+#include <algorithm>
+#include <cstddef>
+#include <functional>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace quorvane {
+namespace {
+
+constexpr int columnWidth = 640;
+constexpr int columnLeft = 40;
+constexpr int titleGap = 10;
+constexpr int markSide = 84;
+
+QString translated(const char* text)
+{
+    return QCoreApplication::translate("SettingsView", text);
+}
+
+class SymbolView : public QWidget
+{
+public:
+    explicit SymbolView(const QString& symbol)
+        : m_symbol(symbol)
+    {
+        setFixedSize(measure::iconRow, measure::iconRow);
+    }
+
+protected:
+    void paintEvent(QPaintEvent*) override
+    {
+        QPainter painter(this);
+        paintSymbol(painter, m_symbol, rect(), measure::iconRow, themeColor(ThemeColor::text2));
+    }
+
+private:
+    QString m_symbol;
+};
+
+/// A column of cards, each below its title.
+class Page : public QScrollArea
+{
+public:
+    explicit Page(const char* objectName)
+        : m_column(new QVBoxLayout)
+    {
+        setObjectName(QLatin1String(objectName));
+        setFrameShape(QFrame::NoFrame);
+        setWidgetResizable(true);
+        setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+        setFocusPolicy(Qt::NoFocus);
+        auto* const content = new QWidget;
+        auto* const place = new QHBoxLayout(content);
+        place->setContentsMargins(columnLeft, 0, columnLeft, spacing::xl);
+        auto* const body = new QWidget;
+        body->setMaximumWidth(columnWidth);
+        body->setLayout(m_column);
+        place->addWidget(body, 1);
+        place->addStretch();
+        m_column->setContentsMargins(0, 0, 0, 0);
+        m_column->setSpacing(0);
+        setWidget(content);
+        viewport()->setAutoFillBackground(false);
+        content->setAutoFillBackground(false);
+    }
+
+    /// The card's own layout, with the given margins at its sides.
+    QVBoxLayout* addCard(const QString& title, const QString& symbol, int side, int above,
+                         int below)
+    {
+        m_column->addSpacing(spacing::xl);
+        auto* const heading = new QHBoxLayout;
+        heading->setSpacing(spacing::s);
+        if (!symbol.isEmpty()) {
+            heading->addWidget(new SymbolView(symbol));
+        }
+        heading->addWidget(new Label(title, TextStyle::strong), 1);
+        m_column->addLayout(heading);
+        m_column->addSpacing(titleGap);
+        auto* const card = new Card;
+        auto* const inside = new QVBoxLayout(card);
+        inside->setContentsMargins(side, above, side, below);
+        inside->setSpacing(0);
+        m_column->addWidget(card);
+        return inside;
+    }
+
+    QVBoxLayout* column() { return m_column; }
+    void finish() { m_column->addStretch(); }
+
+private:
+    QVBoxLayout* m_column;
+};
+
+void addTextCard(Page& page, const QString& title, const char* symbol, const QString& text)
+{
+    QVBoxLayout* const card =
+        page.addCard(title, QLatin1String(symbol), spacing::l, spacing::l, spacing::l);
+    auto* const label = new Label(text, TextStyle::body, ThemeColor::text2);
+    label->setWordWrap(true);
+    card->addWidget(label);
+}
+
+void addThemeCard(Page& page, AppState& state, std::vector<std::function<void()>>& refresh)
+{
+    auto* const picker = new SegmentedPicker(translated("Theme"));
+    picker->setObjectName(QStringLiteral("themePicker"));
+    for (const AppTheme theme : allAppThemes) {
+        picker->addSegment(title(theme));
+    }
+    QObject::connect(picker, &SegmentedPicker::activated, picker, [&state](int index) {
+        state.setTheme(allAppThemes[static_cast<std::size_t>(index)]);
+    });
+    refresh.emplace_back([picker, &state] {
+        const auto* const current =
+            std::find(allAppThemes.begin(), allAppThemes.end(), state.theme.value());
+        picker->setCurrentIndex(static_cast<int>(current - allAppThemes.begin()));
+    });
+    page.addCard(translated("Theme"), {}, spacing::l, spacing::l, spacing::l)->addWidget(picker);
+}
+
+void addAccentCard(Page& page, AppState& state, std::vector<std::function<void()>>& refresh)
+{
+    auto* const row = new QHBoxLayout;
+    row->setSpacing(0);
+    for (const AccentChoice accent : allAccentChoices) {
+        auto* const swatch = new AccentSwatch(accent);
+        swatch->setObjectName(QLatin1String("accentSwatch.") %
+                              QString::fromStdString(std::string(rawValue(accent))));
+        QObject::connect(swatch, &QAbstractButton::clicked, swatch,
+                         [&state, accent] { state.setAccent(accent); });
+        refresh.emplace_back(
+            [swatch, &state] { swatch->setChecked(swatch->accent() == state.accent.value()); });
+        row->addWidget(swatch, 1);
+    }
+    page.addCard(translated("Accent color"), {}, spacing::m, spacing::m, spacing::m)
+        ->addLayout(row);
+}
+
+void addPaletteCard(Page& page, AppState& state, std::vector<std::function<void()>>& refresh)
+{
+    QVBoxLayout* const card = page.addCard(translated("Palette"), {}, 1, 1, 1);
+    for (const AppPalette palette : allAppPalettes) {
+        if (card->count() > 0) {
+            card->addWidget(new Hairline);
+        }
+        auto* const row = new PaletteRow(palette);
+        row->setObjectName(QLatin1String("paletteRow.") %
+                           QString::fromStdString(std::string(rawValue(palette))));
+        QObject::connect(row, &QAbstractButton::clicked, row,
+                         [&state, palette] { state.setPalette(palette); });
+        refresh.emplace_back([row, &state] { row->setCurrent(row->palette() == state.palette()); });
+        card->addWidget(row);
+    }
+}
+
+} // namespace
+
+QWidget* makeGeneralPage(bool hasGlobalSearch)
+{
+    auto* const page = new Page("settingsGeneral");
+    if (hasGlobalSearch) {
+        addTextCard(*page, translated("Global search"), "magnifyingglass",
+                    translated("Press ⌘⇧Space in any app for floating search."));
+    }
+    addTextCard(*page, translated("Privacy"), "hand.raised",
+                translated("Everything runs locally. Scans, snapshots and trashes never leave this "
+                           "machine."));
+    page->finish();
+    return page;
+}
+
+QWidget* makeAppearancePage(AppState& state)
+{
+    auto* const page = new Page("settingsAppearance");
+    std::vector<std::function<void()>> refresh;
+    addThemeCard(*page, state, refresh);
+    addAccentCard(*page, state, refresh);
+    addPaletteCard(*page, state, refresh);
+    page->finish();
+    auto* const refresher = new Refresher(page, [refresh = std::move(refresh)] {
+        for (const auto& show : refresh) {
+            show();
+        }
+    });
+    refresher->watch(state.theme, state.accent, state.storagePalette);
+    refresher->refreshNow();
+    return page;
+}
+
+QWidget* makeAboutPage()
+{
+    auto* const page = new Page("settingsAbout");
+    QVBoxLayout* const card =
+        page->addCard(translated("About Quorvane"), {}, spacing::l, spacing::xl, 0);
+    card->addWidget(new BrandMark(markSide), 0, Qt::AlignHCenter);
+    card->addSpacing(spacing::l);
+    card->addWidget(new Wordmark(TextStyle::figure), 0, Qt::AlignHCenter);
+    card->addSpacing(spacing::s);
+    auto* const text = new Label(translated("See what is taking up space on your Mac."),
+                                 TextStyle::body, ThemeColor::text2);
+    card->addWidget(text, 0, Qt::AlignHCenter);
+    card->addSpacing(spacing::xl);
+    card->addWidget(new Hairline);
+    auto* const row = new QHBoxLayout;
+    row->setContentsMargins(0, spacing::m, 0, spacing::m);
+    row->addWidget(new Label(translated("Version"), TextStyle::body, ThemeColor::text2));
+    row->addStretch();
+    auto* const version = new Label(shownVersion(QCoreApplication::applicationVersion()));
+    version->setObjectName(QStringLiteral("versionText"));
+    version->setTextInteractionFlags(Qt::TextSelectableByMouse);
+    row->addWidget(version);
+    card->addLayout(row);
+    page->finish();
+    return page;
+}
+
+QString shownVersion(const QString& bundleVersion)
+{
+    const bool isUnfilled = bundleVersion.isEmpty() || bundleVersion == QLatin1String("$(VERSION)");
+    return isUnfilled ? QString::fromLatin1(AppVersion::string) : bundleVersion;
+}
+
+} // namespace quorvane

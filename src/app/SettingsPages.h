@@ -1,0 +1,21 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QString>
+
+class QWidget;
+
+namespace quorvane {
+
+class AppState;
+
+/// The pages of the settings. Each scrolls by itself where the window is low; the caller owns it.
+QWidget* makeGeneralPage(bool hasGlobalSearch);
+QWidget* makeAppearancePage(AppState& state);
+QWidget* makeAboutPage();
+
+/// What the about page calls the version: the bundle's own, unless that is missing or an unfilled
+/// template.
+QString shownVersion(const QString& bundleVersion);
+
+} // namespace quorvane

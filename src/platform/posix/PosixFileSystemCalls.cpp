@@ -1,0 +1,69 @@
+// SPDX-License-Identifier: MIT
+#include "PosixFileSystemCalls.h"
+
+#include <fcntl.h>
+#include <sys/resource.h>
+#include <unistd.h>
+
+#include <algorithm>
+
+namespace quorvane {
+namespace {
+
+constexpr int fewestDescriptors = 256;
+constexpr rlim_t mostDescriptors = rlim_t{1} << 20;
+constexpr std::int64_t statBlockBytes = 512;
+
+EntryStatus::Kind kindOf(mode_t mode)
+{
+    switch (mode & S_IFMT) {
+    case S_IFDIR:
+        return EntryStatus::Kind::directory;
+    case S_IFREG:
+        return EntryStatus::Kind::regularFile;
+    case S_IFLNK:
+        return EntryStatus::Kind::symbolicLink;
+    default:
+        return EntryStatus::Kind::other;
+    }
+}
+
+} // namespace
+
+int FileSystemCalls::noDirectory()
+{
+    return AT_FDCWD;
+}
+
+int PosixFileSystemCalls::openDirectory(int parent, const char* name)
+{
+    return openat(parent, name, O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC);
+}
+
+void PosixFileSystemCalls::close(int directory)
+{
+    ::close(directory);
+}
+
+int PosixFileSystemCalls::descriptorLimit()
+{
+    rlimit limit = {};
+    if (getrlimit(RLIMIT_NOFILE, &limit) != 0) {
+        return fewestDescriptors;
+    }
+    return static_cast<int>(std::min(limit.rlim_cur, mostDescriptors));
+}
+
+EntryStatus PosixFileSystemCalls::statusFrom(const struct stat& entry)
+{
+    EntryStatus status;
+    status.kind = kindOf(entry.st_mode);
+    status.size = entry.st_size;
+    status.allocatedBytes = entry.st_blocks * statBlockBytes;
+    // Seconds alone, under the name that every system has for them.
+    status.modifiedSeconds = entry.st_mtime;
+    status.device = static_cast<std::uint64_t>(entry.st_dev);
+    return status;
+}
+
+} // namespace quorvane

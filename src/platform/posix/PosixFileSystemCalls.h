@@ -1,0 +1,22 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "FileSystemCalls.h"
+
+#include <sys/stat.h>
+
+namespace quorvane {
+
+/// The calls that every POSIX system has in one form.
+class PosixFileSystemCalls : public FileSystemCalls
+{
+public:
+    int openDirectory(int parent, const char* name) override;
+    void close(int directory) override;
+    int descriptorLimit() override;
+
+protected:
+    static EntryStatus statusFrom(const struct stat& entry);
+};
+
+} // namespace quorvane

@@ -1,0 +1,98 @@
+// SPDX-License-Identifier: MIT
+#include "AppState.h"
+
+#include "CheckedMath.h"
+#include "Trash.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace quorvane {
+namespace {
+
+QString itemCount(std::size_t count)
+{
+    const QLatin1String noun(count == 1 ? "item" : "items");
+    return QString::number(count) % QLatin1Char(' ') % noun;
+}
+
+} // namespace
+
+void AppState::stageSelection()
+{
+    const NodePointer node = selectedNode.value();
+    const NodePointer root = rootNode.value();
+    if (!node || (root && node->id() == root->id())) {
+        return;
+    }
+    toggleStaged(node);
+}
+
+void AppState::toggleStaged(const NodePointer& node)
+{
+    if (node->isStagedForTrash()) {
+        unstage(*node);
+        return;
+    }
+    node->setStagedForTrash(true);
+    std::vector<NodePointer> queue = stagedNodes.value();
+    queue.push_back(node);
+    stagedNodes = std::move(queue);
+}
+
+void AppState::unstage(FileNode& node)
+{
+    node.setStagedForTrash(false);
+    std::vector<NodePointer> queue = stagedNodes.value();
+    std::erase_if(queue,
+                  [id = node.id()](const NodePointer& staged) { return staged->id() == id; });
+    stagedNodes = std::move(queue);
+}
+
+std::int64_t AppState::stagedSpace() const
+{
+    std::int64_t sum = 0;
+    for (const NodePointer& node : stagedNodes.value()) {
+        sum = checkedAdd(sum, node->scannedBytes(), "AppState::stagedSpace");
+    }
+    return sum;
+}
+
+void AppState::sendStagedToTrash()
+{
+    const std::vector<NodePointer> batch = stagedNodes.value();
+    stagedNodes = std::vector<NodePointer>{};
+    isTrashingStaged = true;
+    trashProgress = 0;
+    trashStatus = QLatin1String("Moving ") % itemCount(batch.size()) % QStringLiteral(" to Trash…");
+    m_jobs.start(
+        JobPriority::userInitiated,
+        [this, batch, trash = &m_platform.trash, post = m_jobs.poster()](const Job& job) {
+            const std::size_t count = batch.size();
+            const auto divisor = static_cast<double>(std::max<std::size_t>(count, 1));
+            for (std::size_t i = 0; i < count; ++i) {
+                batch[i]->setStagedForTrash(false);
+                // What cannot be moved is seen again in the scan that follows.
+                trash->moveToTrash(batch[i]->path());
+                const bool isShown = post.andWait(job, [this, i, count, divisor] {
+                    trashProgress = static_cast<double>(i + 1) / divisor;
+                    trashStatus = QStringLiteral("Moving %1 of %2 to Trash…").arg(i + 1).arg(count);
+                });
+                if (!isShown) {
+                    break;
+                }
+            }
+            return count;
+        },
+        [this](std::size_t count) { finishTrashing(count); });
+}
+
+/// The tree is never patched: the scan of the same root shows what has left the disk.
+void AppState::finishTrashing(std::size_t count)
+{
+    isTrashingStaged = false;
+    trashStatus = QLatin1String("Moved ") % itemCount(count) % QLatin1String(" to Trash.");
+    rescan();
+}
+
+} // namespace quorvane

@@ -1,0 +1,251 @@
+// SPDX-License-Identifier: MIT
+#include "InspectorView.h"
+
+#include "AppState.h"
+#include "Card.h"
+#include "EmptyState.h"
+#include "InspectorFacts.h"
+#include "InspectorRows.h"
+#include "Label.h"
+#include "NodeColors.h"
+#include "PathText.h"
+#include "Refresher.h"
+#include "Tile.h"
+#include "Tokens.h"
+
+#include <QDateTime>
+#include <QHBoxLayout>
+#include <QPainter>
+#include <QScrollArea>
+#include <QVBoxLayout>
+
+#include <algorithm>
+#include <optional>
+#include <utility>
+
+namespace quorvane {
+namespace {
+
+constexpr int mostFacts = 8;
+constexpr std::size_t mostChildren = 9;
+constexpr int headerGap = 12;
+constexpr int nothingTextWidth = 220;
+
+QColor toQColor(const Color& color)
+{
+    return QColor::fromRgbF(static_cast<float>(color.r), static_cast<float>(color.g),
+                            static_cast<float>(color.b), static_cast<float>(color.a));
+}
+
+std::vector<FactRow*> fillCard(Card& card, int count)
+{
+    auto* const column = new QVBoxLayout(&card);
+    column->setContentsMargins(spacing::m, 1, spacing::m, 1);
+    column->setSpacing(0);
+    std::vector<FactRow*> rows;
+    for (int i = 0; i < count; ++i) {
+        rows.push_back(new FactRow(i == 0));
+        column->addWidget(rows.back());
+    }
+    return rows;
+}
+
+} // namespace
+
+InspectorView::InspectorView(AppState& state, QWidget* parent)
+    : QWidget(parent)
+    , m_state(state)
+    , m_refresher(new Refresher(this, [this] { refresh(); }))
+{
+    setObjectName(QStringLiteral("inspectorView"));
+    setAccessibleName(tr("Details"));
+    setFixedWidth(measure::inspectorWidth);
+    m_nothing = makeNothingSelected();
+    m_details = makeDetails();
+    auto* const whole = new QVBoxLayout(this);
+    whole->setContentsMargins(1, 0, 0, 0);
+    whole->addWidget(m_nothing);
+    whole->addWidget(m_details);
+    m_refresher->watch(m_state.selectedNode, m_state.rootNode, m_state.stagedNodes,
+                       m_state.trashProgress, m_state.storageInspectorVisible,
+                       m_state.storagePalette);
+    refresh();
+}
+
+QWidget* InspectorView::makeNothingSelected()
+{
+    auto* const nothing =
+        new EmptyState(QStringLiteral("info.circle"), tr("Nothing selected"),
+                       tr("Click anything in a visualisation to inspect it here."), this);
+    nothing->setObjectName(QStringLiteral("inspectorNothing"));
+    nothing->setTextWidth(nothingTextWidth);
+    return nothing;
+}
+
+QWidget* InspectorView::makeDetails()
+{
+    auto* const content = new QWidget;
+    auto* const column = new QVBoxLayout(content);
+    column->setContentsMargins(spacing::l, spacing::panelSection, spacing::l, spacing::l);
+    column->setSpacing(spacing::l);
+    column->addWidget(makeHeader());
+    m_path = new PathText;
+    m_path->setObjectName(QStringLiteral("inspectorPath"));
+    column->addWidget(m_path);
+    column->addWidget(makeActions());
+    auto* const facts = new Card;
+    facts->setObjectName(QStringLiteral("inspectorFacts"));
+    m_facts = fillCard(*facts, mostFacts);
+    column->addWidget(facts);
+
+    m_largest = new QWidget;
+    m_largest->setObjectName(QStringLiteral("largestInside"));
+    auto* const largest = new QVBoxLayout(m_largest);
+    largest->setContentsMargins(0, spacing::xs, 0, 0);
+    largest->setSpacing(spacing::s);
+    largest->addWidget(new Label(tr("Largest inside"), TextStyle::captionStrong));
+    auto* const children = new Card;
+    m_children = fillCard(*children, static_cast<int>(mostChildren));
+    largest->addWidget(children);
+    column->addWidget(m_largest);
+    column->addStretch();
+
+    auto* const scroll = new QScrollArea(this);
+    scroll->setFrameShape(QFrame::NoFrame);
+    scroll->setWidgetResizable(true);
+    scroll->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    scroll->setFocusPolicy(Qt::NoFocus);
+    scroll->setWidget(content);
+    scroll->viewport()->setAutoFillBackground(false);
+    content->setAutoFillBackground(false);
+    return scroll;
+}
+
+QWidget* InspectorView::makeHeader()
+{
+    auto* const header = new QWidget;
+    auto* const row = new QHBoxLayout(header);
+    row->setContentsMargins(0, 0, 0, 0);
+    row->setSpacing(headerGap);
+    m_symbol = new SymbolPlate;
+    row->addWidget(m_symbol, 0, Qt::AlignTop);
+    auto* const words = new QVBoxLayout;
+    words->setSpacing(0);
+    m_name = new Label({}, TextStyle::heading);
+    m_name->setObjectName(QStringLiteral("inspectorName"));
+    m_name->setWordWrap(true);
+    m_kind = new Label({}, TextStyle::caption, ThemeColor::text2);
+    m_kind->setObjectName(QStringLiteral("inspectorKind"));
+    words->addWidget(m_name);
+    words->addWidget(m_kind);
+    words->addStretch();
+    row->addLayout(words, 1);
+    return header;
+}
+
+QWidget* InspectorView::makeActions()
+{
+    auto* const actions = new QWidget;
+    auto* const row = new QHBoxLayout(actions);
+    row->setContentsMargins(0, 0, 0, 0);
+    row->setSpacing(spacing::s);
+    const auto add = [this, row](const char* symbol, const QString& text, const char* objectName,
+                                 auto act) {
+        auto* const tile = new ActionTile(QLatin1String(symbol), text);
+        tile->setObjectName(QLatin1String(objectName));
+        connect(tile, &QAbstractButton::clicked, this, [this, act] {
+            if (const NodePointer node = m_state.selectedNode.value()) {
+                act(node);
+            }
+        });
+        row->addWidget(tile);
+        return tile;
+    };
+    add("magnifyingglass", tr("Reveal in Finder"), "inspectorReveal",
+        [this](const NodePointer& node) { m_state.revealInFinder(*node); });
+    add("arrow.up.forward.app", tr("Open"), "inspectorOpen",
+        [this](const NodePointer& node) { m_state.openInApp(*node); });
+    m_stage = add("trash", {}, "inspectorStage",
+                  [this](const NodePointer& node) { m_state.toggleStaged(node); });
+    return actions;
+}
+
+void InspectorView::refresh()
+{
+    setVisible(m_state.inspectorVisible());
+    if (!m_state.inspectorVisible()) {
+        return;
+    }
+    const NodePointer node = m_state.selectedNode.value();
+    m_nothing->setVisible(node == nullptr);
+    m_details->setVisible(node != nullptr);
+    if (node) {
+        showHeader(*node);
+        showActions(*node);
+        showFacts(*node);
+        showLargestInside(*node);
+    }
+}
+
+void InspectorView::showHeader(const FileNode& node)
+{
+    const bool hasColor = !node.isDirectory() && !node.isSymbolicLink();
+    m_symbol->setSymbol(symbolOf(node),
+                        hasColor ? toQColor(NodeColors::leafColor(node)) : QColor());
+    m_name->setText(node.displayName());
+    m_kind->setText(kindOf(node));
+    m_path->setPath(AppState::displayPath(node.path()));
+}
+
+void InspectorView::showActions(const FileNode& node)
+{
+    const NodePointer root = m_state.rootNode.value();
+    m_stage->setText(node.isStagedForTrash() ? tr("Unstage") : tr("Stage for Cleanup"));
+    m_stage->setEnabled(!root || node.id() != root->id());
+}
+
+void InspectorView::showFacts(const FileNode& node)
+{
+    const std::optional<std::int64_t> created =
+        tellsCreation(node) ? m_state.creationDate(node) : std::nullopt;
+    const std::vector<InspectorFact> facts =
+        inspectorFacts(node, created, QDateTime::currentSecsSinceEpoch());
+    for (std::size_t i = 0; i < m_facts.size(); ++i) {
+        m_facts[i]->setVisible(i < facts.size());
+        if (i < facts.size()) {
+            m_facts[i]->setFact(facts[i].label, facts[i].value);
+        }
+    }
+}
+
+void InspectorView::showLargestInside(const FileNode& node)
+{
+    const auto children = node.children();
+    const std::size_t count = std::min(children.size(), mostChildren);
+    m_largest->setVisible(count > 0);
+    for (std::size_t i = 0; i < m_children.size(); ++i) {
+        m_children[i]->setVisible(i < count);
+        if (i < count) {
+            m_children[i]->setFact(children[i].displayName(), children[i].formattedBytes());
+            m_children[i]->setDot(toQColor(NodeColors::leafColor(children[i])));
+        }
+    }
+}
+
+void InspectorView::paintEvent(QPaintEvent*)
+{
+    QPainter painter(this);
+    painter.fillRect(rect(), themeColor(ThemeColor::side));
+    painter.fillRect(QRect(0, 0, 1, height()), themeColor(ThemeColor::hairline));
+}
+
+/// What the dates are told against has moved on meanwhile.
+void InspectorView::showEvent(QShowEvent* event)
+{
+    QWidget::showEvent(event);
+    if (!event->spontaneous()) {
+        m_refresher->schedule();
+    }
+}
+
+} // namespace quorvane

@@ -1,0 +1,30 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QWidget>
+
+class QHBoxLayout;
+
+namespace quorvane {
+
+/// The top of a screen, 64 high: its symbol and title, and its actions at the right.
+class ScreenHeader : public QWidget
+{
+    Q_OBJECT
+
+public:
+    /// Without a symbol the title begins at the margin.
+    ScreenHeader(const QString& symbol, const QString& title, QWidget* parent = nullptr);
+
+    /// Adds an action at the right end.
+    void addAction(QWidget* action);
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+
+private:
+    QString m_symbol;
+    QHBoxLayout* m_row;
+};
+
+} // namespace quorvane

@@ -1,0 +1,280 @@
+// SPDX-License-Identifier: MIT
+#include "JsonPreferences.h"
+
+#include "DiskTree.h"
+#include "UnprivilegedRun.h"
+
+#include <gtest/gtest.h>
+
+#include <QFile>
+
+#include <signal.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <map>
+#include <string>
+
+namespace quorvane {
+namespace {
+
+using Flags = std::map<std::string, bool>;
+
+QString fileIn(const DiskTree& disk)
+{
+    return disk.path("config/Quorvane/preferences.json").displayText();
+}
+
+std::string contentsOf(const QString& path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll().toStdString() : std::string("(none)");
+}
+
+/// A store of its own, as the next run of the program would have it.
+std::optional<PreferenceValue> readAnew(const DiskTree& disk, std::string_view key)
+{
+    return JsonPreferences(fileIn(disk)).value(key);
+}
+
+TEST(JsonPreferences, MissingFileIsAnEmptyStoreAndIsNotMade)
+{
+    const DiskTree disk;
+    const JsonPreferences store(fileIn(disk));
+    EXPECT_EQ(store.value("key"), std::nullopt);
+    EXPECT_FALSE(QFile::exists(fileIn(disk)));
+}
+
+TEST(JsonPreferences, EachKindOfValueComesBackAsItWas)
+{
+    const DiskTree disk;
+    JsonPreferences store(fileIn(disk));
+    std::string bytes("\0\xFF{\"}", 5);
+    const std::map<std::string, PreferenceValue> values{
+        {"text", QString::fromUtf8("slate \xE2\x80\x9C\xF0\x9F\x97\x91\" \\ \n")},
+        {"empty text", QString()},
+        {"on", true},
+        {"off", false},
+        {"flags", Flags{{"Node.js", false}, {"Caches", true}}},
+        {"no flags", Flags{}},
+        {"flag called data", Flags{{"data", true}}},
+        {"data", QByteArray::fromStdString(bytes)},
+        {"empty data", QByteArray()},
+        {"", QStringLiteral("empty key")}};
+    for (const auto& [key, value] : values) {
+        EXPECT_TRUE(store.setValue(key, value));
+    }
+    for (const auto& [key, value] : values) {
+        EXPECT_EQ(store.value(key), value) << key;
+        EXPECT_EQ(readAnew(disk, key), value) << key;
+    }
+}
+
+TEST(JsonPreferences, ValueOfAnotherTypeIsNotReadAsThisOne)
+{
+    const DiskTree disk;
+    JsonPreferences store(fileIn(disk));
+    store.setValue("key", QStringLiteral("true"));
+    EXPECT_EQ(store.read<bool>("key"), std::nullopt);
+    EXPECT_EQ(store.read<QByteArray>("key"), std::nullopt);
+    EXPECT_EQ(store.read<Flags>("key"), std::nullopt);
+    EXPECT_EQ(store.read<QString>("key"), QStringLiteral("true"));
+}
+
+TEST(JsonPreferences, ChangeReplacesTheValueAndItsType)
+{
+    const DiskTree disk;
+    JsonPreferences store(fileIn(disk));
+    store.setValue("key", true);
+    store.setValue("key", QStringLiteral("text"));
+    EXPECT_EQ(readAnew(disk, "key"), PreferenceValue(QStringLiteral("text")));
+}
+
+TEST(JsonPreferences, ValuesOfNoKnownTypeAreNoValuesButAreKept)
+{
+    DiskTree disk;
+    disk.fileWithContents("config/Quorvane/preferences.json",
+                          R"({"number":3,"list":[1],"nothing":null,"mixed":{"a":true,"b":1}})");
+    JsonPreferences store(fileIn(disk));
+    for (const char* const key : {"number", "list", "nothing", "mixed"}) {
+        EXPECT_EQ(store.value(key), std::nullopt) << key;
+    }
+    EXPECT_TRUE(store.setValue("mine", true));
+    const std::string contents = contentsOf(fileIn(disk));
+    for (const char* const key : {"\"number\": 3", "\"list\"", "\"nothing\": null", "\"b\": 1"}) {
+        EXPECT_NE(contents.find(key), std::string::npos) << key;
+    }
+}
+
+class BrokenPreferences : public testing::TestWithParam<const char*>
+{};
+
+TEST_P(BrokenPreferences, ReadAsEmptyAndAreKeptAsideAtTheFirstWrite)
+{
+    DiskTree disk;
+    disk.fileWithContents("config/Quorvane/preferences.json", GetParam());
+    JsonPreferences store(fileIn(disk));
+    EXPECT_EQ(store.value("tessaryl.theme"), std::nullopt);
+    // Reading leaves the file alone.
+    EXPECT_EQ(contentsOf(fileIn(disk)), GetParam());
+    EXPECT_TRUE(store.setValue("tessaryl.accent", QStringLiteral("pink")));
+    EXPECT_EQ(contentsOf(fileIn(disk) + QLatin1String(".broken")), GetParam());
+    EXPECT_EQ(readAnew(disk, "tessaryl.accent"), PreferenceValue(QStringLiteral("pink")));
+    EXPECT_EQ(readAnew(disk, "tessaryl.theme"), std::nullopt);
+}
+
+INSTANTIATE_TEST_SUITE_P(Contents, BrokenPreferences,
+                         testing::Values("", "{\"tessaryl.theme\": \"li", "[]", "not JSON",
+                                         "{\"tessaryl.theme\": \"light\"} x", "\xFF\xFE"));
+
+TEST(JsonPreferences, SecondBrokenFileDoesNotReplaceTheFirstOneAside)
+{
+    DiskTree disk;
+    for (const char* const contents : {"one", "two", "three"}) {
+        disk.fileWithContents("config/Quorvane/preferences.json", contents);
+        EXPECT_TRUE(JsonPreferences(fileIn(disk)).setValue("key", true));
+    }
+    EXPECT_EQ(contentsOf(fileIn(disk) + QLatin1String(".broken")), "one");
+    EXPECT_EQ(contentsOf(fileIn(disk) + QLatin1String(".broken-2")), "two");
+    EXPECT_EQ(contentsOf(fileIn(disk) + QLatin1String(".broken-3")), "three");
+}
+
+TEST(JsonPreferences, FileThatBreaksDuringTheRunIsKeptAsideAndTheRunsValuesStay)
+{
+    DiskTree disk;
+    JsonPreferences store(fileIn(disk));
+    store.setValue("a", true);
+    disk.fileWithContents("config/Quorvane/preferences.json", "{");
+    EXPECT_TRUE(store.setValue("b", true));
+    EXPECT_EQ(contentsOf(fileIn(disk) + QLatin1String(".broken")), "{");
+    EXPECT_EQ(readAnew(disk, "a"), PreferenceValue(true));
+    EXPECT_EQ(readAnew(disk, "b"), PreferenceValue(true));
+}
+
+TEST(JsonPreferences, FileThatVanishesDuringTheRunIsWrittenWhole)
+{
+    DiskTree disk;
+    JsonPreferences store(fileIn(disk));
+    store.setValue("a", true);
+    disk.remove("config");
+    EXPECT_TRUE(store.setValue("b", false));
+    EXPECT_EQ(readAnew(disk, "a"), PreferenceValue(true));
+    EXPECT_EQ(readAnew(disk, "b"), PreferenceValue(false));
+}
+
+TEST(JsonPreferences, SecondWriterLosesNothingOfTheFirst)
+{
+    const DiskTree disk;
+    JsonPreferences first(fileIn(disk));
+    JsonPreferences second(fileIn(disk));
+    first.setValue("a", QStringLiteral("first"));
+    second.setValue("b", QStringLiteral("second"));
+    first.setValue("c", QStringLiteral("first"));
+    second.setValue("a", QStringLiteral("second"));
+    first.setValue("d", true);
+    EXPECT_EQ(readAnew(disk, "a"), PreferenceValue(QStringLiteral("second")));
+    EXPECT_EQ(readAnew(disk, "b"), PreferenceValue(QStringLiteral("second")));
+    EXPECT_EQ(readAnew(disk, "c"), PreferenceValue(QStringLiteral("first")));
+    EXPECT_EQ(readAnew(disk, "d"), PreferenceValue(true));
+}
+
+TEST(JsonPreferences, LinkToTheFileStaysALink)
+{
+    DiskTree disk;
+    disk.fileWithContents("dotfiles/prefs.json", "{}");
+    disk.symbolicLink("../../dotfiles/prefs.json", "config/Quorvane/preferences.json");
+    EXPECT_TRUE(JsonPreferences(fileIn(disk)).setValue("key", true));
+    struct stat status = {};
+    ASSERT_EQ(lstat(disk.path("config/Quorvane/preferences.json").bytes().c_str(), &status), 0);
+    EXPECT_TRUE(S_ISLNK(status.st_mode));
+    EXPECT_NE(contentsOf(disk.path("dotfiles/prefs.json").displayText()).find("key"),
+              std::string::npos);
+}
+
+TEST(JsonPreferences, ReadOnlyFolderRefusesTheWriteAndKeepsTheFile)
+{
+    DiskTree disk;
+    disk.fileWithContents("config/Quorvane/preferences.json", R"({"a":true})");
+    disk.mode("config/Quorvane", 0555);
+    asUnprivilegedUser([&disk] {
+        JsonPreferences store(fileIn(disk));
+        EXPECT_FALSE(store.setValue("b", true));
+        // The value counts for this run.
+        EXPECT_EQ(store.value("b"), PreferenceValue(true));
+        EXPECT_EQ(store.value("a"), PreferenceValue(true));
+        EXPECT_EQ(readAnew(disk, "b"), std::nullopt);
+    });
+    EXPECT_EQ(contentsOf(fileIn(disk)), R"({"a":true})");
+}
+
+TEST(JsonPreferences, BrokenFileThatCannotBeMovedAsideIsNotOverwritten)
+{
+    DiskTree disk;
+    disk.fileWithContents("config/Quorvane/preferences.json", "{");
+    disk.mode("config/Quorvane/preferences.json", 0666);
+    disk.mode("config/Quorvane", 0555);
+    asUnprivilegedUser([&disk] {
+        JsonPreferences store(fileIn(disk));
+        EXPECT_FALSE(store.setValue("b", true));
+        EXPECT_EQ(store.value("b"), PreferenceValue(true));
+    });
+    EXPECT_EQ(contentsOf(fileIn(disk)), "{");
+}
+
+TEST(JsonPreferences, FolderThatCannotBeMadeRefusesTheWrite)
+{
+    DiskTree disk;
+    disk.file("config");
+    JsonPreferences store(fileIn(disk));
+    EXPECT_FALSE(store.setValue("a", true));
+    EXPECT_EQ(store.value("a"), PreferenceValue(true));
+}
+
+TEST(JsonPreferences, RefusedWriteIsMadeUpForByTheNextOne)
+{
+    asUnprivilegedUser([] {
+        DiskTree disk;
+        JsonPreferences(fileIn(disk)).setValue("a", QStringLiteral("old"));
+        JsonPreferences store(fileIn(disk));
+        disk.mode("config/Quorvane", 0555);
+        EXPECT_FALSE(store.setValue("a", QStringLiteral("new")));
+        disk.mode("config/Quorvane", 0755);
+        JsonPreferences(fileIn(disk)).setValue("b", true);
+        EXPECT_EQ(store.value("a"), PreferenceValue(QStringLiteral("new")));
+        EXPECT_TRUE(store.setValue("c", true));
+        EXPECT_EQ(readAnew(disk, "a"), PreferenceValue(QStringLiteral("new")));
+        EXPECT_EQ(readAnew(disk, "b"), PreferenceValue(true));
+        EXPECT_EQ(readAnew(disk, "c"), PreferenceValue(true));
+        // Once written it is no longer ours alone to tell.
+        JsonPreferences(fileIn(disk)).setValue("a", QStringLiteral("newest"));
+        store.setValue("d", true);
+        EXPECT_EQ(readAnew(disk, "a"), PreferenceValue(QStringLiteral("newest")));
+    });
+}
+
+TEST(JsonPreferences, ValueOutlivesAKillRightAfterTheCall)
+{
+    const DiskTree disk;
+    const int status = inChildProcess([&disk] {
+        JsonPreferences store(fileIn(disk));
+        store.setValue("a", QStringLiteral("written"));
+        kill(getpid(), SIGKILL);
+    });
+    ASSERT_TRUE(WIFSIGNALED(status));
+    EXPECT_EQ(WTERMSIG(status), SIGKILL);
+    EXPECT_EQ(readAnew(disk, "a"), PreferenceValue(QStringLiteral("written")));
+}
+
+TEST(JsonPreferences, StandardPlaceIsBelowTheConfigurationFolder)
+{
+    const QString config = qEnvironmentVariable("XDG_CONFIG_HOME");
+    if (config.isEmpty()) {
+        GTEST_SKIP() << "XDG_CONFIG_HOME is not set";
+    }
+    EXPECT_EQ(JsonPreferences::standardFilePath(),
+              config + QLatin1String("/Quorvane/preferences.json"));
+}
+
+} // namespace
+} // namespace quorvane

@@ -1,0 +1,198 @@
+// SPDX-License-Identifier: MIT
+#include "CleanupView.h"
+
+#include "AppState.h"
+#include "Button.h"
+#include "Dialog.h"
+#include "EmptyState.h"
+#include "FakePlatform.h"
+#include "Gate.h"
+#include "Label.h"
+#include "Progress.h"
+#include "StagedList.h"
+#include "TreeText.h"
+#include "WaitFor.h"
+
+#include <gtest/gtest.h>
+
+#include <QListView>
+#include <QTest>
+
+#include <memory>
+#include <string>
+
+namespace quorvane {
+namespace {
+
+class CleanupViewTests : public testing::Test
+{
+protected:
+    void SetUp() override
+    {
+        m_tree = test::treeFromText("Caches/\n  a.bin 1024\n  b.bin 1024\nfilm.mov 512\n");
+        m_state.rootNode = m_tree->rootPointer();
+        m_window.resize(900, 600);
+        m_view.resize(900, 600);
+        m_window.show();
+        QApplication::setActiveWindow(&m_window);
+    }
+
+    NodePointer node(const std::string& path)
+    {
+        return NodePointer(m_tree->rootPointer(), &test::nodeAt(m_tree->root(), path));
+    }
+
+    template<class T>
+    T& part(const char* objectName)
+    {
+        return *m_window.findChild<T*>(QLatin1String(objectName));
+    }
+
+    void stage(const std::string& path)
+    {
+        m_state.toggleStaged(node(path));
+        QCoreApplication::processEvents();
+    }
+
+    Dialog* dialog() { return m_window.findChild<Dialog*>(); }
+
+    Button* dialogButton(const QString& text)
+    {
+        for (auto* const button : dialog()->findChildren<Button*>()) {
+            if (button->text() == text) {
+                return button;
+            }
+        }
+        return nullptr;
+    }
+
+    FakePlatform m_platform;
+    AppState m_state{m_platform.platform()};
+    std::shared_ptr<FileTree> m_tree;
+    QWidget m_window;
+    CleanupView m_view{m_state, &m_window};
+};
+
+TEST_F(CleanupViewTests, ShowsTheEmptyStateWithoutAQueue)
+{
+    EXPECT_TRUE(part<EmptyState>("cleanupEmpty").isVisible());
+    EXPECT_FALSE(part<StagedList>("stagedList").isVisible());
+    EXPECT_FALSE(part<Button>("moveToTrashButton").isVisible());
+    EXPECT_FALSE(part<QWidget>("trashProgress").isVisible());
+    EXPECT_EQ(part<Label>("screenTitle").text(), QStringLiteral("Staged cleanup"));
+    m_view.setConfirmTrash(true);
+    EXPECT_FALSE(m_view.confirmTrash());
+    EXPECT_EQ(dialog(), nullptr);
+}
+
+TEST_F(CleanupViewTests, ListsTheQueueInItsOrderWithTheTotalBelow)
+{
+    stage("film.mov");
+    stage("Caches");
+    const auto& list = part<StagedList>("stagedList");
+    ASSERT_TRUE(list.isVisible());
+    EXPECT_FALSE(part<EmptyState>("cleanupEmpty").isVisible());
+    ASSERT_EQ(list.model()->rowCount(), 2);
+    const QModelIndex file = list.model()->index(0, 0);
+    const QModelIndex folder = list.model()->index(1, 0);
+    EXPECT_EQ(file.data().toString(), QStringLiteral("film.mov"));
+    EXPECT_EQ(file.data(StagedModel::filesRole).toString(), QString());
+    EXPECT_EQ(file.data(StagedModel::sizeRole).toString(), QStringLiteral("512 B"));
+    EXPECT_EQ(folder.data(StagedModel::pathRole).toString(), QStringLiteral("/scan/Caches"));
+    EXPECT_EQ(folder.data(StagedModel::filesRole).toString(), QStringLiteral("2 files"));
+    EXPECT_EQ(folder.data(StagedModel::sizeRole).toString(), QStringLiteral("2.0 KB"));
+    EXPECT_EQ(part<Label>("stagedTotal").text(), QStringLiteral("2.5 KB"));
+    EXPECT_EQ(part<Button>("moveToTrashButton").text(), QStringLiteral("Move 2 to Trash"));
+}
+
+TEST_F(CleanupViewTests, AClickOnTheCrossUnstagesThatRow)
+{
+    stage("film.mov");
+    stage("Caches");
+    auto& list = part<StagedList>("stagedList");
+    QTest::mouseClick(list.viewport(), Qt::LeftButton, {}, list.buttonRect(0).center());
+    QCoreApplication::processEvents();
+    EXPECT_FALSE(node("film.mov")->isStagedForTrash());
+    ASSERT_EQ(list.model()->rowCount(), 1);
+    EXPECT_EQ(list.model()->index(0, 0).data().toString(), QStringLiteral("Caches"));
+    QTest::mouseClick(list.viewport(), Qt::LeftButton, {},
+                      list.visualRect(list.model()->index(0, 0)).center());
+    EXPECT_TRUE(node("Caches")->isStagedForTrash()) << "a click beside the cross does nothing";
+}
+
+TEST_F(CleanupViewTests, TheDeleteKeyUnstagesTheCurrentRow)
+{
+    stage("film.mov");
+    stage("Caches");
+    auto& list = part<StagedList>("stagedList");
+    list.setCurrentIndex(list.model()->index(1, 0));
+    QTest::keyClick(&list, Qt::Key_Delete);
+    QCoreApplication::processEvents();
+    EXPECT_FALSE(node("Caches")->isStagedForTrash());
+    EXPECT_EQ(list.currentIndex().row(), 0);
+}
+
+TEST_F(CleanupViewTests, AsksBeforeAnythingMovesAndCancelsSafely)
+{
+    stage("film.mov");
+    part<Button>("moveToTrashButton").click();
+    ASSERT_NE(dialog(), nullptr);
+    EXPECT_TRUE(m_view.confirmTrash());
+    EXPECT_EQ(dialog()->accessibleName(), QStringLiteral("Move 1 staged item to Trash?"));
+    EXPECT_EQ(dialog()->accessibleDescription(),
+              QStringLiteral("512 B will be recoverable from the Trash."));
+    dialogButton(QStringLiteral("Cancel"))->click();
+    EXPECT_FALSE(m_view.confirmTrash());
+    EXPECT_TRUE(m_platform.trash.asked().empty());
+    EXPECT_EQ(m_state.stagedNodes.value().size(), 1U);
+}
+
+TEST_F(CleanupViewTests, TheKeyAsksToo)
+{
+    stage("film.mov");
+    stage("Caches");
+    for (const auto key : {Qt::Key_Delete, Qt::Key_Backspace}) {
+        QTest::keyClick(&m_view, key, Qt::ControlModifier);
+        ASSERT_TRUE(m_view.confirmTrash());
+        EXPECT_EQ(dialog()->accessibleName(), QStringLiteral("Move 2 staged items to Trash?"));
+        m_view.setConfirmTrash(false);
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        EXPECT_EQ(dialog(), nullptr);
+    }
+}
+
+TEST_F(CleanupViewTests, ShowsTheBatchWhileItRuns)
+{
+    Gate gate;
+    m_platform.trash.answer = [&gate](const FilePath&) {
+        gate.pass();
+        return Trash::Outcome::moved;
+    };
+    stage("film.mov");
+    m_view.setConfirmTrash(true);
+    dialogButton(QStringLiteral("Move to Trash"))->click();
+    QCoreApplication::processEvents();
+    EXPECT_TRUE(part<QWidget>("trashProgress").isVisible());
+    EXPECT_EQ(part<Label>("trashStatus").text(), QStringLiteral("Moving 1 item to Trash…"));
+    EXPECT_DOUBLE_EQ(part<ProgressBar>("trashProgressBar").fraction(), 0);
+    EXPECT_FALSE(part<EmptyState>("cleanupEmpty").isVisible());
+    EXPECT_FALSE(part<StagedList>("stagedList").isVisible());
+    gate.open();
+    ASSERT_TRUE(waitFor([this] { return !m_state.isTrashingStaged.value(); }));
+    ASSERT_TRUE(waitFor([this] { return !part<QWidget>("trashProgress").isVisible(); }));
+    EXPECT_TRUE(part<EmptyState>("cleanupEmpty").isVisible());
+    EXPECT_EQ(m_platform.trash.asked(), std::vector{FilePath("/scan/film.mov")});
+    ASSERT_TRUE(waitFor([this] { return !m_state.isScanning.value(); }));
+}
+
+TEST_F(CleanupViewTests, AQueueThatGoesTakesItsQuestionAlong)
+{
+    stage("film.mov");
+    m_view.setConfirmTrash(true);
+    m_state.stagedNodes = std::vector<NodePointer>{};
+    QCoreApplication::processEvents();
+    EXPECT_FALSE(m_view.confirmTrash());
+}
+
+} // namespace
+} // namespace quorvane

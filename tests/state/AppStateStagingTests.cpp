@@ -1,0 +1,242 @@
+// SPDX-License-Identifier: MIT
+#include "Gate.h"
+#include "StateFixture.h"
+#include "TreeText.h"
+
+#include <QStringList>
+
+#include <algorithm>
+#include <filesystem>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace quorvane {
+namespace {
+
+using Outcome = Trash::Outcome;
+
+/// Takes things off the disk as a Trash does, without keeping them.
+Outcome takeAway(const FilePath& path)
+{
+    std::error_code error;
+    return std::filesystem::remove_all(path.bytes(), error) > 0 ? Outcome::moved : Outcome::missing;
+}
+
+class AppStateStaging : public StateFixture
+{
+protected:
+    NodePointer node(std::string_view path)
+    {
+        FileNode& root = *state().rootNode.value();
+        return state().share(&test::nodeAt(root, path));
+    }
+
+    std::vector<std::string> queue()
+    {
+        std::vector<std::string> names;
+        for (const NodePointer& staged : state().stagedNodes.value()) {
+            EXPECT_TRUE(staged->isStagedForTrash());
+            names.emplace_back(staged->name());
+        }
+        return names;
+    }
+
+    void scanThreeFiles()
+    {
+        disk.file("a", 100);
+        disk.file("b", 20);
+        disk.file("c", 3);
+        scan(disk.root());
+    }
+
+    /// What the batch tells, in the order in which it tells it: "{status} {progress}".
+    QStringList sendAndListen()
+    {
+        QStringList told;
+        const auto note = [this, &told] {
+            const QString line = state().trashStatus.value().value_or(QString()) %
+                                 QLatin1Char(' ') %
+                                 QString::number(state().trashProgress.value(), 'f', 3);
+            if (told.isEmpty() || told.last() != line) {
+                told.append(line);
+            }
+        };
+        const auto status = state().trashStatus.addNotifier(note);
+        state().sendStagedToTrash();
+        EXPECT_TRUE(state().isTrashingStaged.value());
+        EXPECT_TRUE(state().stagedNodes.value().empty());
+        EXPECT_TRUE(waitFor(
+            [this] { return !state().isTrashingStaged.value() && !state().isScanning.value(); }));
+        return told;
+    }
+};
+
+TEST_F(AppStateStaging, TogglingTwiceLeavesListAndFlagAsBefore)
+{
+    scanThreeFiles();
+    const NodePointer a = node("a");
+    state().toggleStaged(a);
+    state().toggleStaged(node("b"));
+    EXPECT_EQ(queue(), (std::vector<std::string>{"a", "b"}));
+    EXPECT_EQ(state().stagedSpace(), 120);
+    state().toggleStaged(a);
+    EXPECT_FALSE(a->isStagedForTrash());
+    EXPECT_EQ(queue(), std::vector<std::string>{"b"});
+    state().toggleStaged(node("b"));
+    EXPECT_TRUE(queue().empty());
+    EXPECT_EQ(state().stagedSpace(), 0);
+    EXPECT_EQ(state().flashMessage.value(), std::nullopt);
+}
+
+TEST_F(AppStateStaging, StagesTheSelectionButNeverTheRoot)
+{
+    scanThreeFiles();
+    state().stageSelection();
+    EXPECT_TRUE(queue().empty());
+    state().select(nullptr);
+    state().stageSelection();
+    EXPECT_TRUE(queue().empty());
+    state().select(node("c"));
+    state().stageSelection();
+    EXPECT_EQ(queue(), std::vector<std::string>{"c"});
+    state().stageSelection();
+    EXPECT_TRUE(queue().empty());
+}
+
+TEST_F(AppStateStaging, UnstagingWhatIsNotListedIsHarmless)
+{
+    scanThreeFiles();
+    state().toggleStaged(node("a"));
+    state().unstage(*node("b"));
+    EXPECT_EQ(queue(), std::vector<std::string>{"a"});
+    state().unstage(*node("a"));
+    state().unstage(*node("a"));
+    EXPECT_TRUE(queue().empty());
+}
+
+TEST_F(AppStateStaging, CountsAFileInsideAStagedFolderTwice)
+{
+    disk.file("folder/inside", 500);
+    disk.file("folder/other", 60);
+    scan(disk.root());
+    state().toggleStaged(node("folder"));
+    state().toggleStaged(node("folder/inside"));
+    EXPECT_EQ(state().stagedSpace(), 560 + 500);
+    platform.trash.answer = takeAway;
+    sendAndListen();
+    EXPECT_EQ(platform.trash.asked(),
+              (std::vector{disk.path("folder"), disk.path("folder/inside")}));
+    EXPECT_EQ(state().trashStatus.value(), QStringLiteral("Moved 2 items to Trash."));
+    EXPECT_TRUE(state().rootNode.value()->children().empty());
+}
+
+TEST_F(AppStateStaging, ABatchGoesOnBehindAFailure)
+{
+    scanThreeFiles();
+    for (const char* const name : {"b", "a", "c"}) {
+        state().toggleStaged(node(name));
+    }
+    const NodePointer oldA = node("a");
+    platform.trash.answer = [this](const FilePath& path) {
+        return path == disk.path("a") ? Outcome::notPermitted : takeAway(path);
+    };
+    EXPECT_EQ(sendAndListen(), (QStringList{QStringLiteral("Moving 3 items to Trash… 0.000"),
+                                            QStringLiteral("Moving 1 of 3 to Trash… 0.333"),
+                                            QStringLiteral("Moving 2 of 3 to Trash… 0.667"),
+                                            QStringLiteral("Moving 3 of 3 to Trash… 1.000"),
+                                            QStringLiteral("Moved 3 items to Trash. 1.000")}));
+    EXPECT_EQ(platform.trash.asked(),
+              (std::vector{disk.path("b"), disk.path("a"), disk.path("c")}));
+    EXPECT_FALSE(oldA->isStagedForTrash());
+    ASSERT_TRUE(state().hasScan());
+    EXPECT_NE(state().rootNode.value()->children().data(), nullptr);
+    EXPECT_EQ(state().rootNode.value()->fileCount(), 1);
+    EXPECT_FALSE(node("a")->isStagedForTrash());
+    EXPECT_NE(node("a"), oldA);
+    EXPECT_TRUE(queue().empty());
+}
+
+TEST_F(AppStateStaging, ABatchOfOneSpeaksOfOneItem)
+{
+    scanThreeFiles();
+    state().toggleStaged(node("a"));
+    EXPECT_EQ(sendAndListen(), (QStringList{QStringLiteral("Moving 1 item to Trash… 0.000"),
+                                            QStringLiteral("Moving 1 of 1 to Trash… 1.000"),
+                                            QStringLiteral("Moved 1 item to Trash. 1.000")}));
+}
+
+TEST_F(AppStateStaging, AnEmptyBatchSpeaksOfNoItems)
+{
+    scanThreeFiles();
+    EXPECT_EQ(sendAndListen(), (QStringList{QStringLiteral("Moving 0 items to Trash… 0.000"),
+                                            QStringLiteral("Moved 0 items to Trash. 0.000")}));
+}
+
+TEST_F(AppStateStaging, WithoutARootNoScanFollows)
+{
+    const NodePointer item = FileTree::stagedItem("cache", disk.path("cache"), 7);
+    state().toggleStaged(item);
+    EXPECT_EQ(state().stagedSpace(), 7);
+    sendAndListen();
+    EXPECT_FALSE(state().isScanning.value());
+    EXPECT_FALSE(state().hasScan());
+    EXPECT_EQ(platform.trash.asked(), std::vector{disk.path("cache")});
+    EXPECT_TRUE(queue().empty());
+}
+
+TEST_F(AppStateStaging, ANewScanEmptiesTheQueue)
+{
+    scanThreeFiles();
+    state().toggleStaged(node("a"));
+    state().startScan(disk.root());
+    EXPECT_TRUE(state().stagedNodes.value().empty());
+    awaitScan();
+    EXPECT_FALSE(node("a")->isStagedForTrash());
+}
+
+TEST_F(AppStateStaging, TheMainThreadStaysFreeAndStagesOnMeanwhile)
+{
+    scanThreeFiles();
+    state().toggleStaged(node("a"));
+    state().toggleStaged(node("b"));
+    Gate gate;
+    platform.trash.answer = [&gate](const FilePath& path) {
+        gate.pass();
+        return takeAway(path);
+    };
+    const NodePointer b = node("b");
+    state().sendStagedToTrash();
+    gate.awaitVisitor();
+    EXPECT_TRUE(state().isTrashingStaged.value());
+    EXPECT_DOUBLE_EQ(state().trashProgress.value(), 0);
+    EXPECT_TRUE(b->isStagedForTrash()) << "loses its flag when it is its turn";
+    state().toggleStaged(node("c"));
+    EXPECT_EQ(queue(), std::vector<std::string>{"c"});
+    gate.open();
+    ASSERT_TRUE(waitFor(
+        [this] { return !state().isTrashingStaged.value() && !state().isScanning.value(); }));
+    EXPECT_TRUE(queue().empty()) << "the scan at the end empties it";
+    EXPECT_TRUE(std::filesystem::exists(disk.path("c").bytes()));
+}
+
+TEST_F(AppStateStaging, AStateThatGoesDuringABatchEndsItBehindTheItemUnderWay)
+{
+    scanThreeFiles();
+    for (const char* const name : {"a", "b", "c"}) {
+        state().toggleStaged(node(name));
+    }
+    Gate gate;
+    platform.trash.answer = [&gate](const FilePath&) {
+        gate.pass();
+        return Outcome::moved;
+    };
+    state().sendStagedToTrash();
+    gate.awaitVisitor();
+    gate.open();
+    end();
+    EXPECT_EQ(platform.trash.asked(), std::vector{disk.path("a")});
+}
+
+} // namespace
+} // namespace quorvane
