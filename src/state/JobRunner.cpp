@@ -15,20 +15,46 @@ constexpr std::chrono::milliseconds cancelPollInterval{20};
 
 } // namespace
 
+bool Mailbox::put(std::function<void()> block)
+{
+    const std::lock_guard guard(m_lock);
+    if (m_isClosed) {
+        return false;
+    }
+    m_waiting.push_back(std::move(block));
+    return true;
+}
+
+void Mailbox::runNext()
+{
+    std::function<void()> block;
+    {
+        const std::lock_guard guard(m_lock);
+        if (m_waiting.empty()) {
+            return;
+        }
+        block = std::move(m_waiting.front());
+        m_waiting.pop_front();
+    }
+    block();
+}
+
+void Mailbox::close()
+{
+    std::deque<std::function<void()>> dropped;
+    const std::lock_guard guard(m_lock);
+    m_isClosed = true;
+    dropped.swap(m_waiting);
+}
+
 void MainThreadPoster::operator()(std::function<void()> block) const
 {
     QCoreApplication* const application = QCoreApplication::instance();
-    if (application == nullptr) {
+    if (application == nullptr || !m_mailbox->put(std::move(block))) {
         return;
     }
     QMetaObject::invokeMethod(
-        application,
-        [alive = m_alive, block = std::move(block)] {
-            if (!alive.expired()) {
-                block();
-            }
-        },
-        Qt::QueuedConnection);
+        application, [mailbox = m_mailbox] { mailbox->runNext(); }, Qt::QueuedConnection);
 }
 
 bool MainThreadPoster::andWait(const Job& job, std::function<void()> block) const
@@ -50,13 +76,13 @@ bool MainThreadPoster::andWait(const Job& job, std::function<void()> block) cons
 }
 
 JobRunner::JobRunner(std::function<void()> lowerThisThread)
-    : m_alive(std::make_shared<const bool>(true))
+    : m_mailbox(std::make_shared<Mailbox>())
     , m_pool(std::move(lowerThisThread))
 {}
 
 JobRunner::~JobRunner()
 {
-    m_alive.reset();
+    m_mailbox->close();
     for (const std::weak_ptr<Job>& started : m_started) {
         if (const JobHandle job = started.lock()) {
             job->cancel();

@@ -5,8 +5,10 @@
 #include "TaskPool.h"
 
 #include <chrono>
+#include <deque>
 #include <functional>
 #include <memory>
+#include <mutex>
 #include <type_traits>
 #include <utility>
 #include <vector>
@@ -29,12 +31,30 @@ private:
 
 using JobHandle = std::shared_ptr<Job>;
 
+/// What waits for the main thread. The blocks pass through a lock of our own and are run and let go
+/// on the main thread, whatever thread has posted them.
+class Mailbox
+{
+public:
+    /// Any thread. False when closed; the block is then dropped.
+    bool put(std::function<void()> block);
+    /// Main thread: runs the block that waits longest, if there is one.
+    void runNext();
+    /// Main thread: drops what waits and takes no more.
+    void close();
+
+private:
+    std::mutex m_lock;
+    std::deque<std::function<void()>> m_waiting;
+    bool m_isClosed = false;
+};
+
 /// Posts work to the main thread from any thread, as long as the runner that made it lives.
 class MainThreadPoster
 {
 public:
-    explicit MainThreadPoster(std::weak_ptr<const bool> alive)
-        : m_alive(std::move(alive))
+    explicit MainThreadPoster(std::shared_ptr<Mailbox> mailbox)
+        : m_mailbox(std::move(mailbox))
     {}
     /// In the order of the calls from one thread. Dropped when the runner has gone meanwhile.
     void operator()(std::function<void()> block) const;
@@ -43,7 +63,7 @@ public:
     bool andWait(const Job& job, std::function<void()> block) const;
 
 private:
-    std::weak_ptr<const bool> m_alive;
+    std::shared_ptr<Mailbox> m_mailbox;
 };
 
 /// Starts the background jobs of one model. Main thread.
@@ -90,7 +110,7 @@ public:
                    [holder = std::make_shared<T>(std::move(thing))]() mutable { holder.reset(); });
     }
 
-    MainThreadPoster poster() const { return MainThreadPoster(m_alive); }
+    MainThreadPoster poster() const { return MainThreadPoster(m_mailbox); }
 
     /// Takes no more work and waits for what runs, at most timeout. Returns whether all has ended.
     bool drain(std::chrono::milliseconds timeout) { return m_pool.drain(timeout); }
@@ -98,7 +118,7 @@ public:
 private:
     void remember(const JobHandle& job);
 
-    std::shared_ptr<const bool> m_alive;
+    std::shared_ptr<Mailbox> m_mailbox;
     std::vector<std::weak_ptr<Job>> m_started;
     TaskPool m_pool;
 };

@@ -16,7 +16,16 @@ public:
     void pass()
     {
         std::unique_lock guard(m_lock);
+        ++m_waiting;
         m_changed.wait(guard, [this] { return m_isOpen; });
+        --m_waiting;
+    }
+
+    /// Whether a thread stands before it now.
+    bool holdsSomebody()
+    {
+        const std::lock_guard guard(m_lock);
+        return !m_isOpen && m_waiting > 0;
     }
 
 private:
@@ -31,6 +40,7 @@ private:
 
     std::mutex m_lock;
     std::condition_variable m_changed;
+    int m_waiting = 0;
     bool m_isOpen = true;
 };
 

@@ -146,7 +146,7 @@ TEST_F(ScanJourney, RescanReadsTheSameFolderAgainAndKeepsTheSection)
     EXPECT_TRUE(waitFor(
         [this] { return state().hasScan() && state().rootNode.value()->fileCount() == 3; }));
     EXPECT_EQ(state().section.value(), AppSection::monitor);
-    EXPECT_TRUE(isShown("rescanButton"));
+    EXPECT_TRUE(waitUntilShown("rescanButton"));
     EXPECT_FALSE(isShown("zoomOutButton"));
 }
 

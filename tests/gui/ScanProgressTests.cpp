@@ -17,6 +17,9 @@ protected:
         m_gate.close();
         state().scanHome();
         ASSERT_TRUE(waitUntilShown("scanProgressView"));
+        // The scanner's own first report must not come behind the test's.
+        ASSERT_TRUE(waitFor([this] { return m_gate.holdsSomebody(); }));
+        settle();
     }
 
     void report(std::int64_t folders, std::int64_t files, std::int64_t bytes, const char* path)

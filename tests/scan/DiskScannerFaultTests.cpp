@@ -192,7 +192,7 @@ TEST(DiskScannerFaults, FileMadeAfterTheListingIsNotInTheTree)
 
 TEST(DiskScannerFaults, FewDescriptorsStillGiveTheWholeTree)
 {
-    DiskTree disk;
+    DiskTree disk(DiskTree::Place::memory);
     for (int i = 0; i < 30; ++i) {
         const std::string branch = "branch" + std::to_string(i);
         disk.file(branch + "/x/y/f", 1);
@@ -213,7 +213,7 @@ TEST(DiskScannerFaults, FewDescriptorsStillGiveTheWholeTree)
 TEST(DiskScannerFaults, DeepFoldersAreReachedByPathWhenNoneCanStayOpen)
 {
     constexpr int depth = 3000;
-    DiskTree disk;
+    DiskTree disk(DiskTree::Place::memory);
     disk.chain("chain", depth, "dd");
     FaultyFileSystemCalls calls;
     calls.limitDescriptors(1);
@@ -224,7 +224,7 @@ TEST(DiskScannerFaults, DeepFoldersAreReachedByPathWhenNoneCanStayOpen)
 TEST(DiskScannerFaults, RootDeeperThanTheLongestPathCanBeScanned)
 {
     constexpr int depth = 2500;
-    DiskTree disk;
+    DiskTree disk(DiskTree::Place::memory);
     disk.folder("chain");
     disk.chain("chain", depth);
     disk.symbolicLink("chain", "alias");
@@ -246,7 +246,7 @@ TEST(DiskScannerFaults, LinkIsFollowedWhereALongPathIsCut)
 {
     // The path is cut at its last slash within PATH_MAX; whatever the length of the temporary
     // folder, some of these links end there.
-    DiskTree disk;
+    DiskTree disk(DiskTree::Place::memory);
     disk.chain("real", 2100);
     std::string below;
     for (int i = 0; i < 2100; ++i) {

@@ -77,7 +77,7 @@ TEST(ScanProgressReports, BeginWithZerosAndEndWithTheTotals)
 
 TEST(ScanProgressReports, BetweenCarryAPathOfTheScanAndNeverGoBack)
 {
-    DiskTree disk;
+    DiskTree disk(DiskTree::Place::memory);
     fillWithFolders(disk, 300);
     Reports reports;
     scanned(disk.root(), 4, FileSystemCalls::system(), reports.callback());
@@ -188,7 +188,7 @@ TEST(ScanCancel, AtTheLastReportGivesNoTree)
 TEST(ScanCancel, WakesWorkersThatWaitAndThoseInsideAFolder)
 {
     constexpr int files = 2000;
-    DiskTree disk;
+    DiskTree disk(DiskTree::Place::memory);
     for (int i = 0; i < files; ++i) {
         disk.file("big/f" + std::to_string(i));
     }

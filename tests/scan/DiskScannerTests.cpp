@@ -157,7 +157,7 @@ TEST_P(DiskScannerWorkers, NumbersEntriesWithoutARepetition)
 
 TEST_P(DiskScannerWorkers, WalksAWideFolder)
 {
-    DiskTree disk;
+    DiskTree disk(DiskTree::Place::memory);
     for (int i = 0; i < 5000; ++i) {
         disk.file("wide/" + std::to_string(i));
     }
@@ -174,7 +174,7 @@ TEST_P(DiskScannerWorkers, WalksAWideFolder)
 TEST_P(DiskScannerWorkers, WalksAChainBeyondTheLongestPath)
 {
     constexpr int depth = 10'000;
-    DiskTree disk;
+    DiskTree disk(DiskTree::Place::memory);
     disk.chain("chain", depth);
     FaultyFileSystemCalls calls;
     const auto tree = scanned(disk.root(), GetParam(), calls);

@@ -57,6 +57,16 @@ private:
     int m_number;
 };
 
+std::string baseFor(DiskTree::Place place)
+{
+    const char* const memory = "/dev/shm";
+    if (place == DiskTree::Place::memory && access(memory, W_OK | X_OK) == 0) {
+        return memory;
+    }
+    const char* const temporary = std::getenv("TMPDIR");
+    return temporary != nullptr ? temporary : "/tmp";
+}
+
 bool isFolder(int directory, const char* name)
 {
     struct stat status = {};
@@ -135,10 +145,9 @@ void removeAll(const std::string& top)
 
 } // namespace
 
-DiskTree::DiskTree()
+DiskTree::DiskTree(Place place)
 {
-    const char* const base = std::getenv("TMPDIR");
-    std::string pattern = std::string(base != nullptr ? base : "/tmp") + "/qv-disk.XXXXXX";
+    std::string pattern = baseFor(place) + "/qv-disk.XXXXXX";
     require(mkdtemp(pattern.data()) != nullptr, pattern);
     require(chmod(pattern.c_str(), folderMode) == 0, pattern);
     m_root = FilePath(pattern);

@@ -17,7 +17,12 @@ namespace quorvane {
 class DiskTree
 {
 public:
-    DiskTree();
+    enum class Place {
+        temporaryFolder,
+        memory ///< a file system in memory where there is one, for trees of thousands of entries
+    };
+
+    explicit DiskTree(Place place = Place::temporaryFolder);
     DiskTree(const DiskTree&) = delete;
     DiskTree& operator=(const DiskTree&) = delete;
     /// Removes unreadable folders and chains of any depth, too.

@@ -138,7 +138,6 @@ QWidget* InspectorView::makeHeader()
     m_kind->setObjectName(QStringLiteral("inspectorKind"));
     words->addWidget(m_name);
     words->addWidget(m_kind);
-    words->addStretch();
     row->addLayout(words, 1);
     return header;
 }
