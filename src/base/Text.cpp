@@ -30,6 +30,22 @@ QString displayText(std::string_view bytes)
     return decoder(QByteArrayView(bytes));
 }
 
+std::string_view utf8Prefix(std::string_view bytes, std::size_t most)
+{
+    if (bytes.size() <= most) {
+        return bytes;
+    }
+    constexpr std::size_t longestSequence = 4;
+    std::size_t end = most;
+    // A byte of the form 10xxxxxx continues a sequence.
+    for (std::size_t back = 0; back < longestSequence && end > 0; ++back, --end) {
+        if ((static_cast<unsigned char>(bytes[end]) & 0xC0U) != 0x80U) {
+            return bytes.substr(0, end);
+        }
+    }
+    return bytes.substr(0, most);
+}
+
 std::string lowercased(std::string_view bytes)
 {
     if (isAscii(bytes) || !isUtf8(bytes)) {
