@@ -36,11 +36,10 @@ std::string_view utf8Prefix(std::string_view bytes, std::size_t most)
         return bytes;
     }
     constexpr std::size_t longestSequence = 4;
-    std::size_t end = most;
-    // A byte of the form 10xxxxxx continues a sequence.
-    for (std::size_t back = 0; back < longestSequence && end > 0; ++back, --end) {
-        if ((static_cast<unsigned char>(bytes[end]) & 0xC0U) != 0x80U) {
-            return bytes.substr(0, end);
+    for (std::size_t back = 0; back < longestSequence && back <= most; ++back) {
+        // A byte of the form 10xxxxxx continues a sequence.
+        if ((static_cast<unsigned char>(bytes[most - back]) & 0xC0U) != 0x80U) {
+            return bytes.substr(0, most - back);
         }
     }
     return bytes.substr(0, most);
