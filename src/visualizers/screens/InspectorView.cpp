@@ -9,14 +9,19 @@
 #include "Label.h"
 #include "NodeColors.h"
 #include "PathText.h"
+#include "PreviewPanel.h"
+#include "QuickLookPreview.h"
 #include "Refresher.h"
 #include "Tile.h"
 #include "Tokens.h"
 
+#include <QAbstractButton>
+#include <QApplication>
 #include <QDateTime>
 #include <QHBoxLayout>
 #include <QPainter>
 #include <QScrollArea>
+#include <QShortcut>
 #include <QVBoxLayout>
 
 #include <algorithm>
@@ -160,6 +165,9 @@ QWidget* InspectorView::makeActions()
         row->addWidget(tile);
         return tile;
     };
+    ActionTile* const quickLookTile = add("eye", tr("Quick Look"), "inspectorQuickLook",
+                                          [this](const NodePointer& node) { quickLook(*node); });
+    addQuickLookKey(*quickLookTile);
     add("magnifyingglass", tr("Reveal in Finder"), "inspectorReveal",
         [this](const NodePointer& node) { m_state.revealInFinder(*node); });
     add("arrow.up.forward.app", tr("Open"), "inspectorOpen",
@@ -167,6 +175,29 @@ QWidget* InspectorView::makeActions()
     m_stage = add("trash", {}, "inspectorStage",
                   [this](const NodePointer& node) { m_state.toggleStaged(node); });
     return actions;
+}
+
+/// Space belongs to the tile wherever the focus is, but for a button, which it presses.
+void InspectorView::addQuickLookKey(ActionTile& tile)
+{
+    tile.setToolTip(tr("Preview with Quick Look (Space)"));
+    auto* const key = new QShortcut(QKeySequence(Qt::Key_Space), this);
+    connect(key, &QShortcut::activated, &tile, [&tile] {
+        auto* const focused = qobject_cast<QAbstractButton*>(QApplication::focusWidget());
+        if (focused != nullptr) {
+            focused->click();
+        } else {
+            tile.click();
+        }
+    });
+}
+
+void InspectorView::quickLook(const FileNode& node)
+{
+    if (!m_preview) {
+        m_preview = new PreviewPanel(m_state, window());
+    }
+    QuickLookPreview::shared().show(node);
 }
 
 void InspectorView::refresh()

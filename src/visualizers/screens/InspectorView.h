@@ -3,6 +3,7 @@
 
 #include "FileNode.h"
 
+#include <QPointer>
 #include <QWidget>
 
 #include <vector>
@@ -15,6 +16,7 @@ class Card;
 class FactRow;
 class Label;
 class PathText;
+class PreviewPanel;
 class Refresher;
 class SymbolPlate;
 
@@ -37,6 +39,8 @@ private:
     QWidget* makeDetails();
     QWidget* makeHeader();
     QWidget* makeActions();
+    void addQuickLookKey(ActionTile& tile);
+    void quickLook(const FileNode& node);
     void refresh();
     void showHeader(const FileNode& node);
     void showActions(const FileNode& node);
@@ -51,6 +55,7 @@ private:
     Label* m_kind = nullptr;
     PathText* m_path = nullptr;
     ActionTile* m_stage = nullptr;
+    QPointer<PreviewPanel> m_preview;
     std::vector<FactRow*> m_facts;
     QWidget* m_largest = nullptr;
     std::vector<FactRow*> m_children;
