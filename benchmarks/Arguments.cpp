@@ -44,6 +44,15 @@ Arguments::Result Arguments::parse(std::span<const char* const> words,
     return arguments;
 }
 
+Arguments Arguments::withoutFirstOperand() const
+{
+    Arguments rest = *this;
+    if (!rest.m_operands.empty()) {
+        rest.m_operands.erase(rest.m_operands.begin());
+    }
+    return rest;
+}
+
 std::optional<std::string_view> Arguments::value(std::string_view name) const
 {
     const auto found = std::find_if(m_options.rbegin(), m_options.rend(),

@@ -30,6 +30,8 @@ public:
     static Result parse(std::span<const char* const> words, std::span<const OptionRule> rules);
 
     const std::vector<std::string_view>& operands() const { return m_operands; }
+    /// The same without the first operand, for a command whose first operand chooses what follows.
+    Arguments withoutFirstOperand() const;
     bool has(std::string_view name) const { return value(name).has_value(); }
     /// The value given last; empty for an option that takes none.
     std::optional<std::string_view> value(std::string_view name) const;

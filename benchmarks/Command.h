@@ -26,6 +26,7 @@ extern const Command treeCommand;
 extern const Command scanCommand;
 extern const Command dumpCommand;
 extern const Command treemapCommand;
+extern const Command layoutCommand;
 
 /// The commands that draw. Empty in a build without the GUI modules.
 std::span<const Command> guiCommands();

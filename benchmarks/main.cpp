@@ -21,7 +21,8 @@ namespace {
 
 std::vector<const Command*> allCommands()
 {
-    std::vector<const Command*> commands{&treeCommand, &scanCommand, &dumpCommand, &treemapCommand};
+    std::vector<const Command*> commands{&treeCommand, &scanCommand, &dumpCommand, &treemapCommand,
+                                         &layoutCommand};
     for (const Command& command : guiCommands()) {
         commands.push_back(&command);
     }

@@ -143,6 +143,25 @@ QBoxLayout* makeNotedRow(const QString& note, const QList<QWidget*>& widgets)
     return column;
 }
 
+QBoxLayout* makeToggles()
+{
+    auto* toggles = new QHBoxLayout;
+    toggles->setSpacing(28);
+    toggles->addLayout(makeNotedRow(QStringLiteral("Checkbox 16"),
+                                    {makeCheckBox(Qt::Unchecked, State::normal),
+                                     makeCheckBox(Qt::Unchecked, State::hovered),
+                                     makeCheckBox(Qt::Checked, State::normal),
+                                     makeCheckBox(Qt::PartiallyChecked, State::normal),
+                                     makeCheckBox(Qt::Unchecked, State::focused),
+                                     makeCheckBox(Qt::Unchecked, State::disabled)}));
+    toggles->addLayout(
+        makeNotedRow(QStringLiteral("Switch 36 × 20"),
+                     {makeSwitch(false, State::normal), makeSwitch(true, State::normal),
+                      makeSwitch(true, State::focused), makeSwitch(false, State::disabled)}));
+    toggles->addStretch(1);
+    return toggles;
+}
+
 } // namespace
 
 QWidget* makeButtonSection()
@@ -194,21 +213,7 @@ QWidget* makeFieldSection()
     section.body->addLayout(makeRow({scheme, basis}, 16));
     section.body->addSpacing(18);
 
-    auto* toggles = new QHBoxLayout;
-    toggles->setSpacing(28);
-    toggles->addLayout(makeNotedRow(QStringLiteral("Checkbox 16"),
-                                    {makeCheckBox(Qt::Unchecked, State::normal),
-                                     makeCheckBox(Qt::Unchecked, State::hovered),
-                                     makeCheckBox(Qt::Checked, State::normal),
-                                     makeCheckBox(Qt::PartiallyChecked, State::normal),
-                                     makeCheckBox(Qt::Unchecked, State::focused),
-                                     makeCheckBox(Qt::Unchecked, State::disabled)}));
-    toggles->addLayout(
-        makeNotedRow(QStringLiteral("Switch 36 × 20"),
-                     {makeSwitch(false, State::normal), makeSwitch(true, State::normal),
-                      makeSwitch(true, State::focused), makeSwitch(false, State::disabled)}));
-    toggles->addStretch(1);
-    section.body->addLayout(toggles);
+    section.body->addLayout(makeToggles());
     section.body->addSpacing(18);
 
     auto* focused = makeField(QStringLiteral("Search your Mac…"), QStringLiteral("drone"));

@@ -5,6 +5,15 @@
 
 namespace quorvane {
 
+/// A place in points. A plain value.
+struct Point
+{
+    double x = 0;
+    double y = 0;
+
+    friend bool operator==(const Point&, const Point&) = default;
+};
+
 /// A rectangle in points, y growing downwards. A plain value; a width or height below 0 is empty.
 struct Rect
 {

@@ -64,12 +64,17 @@ private:
     void drawScrollBar(const QStyleOptionSlider& option, QPainter& painter) const;
     void drawMenuItem(const QStyleOptionMenuItem& option, QPainter& painter) const;
     void drawMenuBarItem(const QStyleOptionMenuItem& option, QPainter& painter) const;
+    /// Returns whether the element is one of a header's.
+    bool drawHeader(ControlElement element, const QStyleOptionHeader& option, QPainter& painter,
+                    const QWidget* widget) const;
     void drawHeaderSection(const QStyleOptionHeader& option, QPainter& painter,
                            const QWidget* widget) const;
     void drawHeaderLabel(const QStyleOptionHeader& option, QPainter& painter) const;
     void drawItem(const QStyleOptionViewItem& option, QPainter& painter,
                   const QWidget* widget) const;
     void drawCheckIndicator(const QStyleOption& option, QPainter& painter, bool round) const;
+    QRect scrollBarPart(const QStyleOptionSlider& bar, SubControl part) const;
+    QSize menuBarItemSize(const QStyleOption* option, const QSize& size) const;
     QSize menuItemSize(const QStyleOptionMenuItem& option, const QSize& size) const;
 };
 

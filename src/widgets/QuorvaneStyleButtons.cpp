@@ -4,6 +4,7 @@
 #include "QuorvaneStyle.h"
 #include "StylePainting.h"
 #include "Symbols.h"
+#include "TextField.h"
 #include "Tokens.h"
 
 #include <QPainter>
@@ -15,8 +16,10 @@ namespace quorvane {
 namespace {
 
 constexpr int contentGap = 7;
+constexpr int comboStart = 11;
 constexpr int comboGap = 11; ///< between the text and the chevron
 constexpr int comboEnd = 9;
+constexpr int fieldPadding = 7; ///< with the two points that a line edit itself keeps free
 constexpr double disabledOpacity = 0.45;
 
 struct ButtonLook
@@ -137,17 +140,18 @@ QColor labelColor(const QStyleOption& option, ButtonRole role)
     return themeColor(ThemeColor::text1);
 }
 
-/// Whether the label stands light on a dark fill in both schemes.
-bool isFilled(ButtonRole role)
-{
-    return (role == ButtonRole::prominent &&
-            contrastRatio(themeColor(ThemeColor::accentLabel), Qt::black) > 4.5) ||
-           role == ButtonRole::destructive;
-}
-
 TextStyle textStyle(ControlSize size)
 {
     return size == ControlSize::small ? TextStyle::captionMedium : TextStyle::row;
+}
+
+QSize pushButtonSize(const QStyleOptionButton& button, const QWidget* widget)
+{
+    const ButtonLook look = lookOf(button, widget);
+    const bool hasSymbol = !look.symbol.isEmpty() || !button.icon.isNull();
+    const int words = button.fontMetrics.size(Qt::TextShowMnemonic, button.text).width();
+    const int symbol = hasSymbol ? symbolSide(look.size) + (words > 0 ? contentGap : 0) : 0;
+    return {words + symbol + 2 * buttonPadding(look.size), buttonHeight(look.size)};
 }
 
 ControlSize comboSize(const QWidget* widget)
@@ -189,8 +193,10 @@ void QuorvaneStyle::drawPushButton(const QStyleOption* option, QPainter& painter
     }
     left += hasSymbol ? side + gap : 0;
     painter.save();
-    if (qobject_cast<const Button*>(widget) && isFilled(look.role)) {
-        painter.setFont(font(textStyle(look.size), true));
+    if (qobject_cast<const Button*>(widget) &&
+        (look.role == ButtonRole::prominent || look.role == ButtonRole::destructive)) {
+        const bool light = look.role == ButtonRole::destructive || isAccentLabelLight();
+        painter.setFont(font(textStyle(look.size), light));
     }
     painter.setPen(color);
     const QRectF area(left, rect.top(), rect.left() + (rect.width() + content) / 2 - left,
@@ -249,7 +255,7 @@ void QuorvaneStyle::drawComboBox(const QStyleOptionComboBox& option, QPainter& p
     if (option.editable) {
         return;
     }
-    QRectF words = rect.adjusted(11, 0, 0, 0);
+    QRectF words = rect.adjusted(comboStart, 0, 0, 0);
     words.setRight(chevron.left() - comboGap);
     if (!option.currentIcon.isNull()) {
         const int side = measure::iconButton;
@@ -308,62 +314,49 @@ void QuorvaneStyle::drawCheckIndicator(const QStyleOption& option, QPainter& pai
 QSize QuorvaneStyle::sizeFromContents(ContentsType type, const QStyleOption* option,
                                       const QSize& size, const QWidget* widget) const
 {
+    const QSize base = QProxyStyle::sizeFromContents(type, option, size, widget);
     switch (type) {
     case CT_PushButton:
         if (const auto* button = qstyleoption_cast<const QStyleOptionButton*>(option)) {
-            const ButtonLook look = lookOf(*button, widget);
-            const bool hasSymbol = !look.symbol.isEmpty() || !button->icon.isNull();
-            const int words = button->fontMetrics.size(Qt::TextShowMnemonic, button->text).width();
-            const int symbol = hasSymbol ? symbolSide(look.size) + (words > 0 ? contentGap : 0) : 0;
-            return {words + symbol + 2 * buttonPadding(look.size), buttonHeight(look.size)};
+            return pushButtonSize(*button, widget);
         }
-        break;
+        return base;
     case CT_ComboBox:
-        if (qstyleoption_cast<const QStyleOptionComboBox*>(option)) {
-            return {size.width() + 11 + comboGap + measure::iconChevron + comboEnd,
-                    buttonHeight(comboSize(widget))};
-        }
-        break;
+        return {size.width() + comboStart + comboGap + measure::iconChevron + comboEnd,
+                buttonHeight(comboSize(widget))};
     case CT_LineEdit:
         return {size.width(), std::max(size.height(), measure::field)};
     case CT_CheckBox:
-    case CT_RadioButton: {
-        QSize wanted = QProxyStyle::sizeFromContents(type, option, size, widget);
-        wanted.setHeight(std::max(wanted.height(), measure::checkBox));
-        return wanted;
-    }
+    case CT_RadioButton:
+        return {base.width(), std::max(base.height(), measure::checkBox)};
     case CT_MenuItem:
         if (const auto* item = qstyleoption_cast<const QStyleOptionMenuItem*>(option)) {
             return menuItemSize(*item, size);
         }
-        break;
-    case CT_MenuBarItem: {
-        const auto* item = qstyleoption_cast<const QStyleOptionMenuItem*>(option);
-        const int words = item && isProgramMenu(*item)
-                              ? textWidth(TextStyle::captionStrong, item->text)
-                              : size.width();
-        return {words + 2 * spacing::s, measure::menuBarHeight};
-    }
+        return base;
+    case CT_MenuBarItem:
+        return menuBarItemSize(option, size);
     case CT_MenuBar:
         return {size.width(), measure::menuBarHeight};
-    case CT_HeaderSection: {
-        const QSize wanted = QProxyStyle::sizeFromContents(type, option, size, widget);
-        return {wanted.width(), measure::tableHeader};
-    }
-    case CT_ItemViewItem: {
-        const QSize wanted = QProxyStyle::sizeFromContents(type, option, size, widget);
-        return {wanted.width(), std::max(wanted.height(), measure::row)};
-    }
+    case CT_HeaderSection:
+        return {base.width(), measure::tableHeader};
+    case CT_ItemViewItem:
+        return {base.width(), std::max(base.height(), measure::row)};
     default:
-        break;
+        return base;
     }
-    return QProxyStyle::sizeFromContents(type, option, size, widget);
 }
 
 QRect QuorvaneStyle::subElementRect(SubElement element, const QStyleOption* option,
                                     const QWidget* widget) const
 {
-    return QProxyStyle::subElementRect(element, option, widget);
+    const QRect rect = QProxyStyle::subElementRect(element, option, widget);
+    const auto* frame = qstyleoption_cast<const QStyleOptionFrame*>(option);
+    if (element == SE_LineEditContents && frame && frame->lineWidth > 0 &&
+        !qobject_cast<const TextField*>(widget)) {
+        return rect.adjusted(fieldPadding, 0, -fieldPadding, 0);
+    }
+    return rect;
 }
 
 QRect QuorvaneStyle::subControlRect(ComplexControl control, const QStyleOptionComplex* option,
@@ -372,39 +365,9 @@ QRect QuorvaneStyle::subControlRect(ComplexControl control, const QStyleOptionCo
     if (control == CC_ComboBox && subControl == SC_ComboBoxEditField) {
         return option->rect.adjusted(8, 2, -(measure::iconChevron + 13), -2);
     }
-    if (control == CC_ScrollBar) {
-        // No arrows: the groove is the whole bar.
-        const auto* bar = qstyleoption_cast<const QStyleOptionSlider*>(option);
-        if (!bar) {
-            return {};
-        }
-        const QRect all = bar->rect;
-        const bool horizontal = bar->orientation == Qt::Horizontal;
-        const int length = horizontal ? all.width() : all.height();
-        const int range = bar->maximum - bar->minimum;
-        int slider = length;
-        if (range > 0) {
-            const qint64 total = static_cast<qint64>(range) + bar->pageStep;
-            slider = std::max(static_cast<int>(qint64{bar->pageStep} * length / total),
-                              std::min(pixelMetric(PM_ScrollBarSliderMin), length));
-        }
-        const int start = sliderPositionFromValue(bar->minimum, bar->maximum, bar->sliderPosition,
-                                                  length - slider, bar->upsideDown);
-        switch (subControl) {
-        case SC_ScrollBarSlider:
-            return horizontal ? QRect(all.left() + start, all.top(), slider, all.height())
-                              : QRect(all.left(), all.top() + start, all.width(), slider);
-        case SC_ScrollBarSubPage:
-            return horizontal ? QRect(all.left(), all.top(), start, all.height())
-                              : QRect(all.left(), all.top(), all.width(), start);
-        case SC_ScrollBarAddPage:
-            return horizontal ? all.adjusted(start + slider, 0, 0, 0)
-                              : all.adjusted(0, start + slider, 0, 0);
-        case SC_ScrollBarGroove:
-            return all;
-        default:
-            return {};
-        }
+    if (const auto* bar = qstyleoption_cast<const QStyleOptionSlider*>(option);
+        bar && control == CC_ScrollBar) {
+        return scrollBarPart(*bar, subControl);
     }
     return QProxyStyle::subControlRect(control, option, subControl, widget);
 }

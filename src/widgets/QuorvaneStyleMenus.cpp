@@ -17,6 +17,50 @@ constexpr int shortcutGap = 24;
 constexpr int separatorMargin = 5;
 constexpr int barItemHeight = 20;
 
+bool isCurrent(const QStyleOptionMenuItem& option)
+{
+    return isEnabled(option) && option.state & QStyle::State_Selected;
+}
+
+/// A check mark, else the symbol of the row.
+void drawRowSymbol(const QStyleOptionMenuItem& option, QPainter& painter, const QRectF& area,
+                   const QColor& words)
+{
+    if (option.checked) {
+        paintSymbol(painter, QStringLiteral("checkmark"), area, measure::iconChevron, words);
+    } else if (!option.icon.isNull()) {
+        QRectF square(0, 0, measure::iconButton, measure::iconButton);
+        square.moveCenter(area.center());
+        option.icon.paint(&painter, square.toAlignedRect(), Qt::AlignCenter,
+                          !isEnabled(option)  ? QIcon::Disabled
+                          : isCurrent(option) ? QIcon::Selected
+                                              : QIcon::Normal);
+    }
+}
+
+/// The text at the left and the shortcut at the right.
+void drawRowWords(const QStyleOptionMenuItem& option, QPainter& painter, const QRectF& area,
+                  const QColor& words)
+{
+    const QStringList parts = option.text.split(u'\t');
+    painter.save();
+    QFont rowFont = option.font;
+    if (isCurrent(option) && rowFont.weight() == font(TextStyle::body).weight()) {
+        rowFont.setWeight(font(TextStyle::body, isAccentLabelLight()).weight());
+    }
+    painter.setFont(rowFont);
+    painter.setPen(words);
+    const int flags = Qt::AlignVCenter | Qt::TextHideMnemonic | Qt::TextSingleLine;
+    painter.drawText(area, flags | Qt::AlignLeft, parts.value(0));
+    if (parts.size() > 1) {
+        if (isEnabled(option) && !isCurrent(option)) {
+            painter.setPen(themeColor(ThemeColor::text3));
+        }
+        painter.drawText(area, flags | Qt::AlignRight, parts[1]);
+    }
+    painter.restore();
+}
+
 } // namespace
 
 QSize QuorvaneStyle::menuItemSize(const QStyleOptionMenuItem& option, const QSize& size) const
@@ -39,6 +83,14 @@ QSize QuorvaneStyle::menuItemSize(const QStyleOptionMenuItem& option, const QSiz
     return {width + spacing::xs, measure::menuRow};
 }
 
+QSize QuorvaneStyle::menuBarItemSize(const QStyleOption* option, const QSize& size) const
+{
+    const auto* item = qstyleoption_cast<const QStyleOptionMenuItem*>(option);
+    const int words = item && isProgramMenu(*item) ? textWidth(TextStyle::captionStrong, item->text)
+                                                   : size.width();
+    return {words + 2 * spacing::s, measure::menuBarHeight};
+}
+
 void QuorvaneStyle::drawMenuItem(const QStyleOptionMenuItem& option, QPainter& painter) const
 {
     const QRectF rect = option.rect;
@@ -49,7 +101,7 @@ void QuorvaneStyle::drawMenuItem(const QStyleOptionMenuItem& option, QPainter& p
         return;
     }
     const bool enabled = isEnabled(option);
-    const bool current = enabled && option.state & State_Selected;
+    const bool current = isCurrent(option);
     if (current) {
         paintPanel(painter, rect, radius::control, themeColor(ThemeColor::accentFill),
                    Qt::transparent);
@@ -60,16 +112,7 @@ void QuorvaneStyle::drawMenuItem(const QStyleOptionMenuItem& option, QPainter& p
     QRectF content = rect.adjusted(rowPadding, 0, -rowPadding, 0);
     if (option.maxIconWidth > 0 || option.menuHasCheckableItems) {
         const QRectF area(content.left(), rect.top(), measure::iconButton, rect.height());
-        if (option.checked) {
-            paintSymbol(painter, QStringLiteral("checkmark"), area, measure::iconChevron, words);
-        } else if (!option.icon.isNull()) {
-            QRectF square(0, 0, measure::iconButton, measure::iconButton);
-            square.moveCenter(area.center());
-            option.icon.paint(&painter, square.toAlignedRect(), Qt::AlignCenter,
-                              !enabled  ? QIcon::Disabled
-                              : current ? QIcon::Selected
-                                        : QIcon::Normal);
-        }
+        drawRowSymbol(option, painter, area, words);
         content.setLeft(area.right() + rowGap);
     }
     if (option.menuItemType == QStyleOptionMenuItem::SubMenu) {
@@ -79,17 +122,7 @@ void QuorvaneStyle::drawMenuItem(const QStyleOptionMenuItem& option, QPainter& p
                     current ? words : themeColor(ThemeColor::text3));
         content.setRight(area.left() - rowGap);
     }
-    const QStringList parts = option.text.split(u'\t');
-    painter.save();
-    painter.setFont(current ? font(TextStyle::body, true) : option.font);
-    painter.setPen(words);
-    const int flags = Qt::AlignVCenter | Qt::TextHideMnemonic | Qt::TextSingleLine;
-    painter.drawText(content, flags | Qt::AlignLeft, parts.value(0));
-    if (parts.size() > 1) {
-        painter.setPen(current || !enabled ? words : themeColor(ThemeColor::text3));
-        painter.drawText(content, flags | Qt::AlignRight, parts[1]);
-    }
-    painter.restore();
+    drawRowWords(option, painter, content, words);
 }
 
 void QuorvaneStyle::drawMenuBarItem(const QStyleOptionMenuItem& option, QPainter& painter) const

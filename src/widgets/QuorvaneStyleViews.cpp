@@ -64,6 +64,57 @@ void QuorvaneStyle::drawScrollBar(const QStyleOptionSlider& option, QPainter& pa
         Qt::transparent);
 }
 
+QRect QuorvaneStyle::scrollBarPart(const QStyleOptionSlider& bar, SubControl part) const
+{
+    // No arrows: the groove is the whole bar.
+    const QRect all = bar.rect;
+    const bool horizontal = bar.orientation == Qt::Horizontal;
+    const int length = horizontal ? all.width() : all.height();
+    const int range = bar.maximum - bar.minimum;
+    int slider = length;
+    if (range > 0) {
+        const qint64 total = static_cast<qint64>(range) + bar.pageStep;
+        slider = std::max(static_cast<int>(qint64{bar.pageStep} * length / total),
+                          std::min(pixelMetric(PM_ScrollBarSliderMin), length));
+    }
+    const int start = sliderPositionFromValue(bar.minimum, bar.maximum, bar.sliderPosition,
+                                              length - slider, bar.upsideDown);
+    const auto piece = [&](int from, int size) {
+        return horizontal ? QRect(all.left() + from, all.top(), size, all.height())
+                          : QRect(all.left(), all.top() + from, all.width(), size);
+    };
+    switch (part) {
+    case SC_ScrollBarSlider:
+        return piece(start, slider);
+    case SC_ScrollBarSubPage:
+        return piece(0, start);
+    case SC_ScrollBarAddPage:
+        return piece(start + slider, length - start - slider);
+    case SC_ScrollBarGroove:
+        return all;
+    default:
+        return {};
+    }
+}
+
+bool QuorvaneStyle::drawHeader(ControlElement element, const QStyleOptionHeader& option,
+                               QPainter& painter, const QWidget* widget) const
+{
+    if (element == CE_Header) {
+        drawHeaderSection(option, painter, widget);
+        QStyleOptionHeader label = option;
+        label.rect.adjust(spacing::m, 0, -spacing::m, 0);
+        drawHeaderLabel(label, painter);
+    } else if (element == CE_HeaderSection) {
+        drawHeaderSection(option, painter, widget);
+    } else if (element == CE_HeaderLabel) {
+        drawHeaderLabel(option, painter);
+    } else {
+        return false;
+    }
+    return true;
+}
+
 void QuorvaneStyle::drawHeaderSection(const QStyleOptionHeader& option, QPainter& painter,
                                       const QWidget* widget) const
 {

@@ -5,6 +5,7 @@
 
 #include <QLinearGradient>
 #include <QStyleOption>
+#include <QWidget>
 
 // Small helpers that the parts of the style share.
 
@@ -29,6 +30,18 @@ inline bool isPressed(const QStyleOption& option)
 inline bool isProgramMenu(const QStyleOptionMenuItem& option)
 {
     return option.menuItemType == QStyleOptionMenuItem::DefaultItem;
+}
+
+/// The window with the choices of a combo box.
+inline bool isComboPopup(const QWidget* widget)
+{
+    return widget && widget->inherits("QComboBoxPrivateContainer");
+}
+
+/// Whether text in the accent's label colour stands light on the fill.
+inline bool isAccentLabelLight()
+{
+    return themeColor(ThemeColor::accentLabel).lightnessF() > 0.5F;
 }
 
 /// From `top` at the upper edge to `bottom` at the lower one.

@@ -86,6 +86,9 @@ void applyTheme()
     }
     QApplication::setPalette(shown().theme.palette());
     QToolTip::setPalette(shown().theme.palette());
+    QPalette menu = shown().theme.palette();
+    menu.setColor(QPalette::Window, themeColor(ThemeColor::popover));
+    QApplication::setPalette(menu, "QMenu");
     static std::optional<bool> fontsForDark;
     if (fontsForDark != shown().theme.isDark()) {
         fontsForDark = shown().theme.isDark();

@@ -166,6 +166,7 @@ TEST(BenchProgram, ScanAndFloorAgreeOnWhatIsThere)
     const TemporaryFolder folder;
     const std::string tree = folder.path("tree");
     ASSERT_EQ(run("tree " + tree + " --entries 2000 --seed 4").code, 0);
+    testing::settle(tree);
     const auto measured = [&](const std::string& options) {
         const Outcome outcome = run("scan " + tree + " --json " + options);
         EXPECT_EQ(outcome.code, 0);

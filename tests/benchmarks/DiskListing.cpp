@@ -189,6 +189,14 @@ void makeFile(const std::string& path, std::size_t bytes)
     close(file);
 }
 
+void settle(const std::string& folder)
+{
+    const int descriptor = open(folder.c_str(), O_RDONLY | O_DIRECTORY);
+    const bool isDone = syncfs(descriptor) == 0;
+    close(descriptor);
+    require(isDone, "settled sizes in " + folder);
+}
+
 void makeNastyTree(const std::string& folder)
 {
     const auto at = [&](const std::string& name) { return folder + "/" + name; };
@@ -214,6 +222,7 @@ void makeNastyTree(const std::string& folder)
     makeSocket(at("socket"));
     require(mkdir(at("chains").c_str(), 0755) == 0, "a folder");
     makeChain(at("chains"), "d", 2000);
+    settle(folder);
 }
 
 } // namespace quorvane::testing

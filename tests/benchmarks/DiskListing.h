@@ -55,6 +55,9 @@ std::vector<std::string> depthFirst(const DiskListing& listing);
 void makeChain(const std::string& folder, const std::string& name, int depth);
 void makeFile(const std::string& path, std::size_t bytes);
 
+/// Has the file system decide about every block, so that allocated sizes stand still from here on.
+void settle(const std::string& folder);
+
 /// Links, a socket, a pipe, holes, empty folders, a hidden name, a line break, quotes, control
 /// characters, names that are not UTF-8, equal sizes, and a chain 2,000 deep.
 void makeNastyTree(const std::string& folder);

@@ -29,6 +29,7 @@ TEST(FloorWalk, SeesWhatIsThereWithAnyNumberOfWorkers)
 {
     const TemporaryFolder folder;
     ASSERT_EQ(generateTree(FilePath(folder.path()), {5000, 9}), std::nullopt);
+    testing::settle(folder.path());
     for (const int workers : {1, 2, 8}) {
         expectTotals(folder.path(), workers);
     }

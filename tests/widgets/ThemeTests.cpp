@@ -140,6 +140,15 @@ TEST(ThemeContrast, LabelsOfFilledButtonsAreReadable)
     }
 }
 
+TEST(Theme, GivesEveryColourAValue)
+{
+    for (const Theme& theme : allThemes()) {
+        for (int index = 0; index < static_cast<int>(ThemeColor::count); ++index) {
+            EXPECT_TRUE(theme.color(static_cast<ThemeColor>(index)).isValid()) << index;
+        }
+    }
+}
+
 TEST(Theme, TakesTheAccentsOfBothForms)
 {
     EXPECT_EQ(Theme(true, AccentChoice::blue).color(ThemeColor::accent), QColor(0x0A, 0x84, 0xFF));

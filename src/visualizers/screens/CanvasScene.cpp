@@ -18,6 +18,20 @@ QImage emptyPicture(const QSize& size, const CanvasStyle& style)
 
 } // namespace
 
+QString itemLabel(const TooltipText& text)
+{
+    return text.title + QStringLiteral(", ") + text.detail;
+}
+
+CanvasInk inkOn(const QColor& ground)
+{
+    constexpr int middle = 128;
+    if (qGray(ground.rgb()) < middle) {
+        return {QColor(0xEC, 0xEE, 0xF2), QColor(0xA8, 0xAE, 0xBA), QColor(0x91, 0x99, 0xA7)};
+    }
+    return {QColor(0x15, 0x17, 0x1C), QColor(0x48, 0x4E, 0x59), QColor(0x58, 0x60, 0x6C)};
+}
+
 CanvasRendering renderScene(ScenePointer scene, const CanvasStyle& style, const LockedFlag& stop)
 {
     CanvasRendering rendering{std::move(scene), style, {}, {}};

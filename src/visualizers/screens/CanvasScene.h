@@ -34,6 +34,16 @@ struct CanvasStyle
     friend bool operator==(const CanvasStyle&, const CanvasStyle&) = default;
 };
 
+/// Colours of what is written on a ground that the palette chooses, dark or light.
+struct CanvasInk
+{
+    QColor primary;
+    QColor secondary;
+    QColor tertiary;
+};
+
+CanvasInk inkOn(const QColor& ground);
+
 /// Everything that a layout needs, by value.
 struct SceneRequest
 {
@@ -49,6 +59,9 @@ struct TooltipText
     QString title;
     QString detail;
 };
+
+/// The same in one line, for assistive technology.
+QString itemLabel(const TooltipText& text);
 
 /// One finished layout: a plain array of items that can be painted, hit and named. Made by a job
 /// and never changed after it, so that any thread may read it. Keeps the tree alive that its items

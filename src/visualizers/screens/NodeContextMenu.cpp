@@ -19,9 +19,10 @@ void popUpNodeContextMenu(AppState& state, const NodePointer& node, QWidget& own
     menu->setObjectName(QStringLiteral("nodeContextMenu"));
     menu->setAttribute(Qt::WA_DeleteOnClose);
     const NodePointer root = state.rootNode.value();
+    const bool isStaged = node->isStagedForTrash();
     QAction* const stage = menu->addItem(
-        QStringLiteral("trash"), node->isStagedForTrash() ? QStringLiteral("Unstage from Cleanup")
-                                                          : QStringLiteral("Stage for Cleanup"));
+        isStaged ? QStringLiteral("arrow.uturn.backward") : QStringLiteral("trash"),
+        isStaged ? QStringLiteral("Unstage from Cleanup") : QStringLiteral("Stage for Cleanup"));
     stage->setObjectName(QStringLiteral("stageAction"));
     stage->setEnabled(!root || node->id() != root->id());
     QObject::connect(stage, &QAction::triggered, menu,

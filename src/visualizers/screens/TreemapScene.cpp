@@ -133,8 +133,7 @@ TooltipText TreemapScene::tooltipOf(std::size_t item) const
 
 QString TreemapScene::labelOf(std::size_t item) const
 {
-    const TooltipText text = tooltipOf(item);
-    return text.title + QStringLiteral(", ") + text.detail;
+    return itemLabel(tooltipOf(item));
 }
 
 std::optional<std::size_t> TreemapScene::itemOf(const FileNode& node) const

@@ -12,9 +12,6 @@ class TreemapView final : public VisualizerCanvas
 
 public:
     explicit TreemapView(AppState& state, QWidget* parent = nullptr);
-
-    QString accessibleLabel() const override;
-    QString accessibleValue() const override;
 };
 
 } // namespace quorvane

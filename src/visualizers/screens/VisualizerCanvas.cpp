@@ -32,13 +32,16 @@ QColor groundColor()
 
 } // namespace
 
-VisualizerCanvas::VisualizerCanvas(AppState& state, MakeScene makeScene, QWidget* parent)
+VisualizerCanvas::VisualizerCanvas(AppState& state, MakeScene makeScene, CanvasTraits traits,
+                                   QWidget* parent)
     : QWidget(parent)
     , m_state(state)
     , m_makeScene(makeScene)
+    , m_traits(std::move(traits))
     , m_tooltip(new HoverTooltip(this))
     , m_spinner(new Spinner(QStringLiteral("Computing layout…"), this))
 {
+    setObjectName(m_traits.objectName);
     installCanvasAccessibility();
     setMouseTracking(true);
     setFocusPolicy(Qt::StrongFocus);
@@ -57,13 +60,12 @@ VisualizerCanvas::~VisualizerCanvas()
 void VisualizerCanvas::observe()
 {
     const auto relayout = [this] { scheduleLayout(); };
-    const auto repaint = [this] { update(); };
     m_observers.push_back(m_state.rootNode.addNotifier(relayout));
     m_observers.push_back(m_state.focusNode.addNotifier(relayout));
     m_observers.push_back(m_state.storageSizeMode.addNotifier(relayout));
     m_observers.push_back(m_state.storageBloatFilters.addNotifier(relayout));
     m_observers.push_back(m_state.storagePalette.addNotifier(relayout));
-    m_observers.push_back(m_state.selectedNode.addNotifier(repaint));
+    m_observers.push_back(m_state.selectedNode.addNotifier([this] { refreshSelection(); }));
     connect(&ThemeNotifier::instance(), &ThemeNotifier::themeChanged, this, relayout);
 }
 
@@ -153,6 +155,7 @@ void VisualizerCanvas::publish(CanvasRendering rendering)
     m_spinner->hide();
     m_state.jobs().release(std::exchange(m_rendering, std::move(rendering)));
     announceCanvasContent(*this);
+    refreshSelection();
     // The pointer rests on whatever lies below it now.
     m_pressedItem = std::nullopt;
     if (m_hoverActive) {
@@ -175,8 +178,33 @@ void VisualizerCanvas::clearRendering()
     if (m_rendering.scene) {
         m_state.jobs().release(std::exchange(m_rendering, {}));
         announceCanvasContent(*this);
+        refreshSelection();
     }
     update();
+}
+
+QString VisualizerCanvas::accessibleLabel() const
+{
+    const NodePointer shown = m_state.shownNode();
+    return m_traits.labelStart + (shown ? shown->displayName() : QString()) + QStringLiteral(", ") +
+           (shown ? shown->formattedBytes() : QStringLiteral("0 bytes"));
+}
+
+QString VisualizerCanvas::accessibleValue() const
+{
+    return QString::number(scene() ? scene()->itemCount() : 0) + m_traits.valueEnd;
+}
+
+void VisualizerCanvas::refreshSelection()
+{
+    const NodePointer selected = m_state.selectedNode.value();
+    m_selectedItem = scene() && selected ? scene()->itemOf(*selected) : std::nullopt;
+    update();
+}
+
+CanvasInk VisualizerCanvas::ink() const
+{
+    return inkOn(groundColor());
 }
 
 QString VisualizerCanvas::emptyText() const
@@ -199,8 +227,8 @@ void VisualizerCanvas::paintEvent(QPaintEvent* event)
         paintContent(painter);
         painter.setClipping(false);
     } else if (!isComputingLayout() && !m_isLayoutScheduled) {
-        paintText(painter, QRectF(rect()), Qt::AlignCenter, TextStyle::body,
-                  QColor(0xA8, 0xAE, 0xBA), emptyText());
+        paintText(painter, QRectF(rect()), Qt::AlignCenter, TextStyle::body, ink().secondary,
+                  emptyText());
     }
     if (hasFocus() && m_focusIsVisible) {
         paintFocusLine(painter, QRectF(rect()), radius::surface);
@@ -214,12 +242,9 @@ void VisualizerCanvas::paintContent(QPainter& painter) const
     if (isDimmed) {
         scene()->restoreItem(painter, *m_hoveredItem, m_rendering.bright, m_rendering.dimmed);
     }
-    if (const NodePointer selected = m_state.selectedNode.value()) {
-        const std::optional<std::size_t> item = scene()->itemOf(*selected);
-        if (item && item != m_hoveredItem) {
-            scene()->paintHighlight(painter, *item, CanvasScene::Highlight::selected,
-                                    themeColor(ThemeColor::accent));
-        }
+    if (m_selectedItem && m_selectedItem != m_hoveredItem) {
+        scene()->paintHighlight(painter, *m_selectedItem, CanvasScene::Highlight::selected,
+                                themeColor(ThemeColor::accent));
     }
     if (m_hoveredItem) {
         scene()->paintHighlight(painter, *m_hoveredItem, CanvasScene::Highlight::hovered,

@@ -20,9 +20,19 @@ namespace quorvane {
 class HoverTooltip;
 class Spinner;
 
+/// What sets one drawn visualiser apart from the others beside its scene.
+struct CanvasTraits
+{
+    QString objectName;
+    QString labelStart;                 ///< of what assistive technology reads, before the name
+    QString valueEnd;                   ///< the same, after the number of items
+    bool tooltipFollowsPointer = false; ///< otherwise it stands in the top left corner
+    bool zoomsByWheel = false;
+};
+
 /// What all drawn visualisers share: when a layout is due, asking for it off the main thread,
 /// keeping its pictures, hover, click, wheel, keys, context menu, tooltip and accessibility. A
-/// visualiser adds the function that makes its scene.
+/// visualiser adds the function that makes its scene, and its traits.
 ///
 /// A layout is asked for whenever its key changes: the folder on show, the size mode, the canvas's
 /// size in whole points, or the hidden families. The old picture stays until the new one arrives,
@@ -35,7 +45,8 @@ public:
     /// Makes a scene from values alone; called on a pool thread.
     using MakeScene = ScenePointer (*)(const SceneRequest& request, const LockedFlag& stop);
 
-    VisualizerCanvas(AppState& state, MakeScene makeScene, QWidget* parent = nullptr);
+    VisualizerCanvas(AppState& state, MakeScene makeScene, CanvasTraits traits,
+                     QWidget* parent = nullptr);
     ~VisualizerCanvas() override;
 
     /// The scene on show; absent before the first.
@@ -43,15 +54,16 @@ public:
     bool isComputingLayout() const { return m_layoutTask != nullptr; }
     std::optional<std::size_t> hoveredItem() const { return m_hoveredItem; }
     /// What assistive technology reads for the canvas as a whole.
-    virtual QString accessibleLabel() const = 0;
-    virtual QString accessibleValue() const = 0;
+    QString accessibleLabel() const;
+    QString accessibleValue() const;
     /// Shown in the middle when there is nothing to draw.
     virtual QString emptyText() const;
     /// Acts as a click on an item, or on none.
     void activate(std::optional<std::size_t> item);
 
 protected:
-    AppState& state() const { return m_state; }
+    /// For what a visualiser writes over its picture.
+    CanvasInk ink() const;
 
     bool event(QEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
@@ -79,12 +91,14 @@ private:
     void clearRendering();
     void setHovered(std::optional<std::size_t> item, const QPointF& location);
     void updateTooltip();
+    void refreshSelection();
     void moveKeyboardItem(int key);
     NodePointer nodeOf(std::optional<std::size_t> item) const;
     void paintContent(QPainter& painter) const;
 
     AppState& m_state;
     MakeScene m_makeScene;
+    CanvasTraits m_traits;
     std::vector<QPropertyNotifier> m_observers;
     bool m_isLayoutScheduled = false;
     QString m_key; ///< of the layout on show or on its way
@@ -94,6 +108,7 @@ private:
     JobHandle m_layoutTask;
     CanvasRendering m_rendering;
     std::optional<std::size_t> m_hoveredItem;
+    std::optional<std::size_t> m_selectedItem;
     std::optional<std::size_t> m_pressedItem;
     bool m_isPressed = false;
     bool m_hoverActive = false; ///< the pointer is over the canvas

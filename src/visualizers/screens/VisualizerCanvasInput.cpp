@@ -4,6 +4,7 @@
 #include "HoverTooltip.h"
 #include "NodeContextMenu.h"
 #include "Progress.h"
+#include "Tokens.h"
 
 #include <QAccessible>
 #include <QContextMenuEvent>
@@ -103,7 +104,11 @@ void VisualizerCanvas::updateTooltip()
         return;
     }
     m_tooltip->setText(scene()->tooltipOf(*m_hoveredItem));
-    m_tooltip->showAt(m_hoverLocation.toPoint());
+    if (m_traits.tooltipFollowsPointer) {
+        m_tooltip->showAt(m_hoverLocation.toPoint());
+    } else {
+        m_tooltip->showFixed({spacing::s, spacing::s});
+    }
 }
 
 void VisualizerCanvas::mouseMoveEvent(QMouseEvent* event)
@@ -159,7 +164,7 @@ void VisualizerCanvas::wheelEvent(QWheelEvent* event)
 {
     // The event goes on to whoever scrolls outside.
     event->ignore();
-    if (!m_hoverActive) {
+    if (!m_hoverActive || !m_traits.zoomsByWheel) {
         return;
     }
     const double delta = verticalDelta(*event);

@@ -1,11 +1,18 @@
 // SPDX-License-Identifier: MIT
 #include "VisualizerHostView.h"
 
+#include "AgeMapView.h"
 #include "AppState.h"
 #include "BreadcrumbBar.h"
+#include "BubblesView.h"
+#include "FlameView.h"
 #include "FooterView.h"
 #include "InspectorView.h"
+#include "MindMapView.h"
+#include "OutlineScreen.h"
+#include "SunburstView.h"
 #include "Tokens.h"
+#include "TopSizesView.h"
 #include "TreemapView.h"
 
 #include <QHBoxLayout>
@@ -16,6 +23,15 @@
 #include <utility>
 
 namespace quorvane {
+namespace {
+
+template<class Screen>
+QWidget* makeScreen(AppState& state, QWidget* parent)
+{
+    return new Screen(state, parent);
+}
+
+} // namespace
 
 VisualizerHostView::VisualizerHostView(AppState& state, VisualizerScreens screens, QWidget* parent)
     : QWidget(parent)
@@ -63,9 +79,15 @@ void VisualizerHostView::showVisualizer()
 VisualizerScreens makeVisualizerScreens()
 {
     VisualizerScreens screens;
-    screens.add(VisualizerType::treemap, [](AppState& state, QWidget* parent) -> QWidget* {
-        return new TreemapView(state, parent);
-    });
+    screens.add(VisualizerType::folders, makeScreen<FoldersView>);
+    screens.add(VisualizerType::treemap, makeScreen<TreemapView>);
+    screens.add(VisualizerType::list, makeScreen<ListView>);
+    screens.add(VisualizerType::topSizes, makeScreen<TopSizesView>);
+    screens.add(VisualizerType::ageMap, makeScreen<AgeMapView>);
+    screens.add(VisualizerType::sunburst, makeScreen<SunburstView>);
+    screens.add(VisualizerType::flame, makeScreen<FlameView>);
+    screens.add(VisualizerType::bubbles, makeScreen<BubblesView>);
+    screens.add(VisualizerType::mindMap, makeScreen<MindMapView>);
     return screens;
 }
 

@@ -54,7 +54,9 @@ TEST_F(VisualizerHostViewTests, EscapeZoomsOutOneLevelFromAnywhereInside)
 
 TEST_F(VisualizerHostViewTests, OffersTheVisualizersThatAreBuilt)
 {
-    EXPECT_TRUE(makeVisualizerScreens().contains(VisualizerType::treemap));
+    for (const VisualizerType type : allVisualizerTypes) {
+        EXPECT_TRUE(makeVisualizerScreens().contains(type)) << title(type).toStdString();
+    }
 }
 
 } // namespace

@@ -1,0 +1,110 @@
+// SPDX-License-Identifier: MIT
+#include "BubbleArcs.h"
+
+#include <algorithm>
+#include <cmath>
+#include <numbers>
+
+namespace quorvane {
+namespace {
+
+constexpr double pi = std::numbers::pi;
+constexpr double angleSlack = 1e-12;
+
+/// Appends a span that may reach beyond one end of the turn, in at most two pieces.
+void appendWrapped(double start, double end, std::vector<ArcSpan>& arcs)
+{
+    if (end - start >= 2 * pi) {
+        arcs.push_back({-pi, pi});
+    } else if (start < -pi) {
+        arcs.push_back({start + 2 * pi, pi});
+        arcs.push_back({-pi, end});
+    } else if (end > pi) {
+        arcs.push_back({start, pi});
+        arcs.push_back({-pi, end - 2 * pi});
+    } else {
+        arcs.push_back({start, end});
+    }
+}
+
+/// The angle at the origin between the circle's centre and its points at a distance s: by the
+/// half-angle formula, which stays exact where the angle is small.
+double halfSpan(double distance, double radius, double s)
+{
+    const double across = std::abs(distance - s);
+    const double squared = (radius - across) * (radius + across) / (4 * distance * s);
+    return 2 * std::asin(std::sqrt(std::clamp(squared, 0.0, 1.0)));
+}
+
+} // namespace
+
+void appendVisibleArcs(const PolarCircle& circle, double nearest, double farthest,
+                       std::vector<ArcSpan>& arcs)
+{
+    const double distance = circle.distance;
+    const double outer = circle.radius + circle.slack;
+    const double inner = std::max(circle.radius - circle.slack, 0.0);
+    const double reachNear = std::max(distance - outer, inner - distance);
+    const double from = std::max(nearest, reachNear);
+    const double to = std::min(farthest, distance + outer);
+    if (from > to) {
+        return;
+    }
+    if (distance <= circle.slack || from <= circle.slack) {
+        arcs.push_back({-pi, pi});
+        return;
+    }
+    double widest = std::max(halfSpan(distance, outer, from), halfSpan(distance, outer, to));
+    if (distance > outer) {
+        const double tangent = std::sqrt((distance - outer) * (distance + outer));
+        if (tangent > from && tangent < to) {
+            widest = halfSpan(distance, outer, tangent);
+        }
+    }
+    const double narrowest =
+        std::min(halfSpan(distance, inner, from), halfSpan(distance, inner, to));
+    const double low = std::max(narrowest - angleSlack, 0.0);
+    const double high = widest + angleSlack;
+    if (low <= angleSlack) {
+        appendWrapped(circle.angle - high, circle.angle + high, arcs);
+    } else {
+        appendWrapped(circle.angle - high, circle.angle - low, arcs);
+        appendWrapped(circle.angle + low, circle.angle + high, arcs);
+    }
+}
+
+bool isCircleCovered(const Disc& circle, std::span<const Disc> discs, std::vector<ArcSpan>& work)
+{
+    work.clear();
+    for (const Disc& disc : discs) {
+        const double dx = disc.center.x - circle.center.x;
+        const double dy = disc.center.y - circle.center.y;
+        const double distance = std::sqrt(dx * dx + dy * dy);
+        if (disc.radius <= 0 || disc.radius <= std::abs(distance - circle.radius)) {
+            if (distance + circle.radius < disc.radius) {
+                return true;
+            }
+            continue;
+        }
+        const double cosine =
+            (distance * distance + circle.radius * circle.radius - disc.radius * disc.radius) /
+            (2 * distance * circle.radius);
+        const double half = std::acos(std::clamp(cosine, -1.0, 1.0)) - angleSlack;
+        if (half > 0) {
+            const double middle = std::atan2(dy, dx);
+            appendWrapped(middle - half, middle + half, work);
+        }
+    }
+    std::sort(work.begin(), work.end(),
+              [](const ArcSpan& a, const ArcSpan& b) { return a.start < b.start; });
+    double reached = -pi;
+    for (const ArcSpan& arc : work) {
+        if (arc.start > reached) {
+            return false;
+        }
+        reached = std::max(reached, arc.end);
+    }
+    return reached >= pi;
+}
+
+} // namespace quorvane

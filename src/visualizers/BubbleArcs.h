@@ -1,0 +1,42 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "Geometry.h"
+
+#include <span>
+#include <vector>
+
+namespace quorvane {
+
+/// A piece of a turn, radians, start at or below end.
+struct ArcSpan
+{
+    double start = 0;
+    double end = 0;
+};
+
+/// A circle as it is seen from the origin.
+struct PolarCircle
+{
+    double distance = 0; ///< of its centre
+    double angle = 0;    ///< of its centre, from -pi to pi
+    double radius = 0;
+    double slack = 0; ///< how far a point may lie beside the circle and still count
+};
+
+/// Appends the angles, from -pi to pi, under which points of the circle lie whose distance from the
+/// origin is at least nearest and at most farthest. May tell too much, never too little. Nothing
+/// when there are none.
+void appendVisibleArcs(const PolarCircle& circle, double nearest, double farthest,
+                       std::vector<ArcSpan>& arcs);
+
+struct Disc
+{
+    Point center;
+    double radius = 0; ///< nothing when not positive
+};
+
+/// Whether open discs cover the whole line of a circle. Reuses the list for its work.
+bool isCircleCovered(const Disc& circle, std::span<const Disc> discs, std::vector<ArcSpan>& work);
+
+} // namespace quorvane

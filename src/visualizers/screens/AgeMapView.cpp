@@ -1,0 +1,160 @@
+// SPDX-License-Identifier: MIT
+#include "AgeMapView.h"
+
+#include "AgeBarChart.h"
+#include "Card.h"
+#include "EmptyState.h"
+#include "Label.h"
+#include "NodeListModel.h"
+#include "NodeListView.h"
+#include "Symbols.h"
+#include "Tokens.h"
+#include "UntouchedDelegate.h"
+
+#include <QHBoxLayout>
+#include <QPointer>
+#include <QVBoxLayout>
+
+#include <utility>
+
+namespace quorvane {
+namespace {
+
+constexpr int chartPadding = 20;
+constexpr int chartStretch = 3;
+constexpr int listStretch = 4;
+
+/// A symbol and a heading in one line.
+QHBoxLayout* headingRow(const QString& symbol, const QString& text, QWidget* parent)
+{
+    auto* const icon = new QLabel(parent);
+    icon->setPixmap(symbolIcon(symbol).pixmap(measure::iconRow));
+    auto* const row = new QHBoxLayout;
+    row->setSpacing(spacing::s);
+    row->addWidget(icon);
+    row->addWidget(new Label(text, TextStyle::strong, ThemeColor::text1, parent));
+    return row;
+}
+
+} // namespace
+
+AgeMapView::AgeMapView(AppState& state, QWidget* parent)
+    : KeyedScreen(state, parent)
+    , m_model(new NodeListModel(this))
+    , m_content(new QWidget(this))
+    , m_noScan(new EmptyState(QStringLiteral("calendar"), QStringLiteral("No scan yet"), {}, this))
+{
+    setObjectName(QStringLiteral("ageMapView"));
+    auto* const rows = new QVBoxLayout(m_content);
+    rows->setContentsMargins(0, 0, 0, 0);
+    rows->setSpacing(spacing::m);
+    rows->addWidget(makeChartCard(), chartStretch);
+    rows->addWidget(makeListHeader());
+    rows->addWidget(makeListCard(), listStretch);
+    auto* const column = new QVBoxLayout(this);
+    column->setContentsMargins(0, 0, 0, 0);
+    column->addWidget(m_content);
+    column->addWidget(m_noScan);
+    m_content->hide();
+}
+
+QWidget* AgeMapView::makeChartCard()
+{
+    auto* const card = new Card(m_content);
+    m_chart = new AgeBarChart(card);
+    m_noDates = new Label(QStringLiteral("No dated files in this folder."), TextStyle::body,
+                          ThemeColor::text2, card);
+    m_noDates->setAlignment(Qt::AlignCenter);
+    auto* const column = new QVBoxLayout(card);
+    column->setContentsMargins(chartPadding, spacing::l, chartPadding, chartPadding);
+    column->setSpacing(spacing::l);
+    QHBoxLayout* const heading =
+        headingRow(QStringLiteral("calendar"), QStringLiteral("Bytes by last modified"), card);
+    heading->addStretch();
+    column->addLayout(heading);
+    column->addWidget(m_chart, 1);
+    column->addWidget(m_noDates, 1);
+    m_noDates->hide();
+    return card;
+}
+
+QWidget* AgeMapView::makeListHeader()
+{
+    auto* const header = new QWidget(m_content);
+    QHBoxLayout* const row =
+        headingRow(QStringLiteral("moon.stars.fill"), QStringLiteral("Big & untouched"), header);
+    row->setContentsMargins(spacing::xs, spacing::xs, 0, 0);
+    row->addSpacing(spacing::xs);
+    row->addWidget(
+        new ElidedLabel(QStringLiteral("Big & Untouched: files over 50 MB untouched for a year+"),
+                        Qt::ElideRight, TextStyle::caption, ThemeColor::text2, header));
+    row->addStretch();
+    header->setLayout(row);
+    return header;
+}
+
+QWidget* AgeMapView::makeListCard()
+{
+    auto* const card = new Card(m_content);
+    m_list = new NodeListView(state(), *m_model, card);
+    m_list->setObjectName(QStringLiteral("untouchedList"));
+    m_list->setAccessibleName(QStringLiteral("Big & untouched"));
+    m_list->setItemDelegate(new UntouchedDelegate(*m_model, m_list));
+    connect(m_list, &NodeListView::rowActivated, this,
+            [this](const NodePointer& node) { state().select(node); });
+    m_nothingOld = new Label(QStringLiteral("Nothing big and untouched here. Clean drive!"),
+                             TextStyle::body, ThemeColor::text2, card);
+    m_nothingOld->setAlignment(Qt::AlignCenter);
+    auto* const column = new QVBoxLayout(card);
+    column->setContentsMargins(1, 1, 1, 1);
+    column->addWidget(m_list);
+    column->addWidget(m_nothingOld);
+    m_nothingOld->hide();
+    return card;
+}
+
+QString AgeMapView::key() const
+{
+    const auto raw = rawValue(state().sizeMode());
+    return QString::number(target()->id()) + QLatin1Char('-') + hiddenKey() + QLatin1Char('-') +
+           QString::fromLatin1(raw.data(), static_cast<qsizetype>(raw.size()));
+}
+
+JobHandle AgeMapView::startComputing(const NodePointer& target)
+{
+    m_noScan->hide();
+    return state().jobs().start(
+        JobPriority::userInitiated,
+        [target, mode = state().sizeMode(), hidden = state().disabledBloat()](const Job& job) {
+            return computeAgeMap(*target, mode, hidden, &job.cancelFlag());
+        },
+        [view = QPointer<AgeMapView>(this), target](AgeMap map) {
+            if (view) {
+                view->publish(target, std::move(map));
+            }
+        });
+}
+
+void AgeMapView::publish(const NodePointer& target, AgeMap map)
+{
+    finish();
+    static_cast<UntouchedDelegate*>(m_list->itemDelegate())->setSizeMode(state().sizeMode());
+    m_chart->setVisible(!map.buckets.empty());
+    m_noDates->setVisible(map.buckets.empty());
+    m_list->setVisible(!map.untouched.empty());
+    m_nothingOld->setVisible(map.untouched.empty());
+    m_chart->setBuckets(std::move(map.buckets));
+    m_model->setNodes(target, std::move(map.untouched));
+    m_noScan->hide();
+    m_content->show();
+}
+
+void AgeMapView::clear()
+{
+    m_chart->setBuckets({});
+    m_model->setNodes(nullptr, {});
+    m_content->hide();
+    m_noScan->show();
+}
+
+} // namespace quorvane

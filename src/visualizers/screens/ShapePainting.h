@@ -1,0 +1,40 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "CanvasScene.h"
+#include "Color.h"
+
+#include <QColor>
+#include <QFont>
+#include <QPainterPath>
+#include <QPen>
+#include <QRectF>
+#include <QString>
+
+class QPainter;
+
+namespace quorvane {
+
+QColor toQColor(const Color& color);
+
+/// A colour at some opacity, 0 to 1, over an opaque ground. Dimmed shapes are mixed with the ground
+/// of the canvas, so that what they cover does not show through.
+QColor mixed(const QColor& color, double opacity, const QColor& ground);
+
+/// The pen around the item below the pointer.
+QPen hoverPen();
+/// Draws the accent line around a selected item over a dark line, so that it shows on any hue.
+void strokeSelected(QPainter& painter, const QPainterPath& outline, const QColor& accent);
+
+/// The labels' font at a size in points of the canvas.
+QFont labelFont(const CanvasStyle& style, int size);
+
+/// A name in white in the middle of a rectangle, over the same in black one point lower, cut at the
+/// shape. The painter's clipping is put back.
+void drawShadedLabel(QPainter& painter, const QPainterPath& shape, const QRectF& rect,
+                     const QString& text);
+
+/// Copies one rectangle of a picture that covers the canvas.
+void copyPicture(QPainter& painter, const QImage& picture, const QRect& points);
+
+} // namespace quorvane

@@ -1,0 +1,115 @@
+// SPDX-License-Identifier: MIT
+#include "BubblesView.h"
+#include "CanvasFixture.h"
+#include "FlameView.h"
+#include "HoverTooltip.h"
+#include "MindMapView.h"
+#include "SunburstView.h"
+
+namespace quorvane {
+namespace {
+
+/// What holds for every canvas beside the treemap.
+template<class View>
+class DrawnVisualizersTests : public CanvasFixture
+{
+protected:
+    void open(const std::string& text)
+    {
+        showTree(text);
+        m_view.resize(800, 600);
+        m_view.show();
+        ASSERT_TRUE(waitFor([this] { return m_view.scene() && !m_view.isComputingLayout(); }));
+    }
+
+    /// A point of the canvas that lies on a node.
+    QPoint pointOn(const std::string& path)
+    {
+        const FileNode* wanted = node(path).get();
+        for (int y = 0; y < m_view.height(); y += 3) {
+            for (int x = 0; x < m_view.width(); x += 3) {
+                const auto item = m_view.scene()->itemAt(QPointF(x, y));
+                if (item && m_view.scene()->nodeOf(*item) == wanted) {
+                    return {x, y};
+                }
+            }
+        }
+        ADD_FAILURE() << path << " is not on the canvas";
+        return {};
+    }
+
+    View m_view{this->m_state};
+};
+
+using Views = ::testing::Types<SunburstView, FlameView, BubblesView, MindMapView>;
+TYPED_TEST_SUITE(DrawnVisualizersTests, Views);
+
+constexpr const char* twoFolders = "box/\n  a.mp4 600\n  b.mp4 400\nlone.mp4 500\n";
+
+TYPED_TEST(DrawnVisualizersTests, ClickOnAFolderOpensIt)
+{
+    this->open(twoFolders);
+    QTest::mouseClick(&this->m_view, Qt::LeftButton, {}, this->pointOn("box"));
+    EXPECT_EQ(this->m_state.focusNode.value(), this->node("box"));
+    EXPECT_EQ(this->m_state.selectedNode.value(), this->node("box"));
+}
+
+TYPED_TEST(DrawnVisualizersTests, ClickBesideEverythingSelectsNothing)
+{
+    this->open(twoFolders);
+    QTest::mouseClick(&this->m_view, Qt::LeftButton, {}, {799, 599});
+    EXPECT_EQ(this->m_state.selectedNode.value(), nullptr);
+}
+
+TYPED_TEST(DrawnVisualizersTests, TooltipStandsInTheCorner)
+{
+    this->open(twoFolders);
+    QTest::mouseMove(&this->m_view, this->pointOn("box"));
+    const auto* const tooltip = this->m_view.template findChild<HoverTooltip*>();
+    ASSERT_TRUE(tooltip->isVisible());
+    EXPECT_EQ(tooltip->pos(), QPoint(8, 8));
+}
+
+TYPED_TEST(DrawnVisualizersTests, WheelDoesNotZoom)
+{
+    this->open(twoFolders);
+    const QPoint place = this->pointOn("box");
+    QTest::mouseMove(&this->m_view, place);
+    QWheelEvent event(place, this->m_view.mapToGlobal(place), QPoint(0, -30), QPoint(0, -240),
+                      Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase, false);
+    QApplication::sendEvent(&this->m_view, &event);
+    EXPECT_EQ(this->m_state.focusNode.value(), this->m_state.rootNode.value());
+}
+
+TYPED_TEST(DrawnVisualizersTests, EmptyFolderSaysSo)
+{
+    this->open("empty/\n");
+    EXPECT_EQ(this->m_view.scene()->itemCount(), 0U);
+    EXPECT_EQ(this->m_view.emptyText(), QStringLiteral("Nothing to display"));
+}
+
+class CanvasTextsTests : public CanvasFixture
+{};
+
+TEST_F(CanvasTextsTests, EachCanvasHasItsLabelAndValue)
+{
+    showTree("a.mp4 1024\n");
+    const SunburstView sunburst(m_state);
+    const FlameView flame(m_state);
+    const BubblesView bubbles(m_state);
+    const MindMapView mindMap(m_state);
+    EXPECT_EQ(sunburst.accessibleLabel(), QStringLiteral("Sunburst of scan, 1.0 KB"));
+    EXPECT_EQ(sunburst.accessibleValue(), QStringLiteral("0 rings, click a slice to drill down"));
+    EXPECT_EQ(flame.accessibleLabel(), QStringLiteral("Flame graph of scan, 1.0 KB"));
+    EXPECT_EQ(flame.accessibleValue(),
+              QStringLiteral("0 rectangles; width is proportional to size"));
+    EXPECT_EQ(bubbles.accessibleLabel(), QStringLiteral("Bubble map of scan, 1.0 KB"));
+    EXPECT_EQ(bubbles.accessibleValue(), QStringLiteral("0 bubbles, click a bubble to drill down"));
+    EXPECT_EQ(mindMap.accessibleLabel(), QStringLiteral("Mind map of scan, 1.0 KB"));
+    EXPECT_EQ(mindMap.accessibleValue(), QStringLiteral("0 bands radiating from a center axis"));
+    EXPECT_EQ(FlameView::caption(),
+              QStringLiteral("Depth increases downward · width is proportional to size"));
+}
+
+} // namespace
+} // namespace quorvane

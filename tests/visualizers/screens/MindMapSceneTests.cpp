@@ -1,0 +1,67 @@
+// SPDX-License-Identifier: MIT
+#include "MindMapScene.h"
+
+#include "SceneFixture.h"
+
+namespace quorvane {
+namespace {
+
+using MindMapSceneTests = SceneFixture<MindMapScene>;
+
+/// The point from which the bands radiate is at 40, 300.
+TEST_F(MindMapSceneTests, PointerFindsTheBandOfItsAngle)
+{
+    const auto one = scene("a.mp4 3\nb.mp4 1\n");
+    EXPECT_EQ(nameAt(*one, 80, 290), "a.mp4");
+    EXPECT_EQ(nameAt(*one, 45, 350), "b.mp4");
+    EXPECT_EQ(nameAt(*one, 200, 300), "nothing");
+    EXPECT_EQ(nameAt(*one, 45, 300), "nothing");
+}
+
+TEST_F(MindMapSceneTests, PointerLeftOfTheCentreHitsNothing)
+{
+    const auto one = scene("a.mp4 3\nb.mp4 1\n");
+    EXPECT_EQ(nameAt(*one, 39, 250), "nothing");
+    EXPECT_EQ(nameAt(*one, 40, 250), "nothing");
+}
+
+TEST_F(MindMapSceneTests, PointerHitsTheAreaOfAThinSpoke)
+{
+    const auto one = scene("a.mp4 3\nb.mp4 1\n");
+    // The spoke runs along the middle angle; its band reaches far beside it.
+    EXPECT_EQ(nameAt(*one, 42, 260), "a.mp4");
+}
+
+TEST_F(MindMapSceneTests, FoldersAreArcsAndFilesAreSpokes)
+{
+    const auto folder = render(scene("box/\n  a.mp4 1\n")).bright;
+    // A folder of one child spans the half turn: its arc passes the axis at its outer radius.
+    EXPECT_GT(folder.pixelColor(40 + 78, 290).lightness(), 20);
+    EXPECT_EQ(folder.pixelColor(40 + 50, 270), QColor(Qt::black));
+    const auto file = render(scene("a.mp4 1\n")).bright;
+    EXPECT_GT(file.pixelColor(40 + 30, 295).lightness(), 20);
+}
+
+TEST_F(MindMapSceneTests, HoveredArcHasAHalo)
+{
+    const auto one = scene("box/\n  a.mp4 1\n");
+    const CanvasRendering rendering = render(one);
+    const QImage picture = hover(rendering, itemNamed(*one, "box"));
+    const QPoint beside = polarPoint(one->center(), 80.5, -1).toPoint();
+    EXPECT_GT(picture.pixelColor(beside).lightness(),
+              rendering.bright.pixelColor(beside).lightness());
+}
+
+TEST_F(MindMapSceneTests, HoveredSpokeIsBright)
+{
+    const auto one = scene("a.mp4 3\nb.mp4 1\n");
+    const CanvasRendering rendering = render(one);
+    const std::size_t item = itemNamed(*one, "a.mp4");
+    const QPointF middle = polarPoint(one->center(), 20, -3.14159265358979 / 8);
+    const QImage picture = hover(rendering, item);
+    EXPECT_EQ(picture.pixelColor(middle.toPoint()), rendering.bright.pixelColor(middle.toPoint()));
+    EXPECT_NE(picture.pixelColor(middle.toPoint()), rendering.dimmed.pixelColor(middle.toPoint()));
+}
+
+} // namespace
+} // namespace quorvane

@@ -1,0 +1,119 @@
+// SPDX-License-Identifier: MIT
+#include "AgeBarChart.h"
+#include "AgeMapView.h"
+#include "CanvasFixture.h"
+#include "NodeListModel.h"
+#include "NodeListView.h"
+#include "TopSizesDelegate.h"
+#include "TopSizesView.h"
+
+namespace quorvane {
+namespace {
+
+template<class Screen>
+class RankedFixture : public CanvasFixture
+{
+protected:
+    void open(const std::string& text)
+    {
+        showTree(text);
+        m_screen.resize(900, 700);
+        m_screen.show();
+        QApplication::setActiveWindow(&m_screen);
+    }
+
+    void click(int row)
+    {
+        auto* const list = m_screen.template findChild<NodeListView*>();
+        QTest::mouseClick(list->viewport(), Qt::LeftButton, {},
+                          list->visualRect(list->model()->index(row, 0)).center());
+    }
+
+    Screen m_screen{m_state};
+};
+
+using TopSizesViewTests = RankedFixture<TopSizesView>;
+using AgeMapViewTests = RankedFixture<AgeMapView>;
+
+TEST_F(TopSizesViewTests, RanksTheWholeScanWhateverIsInFocus)
+{
+    open("box/\n  a.mp4 600\nlone.mp4 500\n");
+    ASSERT_TRUE(waitFor([this] { return m_screen.topItems().rowCount() == 4; }));
+    EXPECT_EQ(m_screen.totalBytes(), 1100);
+    m_state.focus(node("box"));
+    QApplication::processEvents();
+    EXPECT_EQ(m_screen.topItems().rowCount(), 4);
+    EXPECT_EQ(m_screen.topItems().index(0).data().toString(), QStringLiteral("scan"));
+}
+
+TEST_F(TopSizesViewTests, ShowsAHundredRows)
+{
+    std::string text;
+    for (int i = 0; i < 150; ++i) {
+        text += "f" + std::to_string(i) + " 1\n";
+    }
+    open(text);
+    EXPECT_TRUE(waitFor([this] { return m_screen.topItems().rowCount() == 100; }));
+}
+
+TEST_F(TopSizesViewTests, ClickOnAFolderOpensIt)
+{
+    open("box/\n  a.mp4 600\nlone.mp4 500\n");
+    ASSERT_TRUE(waitFor([this] { return m_screen.topItems().rowCount() == 4; }));
+    // The file in it is as large and comes first by name.
+    click(2);
+    EXPECT_EQ(m_state.selectedNode.value(), node("box"));
+    EXPECT_EQ(m_state.focusNode.value(), node("box"));
+}
+
+TEST_F(TopSizesViewTests, RowTellsRankSizeShareAndFiles)
+{
+    open("box/\n  a.mp4 600\nlone.mp4 500\n");
+    NodeListModel model;
+    TopSizesDelegate delegate(model, &model);
+    delegate.setTotal(1100, SizeMode::logical);
+    EXPECT_EQ(delegate.describe(*node("box"), 2), QStringLiteral("2. box, 600 B, 54.5%, 1 files"));
+    delegate.setTotal(0, SizeMode::logical);
+    EXPECT_EQ(delegate.describe(*node("lone.mp4"), 4), QStringLiteral("4. lone.mp4, 500 B"));
+}
+
+TEST_F(AgeMapViewTests, ShowsMonthsAndOldFiles)
+{
+    open("old.bin 60000000 60000000 @86400\nnew.txt 5 5 @86400\n");
+    ASSERT_TRUE(waitFor([this] { return m_screen.untouched().rowCount() == 1; }));
+    ASSERT_EQ(m_screen.chart().buckets().size(), 1U);
+    EXPECT_EQ(m_screen.chart().buckets()[0].bytes, 60000005);
+    const FileNode* const focus = m_state.focusNode.value().get();
+    click(0);
+    EXPECT_EQ(m_state.selectedNode.value(), node("old.bin"));
+    EXPECT_EQ(m_state.focusNode.value().get(), focus);
+}
+
+TEST_F(AgeMapViewTests, FolderWithoutDatedFilesSaysSo)
+{
+    open("empty/\n");
+    ASSERT_TRUE(waitFor([this] { return !m_screen.isComputing() && m_screen.chart().isHidden(); }));
+    EXPECT_TRUE(m_screen.chart().buckets().empty());
+}
+
+TEST(AgeBarChartTests, BarsStandOnTheBottomAsTallAsTheirShare)
+{
+    AgeBarChart chart;
+    chart.resize(203, 100);
+    chart.setBuckets({{QStringLiteral("Jan 2025"), QDate(2025, 1, 1), 50},
+                      {QStringLiteral("Feb 2025"), QDate(2025, 2, 1), 100},
+                      {QStringLiteral("Mar 2025"), QDate(2025, 3, 1), 0}});
+    // A third of the width less 3, and a step of 3 more.
+    const double width = 203 / 3.0 - 3;
+    EXPECT_NEAR(chart.barOf(0).width(), width, 1e-9);
+    EXPECT_NEAR(chart.barOf(1).left(), width + 3, 1e-9);
+    EXPECT_NEAR(chart.barOf(0).height(), 45, 1e-9);
+    EXPECT_NEAR(chart.barOf(1).height(), 90, 1e-9);
+    EXPECT_NEAR(chart.barOf(1).bottom(), 100, 1e-9);
+    EXPECT_NEAR(chart.barOf(2).height(), 1, 1e-9);
+    EXPECT_EQ(chart.accessibleDescription(),
+              QStringLiteral("Jan 2025: 50 B, Feb 2025: 100 B, Mar 2025: 0 B"));
+}
+
+} // namespace
+} // namespace quorvane

@@ -1,0 +1,84 @@
+// SPDX-License-Identifier: MIT
+#include "SunburstScene.h"
+
+#include "SceneFixture.h"
+
+namespace quorvane {
+namespace {
+
+using SunburstSceneTests = SceneFixture<SunburstScene>;
+
+/// On 800 × 800 the hub and each ring are 100 wide; the centre is at 400, 400.
+constexpr QSize square(800, 800);
+
+TEST_F(SunburstSceneTests, PointerFindsTheSliceOfItsAngle)
+{
+    const auto one = scene("half.bin 2\nquarter.bin 1\nrest.bin 1\n", square);
+    EXPECT_EQ(nameAt(*one, 550, 400), "half.bin");
+    EXPECT_EQ(nameAt(*one, 390, 550), "quarter.bin");
+    EXPECT_EQ(nameAt(*one, 250, 390), "rest.bin");
+    EXPECT_EQ(nameAt(*one, 400, 420), "nothing");
+    EXPECT_EQ(nameAt(*one, 790, 400), "nothing");
+}
+
+TEST_F(SunburstSceneTests, FirstFolderOfADeeperRingIsFoundAndTheLastIsSeen)
+{
+    const auto one = scene("a/\n  x 2\n  y 1\nb/\n  z 1\n  w 1\n", square);
+    // Twelve o'clock, a little to the right: where the first folder's first child begins.
+    EXPECT_EQ(nameAt(*one, 410, 150), "x");
+    EXPECT_FALSE(one->isOnTop(itemNamed(*one, "a/x")));
+    EXPECT_TRUE(one->isOnTop(itemNamed(*one, "b/z")));
+    EXPECT_TRUE(one->isOnTop(itemNamed(*one, "a")));
+}
+
+TEST_F(SunburstSceneTests, WholeTurnIsFoundOnOneAngleAlone)
+{
+    const auto one = scene("only.bin 5\n", square);
+    EXPECT_EQ(nameAt(*one, 550, 400), "nothing");
+}
+
+TEST_F(SunburstSceneTests, EarlierSliceWinsOnTheLineBetweenRings)
+{
+    const auto one = scene("a/\n  x 2\n  y 1\nb/\n  z 1\n", square);
+    EXPECT_EQ(nameAt(*one, 600, 400), "a");
+}
+
+TEST_F(SunburstSceneTests, HoveredSliceIsBrightAndFramed)
+{
+    const auto one = scene("left.mp4 1\nright.mp4 1\n", square);
+    const CanvasRendering rendering = render(one);
+    const std::size_t item = *one->itemAt(QPointF(550, 400));
+    const QImage picture = hover(rendering, item);
+    EXPECT_EQ(picture.pixelColor(550, 400), rendering.bright.pixelColor(550, 400));
+    EXPECT_EQ(picture.pixelColor(250, 400), rendering.dimmed.pixelColor(250, 400));
+    EXPECT_LT(picture.pixelColor(250, 400).red(), rendering.bright.pixelColor(250, 400).red());
+    EXPECT_GT(picture.pixelColor(600, 400).lightness(), 200);
+}
+
+TEST_F(SunburstSceneTests, SlicesDarkenOutwards)
+{
+    const auto one = scene("a.mp4 1\nb.mp4 1\n", square);
+    const QImage picture = render(one).bright;
+    EXPECT_GT(picture.pixelColor(510, 400).red(), picture.pixelColor(590, 400).red());
+}
+
+TEST_F(SunburstSceneTests, BoundsHoldTheSlice)
+{
+    const auto one = scene("half.bin 2\nquarter.bin 1\nrest.bin 1\n", square);
+    const QRectF half = one->boundsOf(0);
+    EXPECT_NEAR(half.left(), 400, 1e-9);
+    EXPECT_NEAR(half.right(), 600, 1e-9);
+    EXPECT_NEAR(half.top(), 200, 1e-9);
+    EXPECT_NEAR(half.bottom(), 600, 1e-9);
+}
+
+TEST_F(SunburstSceneTests, TooltipTellsNameAndLogicalBytes)
+{
+    const auto one = scene("a.bin 2048 4096\n", square, SizeMode::disk);
+    EXPECT_EQ(one->tooltipOf(0).title, QStringLiteral("a.bin"));
+    EXPECT_EQ(one->tooltipOf(0).detail, QStringLiteral("2.0 KB"));
+    EXPECT_EQ(one->labelOf(0), QStringLiteral("a.bin, 2.0 KB"));
+}
+
+} // namespace
+} // namespace quorvane
