@@ -9,6 +9,9 @@
 namespace quorvane {
 namespace {
 
+/// Bytes.
+constexpr std::size_t longestShownPath = 1024;
+
 QString translated(const char* text)
 {
     return QCoreApplication::translate("ScanProgressView", text);
@@ -29,8 +32,16 @@ ScanLiveLine scanLiveLine(const std::optional<ScanProgress>& progress, bool hasR
     }
     const FilePath path(progress->currentPath);
     const FilePath parent = path.parent();
-    return {displayText(path.lastComponent()),
-            parent.isEmpty() ? QString() : translated("  in %1").arg(parent.displayText())};
+    if (parent.isEmpty()) {
+        return {displayText(path.lastComponent()), {}};
+    }
+    // A path can run to megabytes; no line shows more of it than this.
+    const std::string_view front = utf8Prefix(parent.bytes(), longestShownPath);
+    QString shown = displayText(front);
+    if (front.size() < parent.bytes().size()) {
+        shown += QChar(0x2026);
+    }
+    return {displayText(path.lastComponent()), translated("  in %1").arg(shown)};
 }
 
 } // namespace quorvane

@@ -92,6 +92,7 @@ ScanProgressView::ScanProgressView(AppState& state, QWidget* parent)
     : GlowView({QSizeF(520, 380), 0.40, 0.09}, parent)
     , m_state(state)
     , m_byteSpring(new SpringAnimation(counterResponse, counterDamping, 1, this))
+    , m_hasReportedPath(hasUsablePath(state.progress.value()))
     , m_refresher(new Refresher(this, [this] { followProgress(); }))
 {
     setObjectName(QStringLiteral("scanProgressView"));

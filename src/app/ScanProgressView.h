@@ -41,7 +41,7 @@ private:
     ElidedLabel* m_liveName;
     ElidedLabel* m_liveParent;
     SpringAnimation* m_byteSpring;
-    bool m_hasReportedPath = false;
+    bool m_hasReportedPath; ///< during this scan
     Refresher* m_refresher;
     QPropertyNotifier m_scanStarted;
     QPropertyNotifier m_pathReported;

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "TaskPool.h"
 
+#include <system_error>
 #include <utility>
 
 namespace quorvane {
@@ -28,8 +29,12 @@ void TaskPool::run(JobPriority priority, std::function<void()> work)
     if (target.idle >= target.waiting.size()) {
         m_wake.notify_all();
     } else if (target.threads < maximumThreads) {
-        m_threads.emplace_back([this, priority] { serve(priority); });
-        ++target.threads;
+        try {
+            m_threads.emplace_back([this, priority] { serve(priority); });
+            ++target.threads;
+        } catch (const std::system_error&) {
+            // At the system's limit of threads the work waits for one of those that are there.
+        }
     }
 }
 

@@ -3,6 +3,7 @@
 
 #include <QString>
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 
@@ -14,6 +15,9 @@ bool isUtf8(std::string_view bytes);
 /// The bytes as text for the screen: every ill-formed sequence becomes U+FFFD. Never used to name a
 /// file; operations on the disk take the bytes.
 QString displayText(std::string_view bytes);
+
+/// The front of the bytes, at most so many, never ending inside a UTF-8 sequence.
+std::string_view utf8Prefix(std::string_view bytes, std::size_t most);
 
 /// Lower-cased with Unicode's full rules, whatever the locale. Where the bytes are not UTF-8 as a
 /// whole, A to Z alone are lowered and every other byte stays.

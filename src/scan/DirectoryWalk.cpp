@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "DirectoryWalk.h"
 
+#include <algorithm>
 #include <climits>
 #include <cstddef>
 #include <utility>
@@ -53,6 +54,8 @@ ReachablePlace::ReachablePlace(FileSystemCalls& calls, const FilePath& path)
         }
         m_parent = std::make_shared<OpenDirectory>(calls, descriptor);
         rest.remove_prefix(cut + 1);
+        // What follows is relative to the folder that is open now, also behind a doubled slash.
+        rest.remove_prefix(std::min(rest.find_first_not_of('/'), rest.size()));
     }
     m_name = rest;
 }

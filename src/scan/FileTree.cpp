@@ -23,8 +23,8 @@ char* mapBlock(std::size_t size)
         throw std::bad_alloc();
     }
 #ifdef MADV_HUGEPAGE
-    // Large pages where there are any: filling and dropping a tree then costs a fraction of the page
-    // faults. Advice alone; a small tree keeps its small first block.
+    // Large pages where there are any: filling and dropping a tree then costs a fraction of the
+    // page faults. Advice alone; a small tree keeps its small first block.
     if (size >= blockBytes) {
         madvise(start, size, MADV_HUGEPAGE);
     }

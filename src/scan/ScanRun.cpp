@@ -228,10 +228,13 @@ void ScanRun::finish(Scratch* filled)
         for (PendingDirectory& subdirectory : filled->subdirectories) {
             m_pendingDirectories.push_back(std::move(subdirectory));
         }
-        emitProgressLocked(guard);
     }
+    // Before the report: what it takes must not keep the others from the new folders.
     if (m_waitingWorkers > 0) {
         m_stateCondition.notify_all();
+    }
+    if (filled != nullptr) {
+        emitProgressLocked(guard);
     }
 }
 

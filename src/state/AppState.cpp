@@ -201,15 +201,25 @@ void AppState::dismissFlash()
 
 void AppState::refreshDriveUsage()
 {
-    if (m_driveTask) {
-        m_driveTask->cancel();
+    // A volume that hangs must not take a thread at each reading: one is under way at a time, and
+    // one more follows when it was asked for meanwhile.
+    if (m_isReadingDrive) {
+        m_readsDriveAgain = true;
+        return;
     }
+    m_isReadingDrive = true;
     m_driveTask = m_jobs.start(
         JobPriority::utility,
         [home = homeURL(), calls = &m_platform.fileSystem](const Job&) {
             return SystemMonitor::driveUsage(*calls, home);
         },
-        [this](DriveSample sample) { driveStat = sample; });
+        [this](DriveSample sample) {
+            driveStat = sample;
+            m_isReadingDrive = false;
+            if (std::exchange(m_readsDriveAgain, false)) {
+                refreshDriveUsage();
+            }
+        });
 }
 
 } // namespace quorvane

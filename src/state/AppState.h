@@ -44,7 +44,7 @@ public:
     /// Asks the running jobs to stop and waits for them.
     ~AppState();
 
-    // ---- Fields, observable -------------------------------------------------------------------
+    // ---- Fields, observable
     QProperty<NodePointer> rootNode;                 ///< the finished tree
     QProperty<bool> isScanning{false};               ///< a scan is under way
     QProperty<std::optional<ScanProgress>> progress; ///< last report; after a scan its totals
@@ -69,7 +69,7 @@ public:
     /// Every node of the current tree by id; never absent, empty without a tree.
     QProperty<std::shared_ptr<const NodeIndex>> nodesByID;
 
-    // ---- Derived --------------------------------------------------------------------------------
+    // ---- Derived
     bool hasScan() const { return rootNode.value() != nullptr; }
     const FilePath& homeURL() const { return m_platform.home; }
     /// The folder on show: the focus, else the root; absent without a tree.
@@ -83,7 +83,6 @@ public:
     static QString displayPath(const FilePath& url) { return url.displayText(); }
 
     // ---- Settings, stored at each change
-    // ----------------------------------------------------------
     void setTheme(AppTheme value);
     void setAccent(AccentChoice value);
     AppPalette palette() const { return storagePalette.value(); }
@@ -100,7 +99,7 @@ public:
     /// "{hidden keys, sorted, joined by |}-{root id}-{focus id}": changes whenever a layout must.
     QString disabledBloatKey() const;
 
-    // ---- Scan -----------------------------------------------------------------------------------
+    // ---- Scan
     void pickFolder();
     void scanHome();
     void scanFullMac();
@@ -112,7 +111,7 @@ public:
     void cancelScan();
     void consumeError(const DiskScanError& error);
 
-    // ---- Navigation in the tree -----------------------------------------------------------------
+    // ---- Navigation in the tree
     void select(const NodePointer& node);
     void focus(const NodePointer& node);
     void focusUp();
@@ -122,7 +121,7 @@ public:
     void revealInFinder(const FileNode& node);
     void openInApp(const FileNode& node);
 
-    // ---- Staging --------------------------------------------------------------------------------
+    // ---- Staging
     /// Stages or unstages the selected node; nothing without one, and nothing for the scan root.
     void stageSelection();
     void toggleStaged(const NodePointer& node);
@@ -135,18 +134,15 @@ public:
     void sendStagedToTrash();
 
     // ---- Sections
-    // ---------------------------------------------------------------------------------
     void openSettings();
     void closeSettings();
 
     // ---- Flash banner
-    // -----------------------------------------------------------------------------
     static constexpr std::chrono::milliseconds flashDuration{2600};
     void flash(const QString& message);
     void dismissFlash();
 
     // ---- Drive
-    // ------------------------------------------------------------------------------------
     void refreshDriveUsage();
 
     /// Where screens start their layouts.
@@ -170,6 +166,8 @@ private:
     std::shared_ptr<LockedFlag> m_cancelFlag = std::make_shared<LockedFlag>();
     JobHandle m_scanTask;
     JobHandle m_driveTask;
+    bool m_isReadingDrive = false;
+    bool m_readsDriveAgain = false;
     QTimer m_flashTask;
     JobRunner m_jobs;
 };

@@ -82,6 +82,17 @@ JobRunner::JobRunner(std::function<void()> lowerThisThread)
 
 JobRunner::~JobRunner()
 {
+    cancelAll();
+}
+
+bool JobRunner::drain(std::chrono::milliseconds timeout)
+{
+    cancelAll();
+    return m_pool.drain(timeout);
+}
+
+void JobRunner::cancelAll()
+{
     m_mailbox->close();
     for (const std::weak_ptr<Job>& started : m_started) {
         if (const JobHandle job = started.lock()) {

@@ -112,10 +112,12 @@ public:
 
     MainThreadPoster poster() const { return MainThreadPoster(m_mailbox); }
 
-    /// Takes no more work and waits for what runs, at most timeout. Returns whether all has ended.
-    bool drain(std::chrono::milliseconds timeout) { return m_pool.drain(timeout); }
+    /// Takes no more work, asks what runs to stop and waits for it, at most timeout. Nothing is
+    /// published any more. Returns whether all has ended.
+    bool drain(std::chrono::milliseconds timeout);
 
 private:
+    void cancelAll();
     void remember(const JobHandle& job);
 
     std::shared_ptr<Mailbox> m_mailbox;

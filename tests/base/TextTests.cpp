@@ -96,5 +96,18 @@ TEST(Text, LowersOnlyAsciiInANameThatIsNotUtf8)
     EXPECT_EQ(lowercased("\xFF@[Z"), "\xFF@[z");
 }
 
+TEST(TextTests, PrefixNeverEndsInsideASequence)
+{
+    EXPECT_EQ(utf8Prefix("abc", 3), "abc");
+    EXPECT_EQ(utf8Prefix("abc", 2), "ab");
+    // Two bytes a letter: a cut after the third would split the second one.
+    EXPECT_EQ(utf8Prefix("\xC3\xA9\xC3\xA9", 3), "\xC3\xA9");
+    EXPECT_EQ(utf8Prefix("\xC3\xA9\xC3\xA9", 2), "\xC3\xA9");
+    // Four bytes: nothing of it fits.
+    EXPECT_EQ(utf8Prefix("\xF0\x9F\x98\x80", 3), "");
+    // What is no UTF-8 is cut where it is.
+    EXPECT_EQ(utf8Prefix("\x80\x80\x80\x80\x80\x80\x80", 6).size(), 6U);
+}
+
 } // namespace
 } // namespace quorvane

@@ -20,12 +20,22 @@ ScreenFactory dummy(const char* name)
     };
 }
 
-/// The program without any section but the analysis.
+/// One visualiser of all.
+VisualizerScreens treemapAlone(const VisualizerScreens& all)
+{
+    VisualizerScreens screens;
+    screens.add(VisualizerType::treemap, [all](AppState& state, QWidget* parent) {
+        return all.make(VisualizerType::treemap, state, parent);
+    });
+    return screens;
+}
+
+/// The program without any section but the analysis, and with one visualiser.
 AppScreens analysisAlone()
 {
     const AppScreens all = AppScreens::standard();
     AppScreens screens;
-    screens.visualizers = all.visualizers;
+    screens.visualizers = treemapAlone(all.visualizers);
     screens.sections.add(AppSection::analysis,
                          [sections = all.sections](AppState& state, QWidget* parent) {
                              return sections.make(AppSection::analysis, state, parent);
@@ -191,7 +201,6 @@ TEST_F(Sections, SettingsHideZoomOutAndThePicker)
 {
     AppScreens screens = AppScreens::standard();
     screens.sections.add(AppSection::settings, dummy("settings"));
-    screens.visualizers.add(VisualizerType::sunburst, dummy("sunburst"));
     start(std::move(screens));
     scanHome();
     ASSERT_TRUE(waitUntilShown("visualizerPicker"));
@@ -205,6 +214,7 @@ TEST_F(Sections, SettingsHideZoomOutAndThePicker)
 TEST_F(Sections, ASecondVisualizerBringsThePicker)
 {
     AppScreens screens = AppScreens::standard();
+    screens.visualizers = treemapAlone(screens.visualizers);
     screens.visualizers.add(VisualizerType::sunburst, dummy("sunburst"));
     start(std::move(screens));
     EXPECT_FALSE(isShown("visualizerPicker"));

@@ -36,6 +36,8 @@ CrumbButton::CrumbButton(const QString& name, bool isCurrent, QWidget* parent)
     , m_isCurrent(isCurrent)
 {
     setText(name);
+    // An ampersand in a name is no shortcut.
+    setShortcut({});
     setAccessibleName(name);
     setFocusPolicy(Qt::TabFocus);
     setCursor(Qt::PointingHandCursor);
@@ -126,15 +128,19 @@ void BreadcrumbBar::rebuild()
     const NodePointer focus = m_state.focusNode.value();
     const NodePointer shown = m_state.shownNode();
     std::vector<FileNode*> nodes = chain(shown.get());
-    m_isCut = nodes.size() > mostCrumbs;
-    if (m_isCut) {
+    if (nodes.size() > mostCrumbs) {
         nodes.erase(nodes.begin(), nodes.end() - static_cast<std::ptrdiff_t>(mostCrumbs));
     }
     for (FileNode* const node : nodes) {
         auto* const crumb = new CrumbButton(node->displayName(), node == focus.get(), this);
         crumb->setObjectName(QStringLiteral("crumb-") + QString::number(node->id()));
-        const NodePointer target(shown, node);
-        connect(crumb, &QAbstractButton::clicked, this, [this, target] { m_state.focus(target); });
+        // A crumb that is yet to be deleted must not hold an old tree.
+        const std::weak_ptr<FileNode> target = NodePointer(shown, node);
+        connect(crumb, &QAbstractButton::clicked, this, [this, target] {
+            if (const NodePointer folder = target.lock()) {
+                m_state.focus(folder);
+            }
+        });
         m_crumbs.push_back(crumb);
     }
     m_summary = focus ? summary(*focus) : QString();

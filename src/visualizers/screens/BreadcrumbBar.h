@@ -61,7 +61,6 @@ private:
     std::vector<CrumbButton*> m_crumbs;
     std::vector<int> m_chevrons; ///< left edges of those on show
     QString m_summary;
-    bool m_isCut = false;
 };
 
 } // namespace quorvane

@@ -71,6 +71,13 @@ QString TreemapLabels::truncateFit(const QString& text, double width, const Labe
     if (width <= 0) {
         return text;
     }
+    // A collapsed chain can have a name of megabytes. No character is so narrow that more than this
+    // could fit.
+    const auto most = static_cast<qsizetype>(4 * width) + 64;
+    if (text.size() > most) {
+        const QString front = text.left(most);
+        return truncateFit(front, width, font);
+    }
     // Shaping is most of the cost of a picture: a text that is clearly short or clearly long is
     // told by its advances alone.
     const double estimate = font.estimatedWidth(text);

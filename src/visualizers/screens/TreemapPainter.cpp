@@ -2,6 +2,7 @@
 #include "TreemapPainter.h"
 
 #include "NodeColors.h"
+#include "Text.h"
 #include "TreemapColors.h"
 #include "TreemapLabels.h"
 #include "TreemapScene.h"
@@ -11,6 +12,9 @@
 
 namespace quorvane {
 namespace {
+
+/// Bytes of a label that can matter on the widest screen.
+constexpr std::size_t longestLabel = 65536;
 
 constexpr float dimOpacity = 0.5F;
 constexpr float dimTextOpacity = 0.72F;
@@ -159,10 +163,9 @@ void TreemapPainter::drawHeaderTexts(const Slice& slice, const Rect& body, doubl
     const LabelFont& sizeFont = labelFont(std::max(size - 2, 9), false);
     const QString bytes = sizeText(*slice.node);
     const double bytesWidth = sizeFont.width(bytes);
-    const QString name =
-        slice.labelOverride ? QString::fromUtf8(slice.labelOverride->data(),
-                                                static_cast<qsizetype>(slice.labelOverride->size()))
-                            : slice.node->displayName();
+    const QString name = slice.labelOverride
+                             ? displayText(utf8Prefix(*slice.labelOverride, longestLabel))
+                             : slice.node->displayName();
     const double middle = body.y + header / 2;
     const double nameWidth = std::max(body.width - 8 - bytesWidth - 6, 10.0);
     drawText(TreemapLabels::truncateFit(name, nameWidth, nameFont), nameFont, body.x + 4, middle,

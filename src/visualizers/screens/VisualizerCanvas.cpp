@@ -158,6 +158,7 @@ void VisualizerCanvas::publish(CanvasRendering rendering)
     refreshSelection();
     // The pointer rests on whatever lies below it now.
     m_pressedItem = std::nullopt;
+    m_isPressed = false;
     if (m_hoverActive) {
         setHovered(scene()->itemAt(m_hoverLocation), m_hoverLocation);
     } else {

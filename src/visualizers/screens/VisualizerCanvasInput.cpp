@@ -227,7 +227,10 @@ void VisualizerCanvas::moveKeyboardItem(int key)
 
 void VisualizerCanvas::focusInEvent(QFocusEvent* event)
 {
-    m_focusIsVisible = event->reason() != Qt::MouseFocusReason;
+    // Focus that falls to the canvas because another widget goes is nobody's wish.
+    const Qt::FocusReason reason = event->reason();
+    m_focusIsVisible = reason == Qt::TabFocusReason || reason == Qt::BacktabFocusReason ||
+                       reason == Qt::ShortcutFocusReason;
     QWidget::focusInEvent(event);
     update();
 }

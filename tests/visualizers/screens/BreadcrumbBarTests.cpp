@@ -87,5 +87,16 @@ TEST_F(BreadcrumbBarTests, KeepsTheLastFoldersWhereAllDoNotFit)
     }
 }
 
+TEST_F(BreadcrumbBarTests, AmpersandInANameIsNoShortcut)
+{
+    showTree("R&D/\n  b.txt 1\n");
+    m_bar.resize(800, 36);
+    m_bar.show();
+    m_state.focus(node("R&D"));
+    for (const CrumbButton* const crumb : m_bar.findChildren<CrumbButton*>()) {
+        EXPECT_TRUE(crumb->shortcut().isEmpty());
+    }
+}
+
 } // namespace
 } // namespace quorvane

@@ -91,5 +91,15 @@ TEST(TreemapLabelsTests, ExactCutLeavesTheTextWhereThereIsNoWidth)
     EXPECT_EQ(TreemapLabels::truncateFit(QString(), 10, metrics), QString());
 }
 
+TEST(TreemapLabelsTests, NameOfMegabytesIsCutLikeItsFront)
+{
+    const LabelFont metrics(QFont(), 12, false, nullptr);
+    const QString name(4'000'000, QChar(u'é'));
+    const QString cut = TreemapLabels::truncateFit(name, 200, metrics);
+    EXPECT_EQ(cut, TreemapLabels::truncateFit(name.left(500), 200, metrics));
+    EXPECT_LE(metrics.width(cut), 200);
+    EXPECT_TRUE(cut.endsWith(QChar(0x2026)));
+}
+
 } // namespace
 } // namespace quorvane
