@@ -254,5 +254,20 @@ TEST_F(AppStateDrive, ReadingThatIsUnderWayAtTheEndIsDropped)
     EXPECT_EQ(calls.count(Call::volumeCapacity), 1);
 }
 
+TEST_F(AppStateDrive, HungVolumeIsAskedOnceAndOnceMoreWhenItAnswers)
+{
+    Gate gate;
+    calls.before(Call::volumeCapacity, [&gate](int, std::string_view) { gate.pass(); });
+    AppState& state = start();
+    gate.awaitVisitor();
+    for (int minute = 0; minute < 100; ++minute) {
+        state.refreshDriveUsage();
+    }
+    EXPECT_EQ(calls.count(Call::volumeCapacity), 1);
+    gate.open();
+    ASSERT_TRUE(waitFor([this] { return calls.count(Call::volumeCapacity) == 2; }));
+    EXPECT_TRUE(waitFor([&state] { return state.driveStat.value().totalBytes != 0; }));
+}
+
 } // namespace
 } // namespace quorvane

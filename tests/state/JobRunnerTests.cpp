@@ -190,6 +190,27 @@ TEST_F(JobRunnerTest, EndStopsJobsUnderWayAndPublishesNothing)
     EXPECT_EQ(m_published, 0);
 }
 
+TEST_F(JobRunnerTest, DrainingEndsAJobThatWaitsForTheMainThread)
+{
+    std::atomic<bool> waits = false;
+    std::atomic<bool> hasRun = true;
+    const JobHandle job = m_runner->start(
+        JobPriority::userInitiated,
+        [post = m_runner->poster(), &waits, &hasRun](const Job& self) {
+            waits = true;
+            hasRun = post.andWait(self, [] {});
+            return 0;
+        },
+        [](int) {});
+    // The main thread does not turn here, so the block of the job cannot run.
+    while (!waits) {
+        std::this_thread::yield();
+    }
+    EXPECT_TRUE(m_runner->drain(std::chrono::seconds(30)));
+    EXPECT_TRUE(job->isCancelled());
+    EXPECT_FALSE(hasRun);
+}
+
 TEST_F(JobRunnerTest, EndDropsWhatWaitsForTheMainThread)
 {
     std::atomic<bool> isWorkDone = false;

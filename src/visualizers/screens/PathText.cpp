@@ -30,8 +30,13 @@ PathText::PathText(QWidget* parent)
 
 void PathText::setPath(const QString& path)
 {
-    if (toPlainText() != path) {
-        setPlainText(path);
+    // Wrapping megabytes would hold the window up; no panel shows more than this.
+    constexpr qsizetype most = 4096;
+    const QString shown = path.size() <= most
+                              ? path
+                              : QString(path.left(most / 2) + QChar(0x2026) + path.right(most / 2));
+    if (toPlainText() != shown) {
+        setPlainText(shown);
         fitHeight();
     }
 }
