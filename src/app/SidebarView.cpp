@@ -85,14 +85,15 @@ QWidget* SidebarView::makeScanActions()
         const char* objectName;
         QString symbol;
         QString text;
-        void (AppState::*run)();
+        void (*run)(AppState&);
     };
     const Action actions[] = {
         {"chooseFolderTile", QStringLiteral("folder.badge.plus"), tr("Choose Folder"),
-         &AppState::pickFolder},
-        {"scanHomeTile", QStringLiteral("house"), tr("Scan Home"), &AppState::scanHome},
+         [](AppState& state) { state.pickFolder(); }},
+        {"scanHomeTile", QStringLiteral("house"), tr("Scan Home"),
+         [](AppState& state) { state.scanHome(); }},
         {"scanFullMacTile", QStringLiteral("desktopcomputer"), tr("Scan Full Mac"),
-         &AppState::scanFullMac},
+         [](AppState& state) { state.scanFullMac(); }},
     };
     auto* const tiles = new QWidget(this);
     auto* const row = new QHBoxLayout(tiles);
@@ -101,8 +102,7 @@ QWidget* SidebarView::makeScanActions()
     for (const Action& action : actions) {
         auto* const tile = new ScanTile(action.symbol, action.text);
         tile->setObjectName(QLatin1String(action.objectName));
-        connect(tile, &QAbstractButton::clicked, this,
-                [this, run = action.run] { (m_state.*run)(); });
+        connect(tile, &QAbstractButton::clicked, this, [this, run = action.run] { run(m_state); });
         row->addWidget(tile, 1);
         m_scanTiles.push_back(tile);
     }
