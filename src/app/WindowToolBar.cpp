@@ -26,10 +26,11 @@ WindowToolBar::WindowToolBar(AppState& state, const SectionScreens& sections,
     makeLeadingItems();
     makeVisualizerPicker(visualizers);
     m_rescan = makeAction(QStringLiteral("arrow.clockwise"), tr("Rescan"),
-                          QStringLiteral("rescanButton"), &AppState::rescan);
+                          QStringLiteral("rescanButton"), [](AppState& state) { state.rescan(); });
     m_rescan->setToolTip(tr("Rescan the current folder"));
-    m_zoomOut = makeAction(QStringLiteral("level.up"), tr("Zoom Out"),
-                           QStringLiteral("zoomOutButton"), &AppState::focusUp);
+    m_zoomOut =
+        makeAction(QStringLiteral("level.up"), tr("Zoom Out"), QStringLiteral("zoomOutButton"),
+                   [](AppState& state) { state.focusUp(); });
     m_zoomOut->setToolTip(tr("Zoom out one level (Esc)"));
     makeDetailsToggle();
     makeSettingsButton(sections);
@@ -63,12 +64,12 @@ void WindowToolBar::makeVisualizerPicker(const VisualizerScreens& visualizers)
 }
 
 ToolButton* WindowToolBar::makeAction(const QString& symbol, const QString& name,
-                                      const QString& objectName, void (AppState::*run)())
+                                      const QString& objectName, void (*run)(AppState&))
 {
     auto* const button = new ToolButton(symbol, name, this);
     button->setObjectName(objectName);
     button->setAccessibleName(name);
-    connect(button, &QAbstractButton::clicked, this, [this, run] { (m_state.*run)(); });
+    connect(button, &QAbstractButton::clicked, this, [this, run] { run(m_state); });
     return button;
 }
 

@@ -42,7 +42,7 @@ private:
     void makeLeadingItems();
     void makeVisualizerPicker(const VisualizerScreens& visualizers);
     ToolButton* makeAction(const QString& symbol, const QString& name, const QString& objectName,
-                           void (AppState::*run)());
+                           void (*run)(AppState&));
     /// Only where there is a settings screen.
     void makeSettingsButton(const SectionScreens& sections);
     void makeDetailsToggle();
