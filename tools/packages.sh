@@ -13,6 +13,7 @@ packages_build=(
 )
 packages_test=(
     desktop-file-utils appstream # validators of the desktop entry and the metainfo
+    libglib2.0-bin gvfs-daemons gvfs dbus-daemon # gio and its Trash service: a second look at ours
 )
 packages_window=(
     xvfb openbox         # a display and a window manager where there is none
