@@ -8,6 +8,9 @@ packages_build=(
     qt6-base-dev                # Core, Gui, Widgets, DBus, the xcb and offscreen platforms
     qt6-svg-dev libqt6svg6      # symbols are SVG: the library, and its plugin for icons
     libglib2.0-dev              # GIO: the Trash
+    libheif-dev                 # previews of HEIC and AVIF pictures
+    qt6-multimedia-dev          # previews of sound and film
+    qt6-pdf-dev                 # previews of PDF files
     bootstrap-icons fonts-inter # symbols compiled in, the typeface of the interface
     libgtest-dev libgmock-dev   # configuring looks for GoogleTest
 )

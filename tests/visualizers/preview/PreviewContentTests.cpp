@@ -2,6 +2,7 @@
 #include "PreviewContent.h"
 
 #include "DiskTree.h"
+#include "PreviewSamples.h"
 
 #include <gtest/gtest.h>
 
@@ -21,7 +22,7 @@ class PreviewContentTests : public testing::Test
 protected:
     PreviewContent read(const std::string& name)
     {
-        return PreviewContent::read(m_disk.path(name), QSize(200, 100));
+        return PreviewContent::read(m_disk.path(name), QSize(200, 100), m_stop);
     }
 
     /// A picture with a red left half and a blue right one.
@@ -50,6 +51,7 @@ protected:
     }
 
     DiskTree m_disk;
+    LockedFlag m_stop;
 };
 
 TEST_F(PreviewContentTests, ShowsASmallPictureAsItIs)
@@ -57,25 +59,70 @@ TEST_F(PreviewContentTests, ShowsASmallPictureAsItIs)
     picture("named wrongly.txt", encoded(QSize(40, 20), "png"));
     const PreviewContent content = read("named wrongly.txt");
     ASSERT_EQ(content.kind, Kind::picture);
-    EXPECT_EQ(content.picture.size(), QSize(40, 20));
-    EXPECT_EQ(content.picture.pixelColor(5, 10), QColor(Qt::red));
+    EXPECT_EQ(content.picture.image.size(), QSize(40, 20));
+    EXPECT_EQ(content.picture.image.pixelColor(5, 10), QColor(Qt::red));
 }
 
 TEST_F(PreviewContentTests, ScalesALargePictureIntoTheRoom)
 {
     picture("large.png", encoded(QSize(800, 800), "png"));
-    EXPECT_EQ(read("large.png").picture.size(), QSize(100, 100));
+    EXPECT_EQ(read("large.png").picture.image.size(), QSize(100, 100));
 }
 
 TEST_F(PreviewContentTests, TurnsAPictureAsItsMetadataSays)
 {
     picture("turned.jpg",
             encoded(QSize(400, 200), "jpeg", QImageIOHandler::TransformationRotate90));
-    const QImage turned = read("turned.jpg").picture;
+    const QImage turned = read("turned.jpg").picture.image;
     EXPECT_EQ(turned.size(), QSize(50, 100));
+    EXPECT_EQ(read("turned.jpg").picture.fullSize, QSize(200, 400));
     // Turned clockwise, what was on the left is at the top.
     EXPECT_GT(turned.pixelColor(25, 10).red(), 200);
     EXPECT_GT(turned.pixelColor(25, 90).blue(), 200);
+}
+
+TEST_F(PreviewContentTests, ADrawingFillsTheRoom)
+{
+    m_disk.fileWithContents("drawing.svg",
+                            "<svg xmlns='http://www.w3.org/2000/svg' width='20' height='20'>"
+                            "<rect width='20' height='20' fill='red'/></svg>");
+    const PreviewContent content = read("drawing.svg");
+    ASSERT_EQ(content.kind, Kind::picture);
+    EXPECT_EQ(content.picture.image.size(), QSize(100, 100));
+    EXPECT_EQ(content.picture.image.pixelColor(50, 50), QColor(Qt::red));
+}
+
+TEST_F(PreviewContentTests, AVeryNarrowPictureKeepsOnePixel)
+{
+    picture("line.png", encoded(QSize(3000, 1), "png"));
+    EXPECT_EQ(read("line.png").picture.image.size(), QSize(200, 1));
+}
+
+TEST_F(PreviewContentTests, ReadsNothingOnceItIsToStop)
+{
+    picture("picture.png", encoded(QSize(40, 20), "png"));
+    m_stop.set(true);
+    EXPECT_EQ(read("picture.png").kind, Kind::summary);
+}
+
+TEST_F(PreviewContentTests, KnowsSoundAndFilmByWhatTheyHold)
+{
+    m_disk.fileWithContents("film", test::contentsOf("film.mp4"));
+    m_disk.fileWithContents("sound.wav", test::waveSound(100));
+    EXPECT_EQ(read("film").kind, Kind::media);
+    EXPECT_EQ(read("sound.wav").kind, Kind::media);
+    m_disk.fileWithContents("source.ts", "export const film = 1;\n");
+    EXPECT_EQ(read("source.ts").kind, Kind::text) << "a name that films have as well";
+}
+
+TEST_F(PreviewContentTests, OpensADocument)
+{
+    m_disk.fileWithContents("paper.pdf", test::documentOfPages(2).toStdString());
+    const PreviewContent content = read("paper.pdf");
+    ASSERT_EQ(content.kind, Kind::document);
+    EXPECT_EQ(content.document->pageCount(), 2);
+    m_disk.fileWithContents("broken.pdf", "%PDF-1.4\nthis is all there is\n");
+    EXPECT_EQ(read("broken.pdf").kind, Kind::summary);
 }
 
 TEST_F(PreviewContentTests, ShowsTextInUtf8)
@@ -116,7 +163,7 @@ TEST_F(PreviewContentTests, HasASummaryForTheRest)
          {"bytes", "latin1", "broken.png", "empty", "folder", "pipe", "dangling", "missing"}) {
         const PreviewContent content = read(name);
         EXPECT_EQ(content.kind, Kind::summary) << name;
-        EXPECT_TRUE(content.picture.isNull()) << name;
+        EXPECT_TRUE(content.picture.image.isNull()) << name;
         EXPECT_TRUE(content.text.isEmpty()) << name;
     }
 }
