@@ -61,7 +61,13 @@ protected:
         settle();
     }
 
-    QColor ground() { return panel()->grab().toImage().pixelColor(panel()->width() / 2, 10); }
+    /// Of the panel, beside its cross.
+    QColor ground()
+    {
+        const QWidget* const cross = find("closePreviewButton");
+        const QPoint place = cross->mapTo(panel(), QPoint(-8, cross->height() / 2));
+        return panel()->grab().toImage().pixelColor(place);
+    }
 };
 
 TEST_F(PreviewJourney, SpaceOpensAndClosesOverTheRealWindow)
