@@ -314,7 +314,9 @@ void PreviewPanel::showDetail()
     } else if (m_kind == PreviewContent::Kind::document) {
         detail = tr("%1 of %2").arg(m_document->currentPage() + 1).arg(m_document->pageCount());
     } else if (m_kind == PreviewContent::Kind::text && m_content.isCut) {
-        detail = tr("First %1").arg(ByteFormatter::string(PreviewContent::textLimit));
+        detail = m_content.isCutByLines
+                     ? tr("First %1 lines").arg(PreviewContent::mostLines)
+                     : tr("First %1").arg(ByteFormatter::string(PreviewContent::textLimit));
     }
     m_detail->setText(detail);
 }
