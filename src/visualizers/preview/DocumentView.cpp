@@ -175,6 +175,7 @@ void DocumentView::paintEvent(QPaintEvent*)
 {
     QPainter painter(viewport());
     painter.setRenderHint(QPainter::SmoothPixmapTransform);
+    painter.fillRect(viewport()->rect(), themeColor(ThemeColor::raised));
     for (const int page : shownPages()) {
         const QRect place = placeOf(page);
         if (const QImage* const drawn = m_drawn.find(page)) {

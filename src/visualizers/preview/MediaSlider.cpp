@@ -87,8 +87,9 @@ void MediaSlider::paintEvent(QPaintEvent*)
     const QRectF disc(center - knob / 2.0, (height() - knob) / 2.0, knob, knob);
     painter.setBrush(themeColor(ThemeColor::knobShadow));
     painter.drawEllipse(disc.translated(0, 1));
+    painter.setPen(themeColor(ThemeColor::controlEdge));
     painter.setBrush(themeColor(ThemeColor::knob));
-    painter.drawEllipse(disc);
+    painter.drawEllipse(disc.adjusted(0.5, 0.5, -0.5, -0.5));
     if (hasFocus()) {
         paintFocusRing(painter, disc, knob / 2.0);
     }

@@ -5,6 +5,7 @@
 #include "Label.h"
 #include "MediaPlayer.h"
 #include "MediaSlider.h"
+#include "Painting.h"
 #include "PictureView.h"
 #include "Symbols.h"
 #include "Tokens.h"
@@ -22,37 +23,49 @@ namespace {
 
 constexpr int volumeSteps = 100;
 constexpr int volumeWidth = 88;
+constexpr int soundPlate = 176;
+constexpr int soundSymbol = 72;
 /// One press of an arrow key and one of a page key on the rail, in milliseconds.
 constexpr int seekStep = 5000;
 constexpr int seekPage = 30000;
 
 } // namespace
 
-/// A film's frame; for a sound, which has none, its symbol.
+/// A film's frames on black; for a sound, which has none, its symbol.
 class MediaView::Stage : public PictureView
 {
 public:
     Stage() { setFillsRoom(true); }
 
-    void setSound(bool isSound)
+    void setMedia(bool hasFilm, bool hasSound)
     {
-        m_isSound = isSound;
+        m_hasFilm = hasFilm;
+        m_hasSound = hasSound;
         update();
     }
 
 protected:
     void paintEvent(QPaintEvent* event) override
     {
-        if (m_isSound && picture().isNull()) {
-            QPainter painter(this);
-            paintSymbol(painter, QStringLiteral("music.note"), rect(), measure::iconEmpty,
-                        themeColor(ThemeColor::textDisabled));
+        QPainter painter(this);
+        if (m_hasFilm) {
+            painter.fillRect(rect(), Qt::black);
+        } else if (m_hasSound) {
+            painter.setRenderHint(QPainter::Antialiasing);
+            QRectF plate(0, 0, soundPlate, soundPlate);
+            plate.moveCenter(QRectF(rect()).center());
+            paintPanel(painter, plate, radius::surface, themeColor(ThemeColor::raised),
+                       themeColor(ThemeColor::hairline));
+            paintSymbol(painter, QStringLiteral("music.note"), plate, soundSymbol,
+                        themeColor(ThemeColor::accentText));
         }
+        painter.end();
         PictureView::paintEvent(event);
     }
 
 private:
-    bool m_isSound = false;
+    bool m_hasFilm = false;
+    bool m_hasSound = false;
 };
 
 MediaView::MediaView(QWidget* parent)
@@ -127,7 +140,7 @@ void MediaView::close()
     m_isOpen = false;
     m_player->close();
     m_stage->setPicture({});
-    m_stage->setSound(false);
+    m_stage->setMedia(false, false);
 }
 
 void MediaView::showStatus()
@@ -156,7 +169,7 @@ void MediaView::showStatus()
         m_place->setMaximum(static_cast<int>(std::min(status.duration, longest)));
         m_place->setValue(static_cast<int>(std::min(status.position, longest)));
     }
-    m_stage->setSound(!status.hasFilm);
+    m_stage->setMedia(status.hasFilm, status.hasSound);
     m_mute->setEnabled(status.hasSound);
     m_volume->setEnabled(status.hasSound);
     if (!m_isOpen) {

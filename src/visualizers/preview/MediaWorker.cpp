@@ -1,12 +1,14 @@
 // SPDX-License-Identifier: MIT
 #include "MediaWorker.h"
 
+#include "FilmRotation.h"
 #include "PictureReader.h"
 #include "PreviewFile.h"
 
 #include <QAudioDevice>
 #include <QAudioOutput>
 #include <QMediaDevices>
+#include <QTransform>
 #include <QUrl>
 #include <QVideoFrame>
 #include <QVideoSink>
@@ -26,6 +28,7 @@ struct MediaWorker::Playback
 
     std::shared_ptr<const LockedFlag> stop;
     PreviewFile file;
+    int rotation = 0; ///< clockwise, in degrees
     QVideoSink sink;
     std::unique_ptr<QAudioOutput> audio;
     QMediaPlayer player;
@@ -47,6 +50,8 @@ void MediaWorker::open(int run, const FilePath& path, const std::shared_ptr<cons
         fail();
         return;
     }
+    m_playback->rotation = filmRotation(m_playback->file);
+    m_playback->file.seek(0);
     begin();
 }
 
@@ -167,7 +172,12 @@ void MediaWorker::showFrame(const QVideoFrame& frame)
     if (!m_playback || !frame.isValid() || frame != m_playback->sink.videoFrame()) {
         return;
     }
-    const QImage image = fitted(frame.toImage(), m_frame->room());
+    const int rotation = m_playback->rotation;
+    const QSize room = m_frame->room();
+    QImage image = fitted(frame.toImage(), rotation % 180 == 0 ? room : room.transposed());
+    if (rotation != 0) {
+        image = image.transformed(QTransform().rotate(rotation));
+    }
     if (!image.isNull() && m_frame->put(image)) {
         Q_EMIT frameReady(m_run);
     }

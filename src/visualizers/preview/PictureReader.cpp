@@ -15,6 +15,19 @@ bool isLarger(const QSize& size, const QSize& room)
     return size.width() > room.width() || size.height() > room.height();
 }
 
+/// Megabytes that one picture may take, for the whole program: pictures of most formats are held
+/// whole before they are scaled.
+constexpr int mostMegabytes = 512;
+
+void allowLargePictures()
+{
+    static const bool isSet = [] {
+        QImageReader::setAllocationLimit(mostMegabytes);
+        return true;
+    }();
+    Q_UNUSED(isSet);
+}
+
 /// Held line by line while it is scaled; Qt's own bound on memory guards what cannot be.
 bool isReadByLines(const QByteArray& format)
 {
@@ -23,6 +36,7 @@ bool isReadByLines(const QByteArray& format)
 
 Picture readWithQt(QIODevice& device, const QSize& room)
 {
+    allowLargePictures();
     QImageReader reader(&device);
     reader.setDecideFormatFromContent(true);
     reader.setAutoTransform(true);

@@ -12,6 +12,32 @@
 namespace quorvane {
 namespace {
 
+/// The text in lines that can be laid out at once.
+void breakLines(const QString& text, PreviewContent& content)
+{
+    int lines = 1;
+    qsizetype begin = 0;
+    while (begin < text.size()) {
+        const qsizetype newline = text.indexOf(QLatin1Char('\n'), begin);
+        qsizetype end = newline < 0 ? text.size() : newline + 1;
+        const bool isBroken = end - begin > PreviewContent::longestLine + 1;
+        if (isBroken) {
+            end = begin + PreviewContent::longestLine;
+            end -= text[end - 1].isHighSurrogate() ? 1 : 0;
+        }
+        content.text += QStringView(text).mid(begin, end - begin);
+        begin = end;
+        if (begin < text.size() && lines++ == PreviewContent::mostLines) {
+            content.isCut = true;
+            content.isCutByLines = true;
+            return;
+        }
+        if (isBroken) {
+            content.text += QLatin1Char('\n');
+        }
+    }
+}
+
 bool readText(QIODevice& file, PreviewContent& content)
 {
     if (!file.seek(0)) {
@@ -27,8 +53,8 @@ bool readText(QIODevice& file, PreviewContent& content)
     if (decoder.hasError()) {
         return false;
     }
-    content.text = text;
     content.isCut = file.size() > bytes.size();
+    breakLines(text, content);
     return true;
 }
 

@@ -27,12 +27,17 @@ struct PreviewContent
     Kind kind = Kind::summary;
     Picture picture;
     QString text;
-    /// The text is only the beginning of what the file holds.
+    /// The text is only the beginning of what the file holds, by its bytes or by its lines.
     bool isCut = false;
+    bool isCutByLines = false;
     std::shared_ptr<DocumentPages> document;
 
     /// Most bytes of a text that are read.
     static constexpr qint64 textLimit = 256 * 1024;
+    /// Most lines of a text that are shown, and most characters of one: what goes on behind them
+    /// stands in lines of its own. Laying out more would hold the window up.
+    static constexpr int mostLines = 5000;
+    static constexpr int longestLine = 500;
 
     /// Reads what can be shown: a picture no larger than the room (device pixels), the beginning of
     /// a text in UTF-8, the pages of a PDF file; a summary for everything else, for what cannot be

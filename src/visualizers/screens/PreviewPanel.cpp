@@ -39,6 +39,10 @@ namespace {
 constexpr int headerHeight = 44;
 constexpr int panelMargin = 48;
 constexpr QSize largestPanel{960, 760};
+constexpr int shadowDrop = 8;
+constexpr int shadowBlur = 24;
+/// Room for the shadow around what looks like the panel.
+constexpr int shadowRoom = shadowBlur + shadowDrop;
 /// A reading that takes longer shows the summary meanwhile.
 constexpr std::chrono::milliseconds summaryDelay{150};
 
@@ -133,7 +137,8 @@ void PreviewPanel::layOut()
     m_pages->addWidget(m_text);
     m_pages->addWidget(m_document);
     auto* const column = new QVBoxLayout(this);
-    column->setContentsMargins(1, 1, 1, spacing::m);
+    column->setContentsMargins(shadowRoom + 1, shadowRoom + 1, shadowRoom + 1,
+                               shadowRoom + spacing::m);
     column->setSpacing(0);
     column->addWidget(makeHeader());
     column->addWidget(new Hairline);
@@ -164,7 +169,7 @@ void PreviewPanel::place()
     const QSize room = window.size() - QSize(2 * panelMargin, 2 * panelMargin);
     QRect area(QPoint(), room.boundedTo(largestPanel));
     area.moveCenter(window.center());
-    setGeometry(area);
+    setGeometry(area.marginsAdded(QMargins(shadowRoom, shadowRoom, shadowRoom, shadowRoom)));
 }
 
 void PreviewPanel::bringToFront()
@@ -309,7 +314,9 @@ void PreviewPanel::showDetail()
     } else if (m_kind == PreviewContent::Kind::document) {
         detail = tr("%1 of %2").arg(m_document->currentPage() + 1).arg(m_document->pageCount());
     } else if (m_kind == PreviewContent::Kind::text && m_content.isCut) {
-        detail = tr("First %1").arg(ByteFormatter::string(PreviewContent::textLimit));
+        detail = m_content.isCutByLines
+                     ? tr("First %1 lines").arg(PreviewContent::mostLines)
+                     : tr("First %1").arg(ByteFormatter::string(PreviewContent::textLimit));
     }
     m_detail->setText(detail);
 }
@@ -416,7 +423,10 @@ void PreviewPanel::mousePressEvent(QMouseEvent* event)
 void PreviewPanel::paintEvent(QPaintEvent*)
 {
     QPainter painter(this);
-    paintPopover(painter, rect(), radius::surface);
+    const QRect panel = rect().adjusted(shadowRoom, shadowRoom, -shadowRoom, -shadowRoom);
+    paintShadow(painter, panel, radius::surface, shadowDrop, shadowBlur,
+                themeColor(ThemeColor::shadow));
+    paintPopover(painter, panel, radius::surface);
 }
 
 } // namespace quorvane

@@ -5,6 +5,7 @@
 
 #include "Button.h"
 #include "DiskTree.h"
+#include "FilmRotation.h"
 #include "LatestFrame.h"
 #include "PreviewSamples.h"
 #include "WaitFor.h"
@@ -12,9 +13,11 @@
 #include <gtest/gtest.h>
 
 #include <QAudioDevice>
+#include <QBuffer>
 #include <QMediaDevices>
 #include <QTest>
 
+#include <cstdint>
 #include <string>
 
 namespace quorvane {
@@ -75,6 +78,18 @@ TEST_F(MediaTests, AFrameFitsTheRoom)
     m_player.open(film());
     ASSERT_TRUE(waitFor([&size] { return size.isValid(); }));
     EXPECT_EQ(size, QSize(32, 18));
+}
+
+TEST_F(MediaTests, AFilmStandsUpright)
+{
+    m_disk.fileWithContents("turned.mp4", test::turnedFilm(0, 0x10000));
+    QImage shown;
+    QObject::connect(&m_player, &MediaPlayer::frameReady,
+                     [&shown](const QImage& frame) { shown = frame; });
+    m_player.setFrameRoom(QSize(200, 32));
+    m_player.open(m_disk.path("turned.mp4"));
+    ASSERT_TRUE(waitFor([&shown] { return !shown.isNull(); }));
+    EXPECT_EQ(shown.size(), QSize(18, 32));
 }
 
 TEST_F(MediaTests, PausesAndSeeks)
@@ -190,6 +205,43 @@ TEST_F(MediaTests, TellsTimes)
     EXPECT_EQ(MediaView::timeText(3'599'000), QStringLiteral("59:59"));
     EXPECT_EQ(MediaView::timeText(3'600'000), QStringLiteral("1:00:00"));
     EXPECT_EQ(MediaView::timeText(36'061'000), QStringLiteral("10:01:01"));
+}
+
+int rotationOf(const std::string& contents)
+{
+    QByteArray bytes = QByteArray::fromStdString(contents);
+    QBuffer device(&bytes);
+    device.open(QIODevice::ReadOnly);
+    return filmRotation(device);
+}
+
+TEST(FilmRotationTests, TellsQuartersOfATurnClockwise)
+{
+    constexpr std::uint32_t one = 0x10000;
+    EXPECT_EQ(rotationOf(test::turnedFilm(one, 0)), 0);
+    EXPECT_EQ(rotationOf(test::turnedFilm(0, one)), 90);
+    EXPECT_EQ(rotationOf(test::turnedFilm(0u - one, 0)), 180);
+    EXPECT_EQ(rotationOf(test::turnedFilm(0, 0u - one)), 270);
+    EXPECT_EQ(rotationOf(test::turnedFilm(0, 0)), 0);
+}
+
+TEST(FilmRotationTests, WhatIsBrokenIsNotTurned)
+{
+    const std::string whole = test::turnedFilm(0, 0x10000);
+    const std::size_t movie = whole.find("moov");
+    for (std::size_t length = 0; length < whole.size(); length += 7) {
+        const int rotation = rotationOf(whole.substr(0, length));
+        EXPECT_EQ(rotation, 0) << "cut after " << length << ", its last box ends too late";
+    }
+    for (const char size : {'\0', '\1', '\x7f', '\xff'}) {
+        std::string damaged = whole;
+        for (std::size_t i = movie - 4; i < movie; ++i) {
+            damaged[i] = size;
+        }
+        rotationOf(damaged); // any answer, and an end
+    }
+    EXPECT_EQ(rotationOf(std::string(1000, '\0')), 0);
+    EXPECT_EQ(rotationOf(std::string()), 0);
 }
 
 TEST(LatestFrameTests, ANewerFrameTakesThePlaceOfOneThatWaits)

@@ -137,16 +137,74 @@ TEST_F(PreviewContentTests, ShowsTextInUtf8)
 
 TEST_F(PreviewContentTests, ReadsOnlyTheBeginningOfALongText)
 {
-    // Three bytes a character: the limit falls inside one.
+    // Three bytes a character, 255 of them and a line break 766: the limit falls inside one.
     std::string text;
     while (text.size() < 2 * static_cast<std::size_t>(PreviewContent::textLimit)) {
-        text += "\xe2\x82\xac";
+        for (int i = 0; i < 255; ++i) {
+            text += "\xe2\x82\xac";
+        }
+        text += '\n';
     }
+    ASSERT_EQ(PreviewContent::textLimit % 766 % 3, 1);
     m_disk.fileWithContents("long", text);
     const PreviewContent content = read("long");
     EXPECT_EQ(content.kind, Kind::text);
     EXPECT_TRUE(content.isCut);
-    EXPECT_EQ(content.text, QString(PreviewContent::textLimit / 3, QChar(0x20AC)));
+    EXPECT_FALSE(content.isCutByLines);
+    const QString line = QString(255, QChar(0x20AC)) + QLatin1Char('\n');
+    EXPECT_EQ(content.text, line.repeated(PreviewContent::textLimit / 766) +
+                                QString(PreviewContent::textLimit % 766 / 3, QChar(0x20AC)));
+}
+
+TEST_F(PreviewContentTests, ALineThatIsTooLongGoesOnInTheNext)
+{
+    const int longest = PreviewContent::longestLine;
+    m_disk.fileWithContents("long", std::string(static_cast<std::size_t>(longest), 'a') + "\n" +
+                                        std::string(static_cast<std::size_t>(longest) + 2, 'b'));
+    const PreviewContent content = read("long");
+    EXPECT_EQ(content.text, QString(longest, QLatin1Char('a')) + QLatin1Char('\n') +
+                                QString(longest, QLatin1Char('b')) + QStringLiteral("\nbb"));
+    EXPECT_FALSE(content.isCut);
+}
+
+TEST_F(PreviewContentTests, ALineIsNotBrokenInsideACharacter)
+{
+    std::string faces = "x";
+    for (int i = 0; i < PreviewContent::longestLine; ++i) {
+        faces += "\xf0\x9f\x98\x80";
+    }
+    m_disk.fileWithContents("faces", faces);
+    const QStringList lines = read("faces").text.split(QLatin1Char('\n'));
+    ASSERT_GE(lines.size(), 2);
+    EXPECT_EQ(lines[0].size(), PreviewContent::longestLine - 1);
+    EXPECT_TRUE(lines[1].at(0).isHighSurrogate());
+}
+
+TEST_F(PreviewContentTests, ShowsOnlyTheFirstLinesOfMany)
+{
+    std::string text;
+    for (int i = 0; i < PreviewContent::mostLines; ++i) {
+        text += "line\n";
+    }
+    m_disk.fileWithContents("all", text);
+    EXPECT_FALSE(read("all").isCut);
+    m_disk.fileWithContents("more", text + "one more\n");
+    const PreviewContent content = read("more");
+    EXPECT_TRUE(content.isCutByLines);
+    EXPECT_TRUE(content.isCut);
+    EXPECT_EQ(content.text.count(QLatin1Char('\n')), PreviewContent::mostLines);
+    EXPECT_TRUE(content.text.endsWith(QStringLiteral("line\n")));
+}
+
+TEST_F(PreviewContentTests, APictureBeyondTheBoundIsNotDecoded)
+{
+    // A GIF file of 60000 x 60000 pixels: its head, one frame, and an end.
+    m_disk.fileWithContents("huge.gif", std::string("GIF89a\x60\xea\x60\xea\x80\0\0"
+                                                    "\0\0\0\xff\xff\xff"
+                                                    ",\0\0\0\0\x60\xea\x60\xea\0"
+                                                    "\2\2D\1\0;",
+                                                    35));
+    EXPECT_EQ(read("huge.gif").kind, Kind::summary);
 }
 
 TEST_F(PreviewContentTests, HasASummaryForTheRest)

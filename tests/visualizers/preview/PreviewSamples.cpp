@@ -10,7 +10,7 @@
 #include <QPdfWriter>
 
 #include <cmath>
-#include <cstdint>
+#include <cstddef>
 #include <fstream>
 #include <sstream>
 
@@ -39,6 +39,22 @@ std::string contentsOf(const char* name)
     std::ostringstream contents;
     contents << file.rdbuf();
     return contents.str();
+}
+
+std::string turnedFilm(std::uint32_t a, std::uint32_t b)
+{
+    std::string film = contentsOf("film.mp4");
+    // The first track is the film's; its header is of version 0, with the matrix 40 bytes behind
+    // the name.
+    const std::size_t header = film.find("tkhd");
+    const std::size_t matrix = header + 4 + 40;
+    EXPECT_LT(matrix + 8, film.size());
+    EXPECT_EQ(film[header + 4], 0);
+    for (std::size_t i = 0; i < 4; ++i) {
+        film[matrix + i] = static_cast<char>(a >> (24 - 8 * i) & 0xff);
+        film[matrix + 4 + i] = static_cast<char>(b >> (24 - 8 * i) & 0xff);
+    }
+    return film;
 }
 
 std::string waveSound(int milliseconds)

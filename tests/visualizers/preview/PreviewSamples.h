@@ -3,6 +3,7 @@
 
 #include <QByteArray>
 
+#include <cstdint>
 #include <string>
 
 namespace quorvane::test {
@@ -10,6 +11,10 @@ namespace quorvane::test {
 /// Contents of a file of tests/data; fails the test when there is none. "film.mp4" is two seconds
 /// of 64 x 36 pixels, a red one and a blue one, with a sound.
 std::string contentsOf(const char* name);
+
+/// The film with the first row of its matrix set to these two numbers, sixteen bits of each behind
+/// the point: (0, 1) turns it a quarter clockwise.
+std::string turnedFilm(std::uint32_t a, std::uint32_t b);
 
 /// A sound of so many milliseconds: 8000 samples a second, 16 bits, one channel.
 std::string waveSound(int milliseconds);

@@ -203,6 +203,10 @@ TEST_F(PreviewPanelTests, SaysThatATextGoesOn)
     m_disk.fileWithContents("one.txt", std::string(300 * 1024, 'x'));
     ASSERT_TRUE(opens());
     EXPECT_EQ(detail(), QStringLiteral("First 256.0 KB"));
+    m_disk.fileWithContents("one.txt", std::string(6000, '\n'));
+    QTest::keyClick(panel(), Qt::Key_Space);
+    ASSERT_TRUE(opens());
+    EXPECT_EQ(detail(), QStringLiteral("First 5000 lines"));
     QTest::keyClick(panel(), Qt::Key_Down);
     ASSERT_TRUE(showsText("second"));
     EXPECT_EQ(detail(), QString());
