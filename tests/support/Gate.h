@@ -27,6 +27,13 @@ public:
         m_changed.notify_all();
     }
 
+    /// Who comes from now on has to wait again.
+    void close()
+    {
+        const std::lock_guard guard(m_lock);
+        m_isOpen = false;
+    }
+
     /// Returns once a thread waits at the gate.
     void awaitVisitor()
     {
