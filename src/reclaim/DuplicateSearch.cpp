@@ -163,27 +163,18 @@ bool DuplicateSearch::sample()
             std::make_unique<FileDigester>(fileSystem, contents, unchangedBefore));
     }
     m_workerProgress.begin(samplingRange, m_candidates.size());
-    const bool isDone = narrow(
-        [&](std::size_t begin) {
-            const std::int64_t bytes = m_candidates[begin].file()->scannedBytes();
-            std::size_t end = begin + 1;
-            while (end < m_candidates.size() && m_candidates[end].file()->scannedBytes() == bytes) {
-                ++end;
-            }
-            return Bucket{end, {}};
-        },
-        Order::byFolder,
-        [](FileDigester& digester, Candidate& candidate, Digest& digest) {
-            const std::optional<Sample> sample = digester.partialDigest(*candidate.file());
-            if (!sample) {
-                return false;
-            }
-            digest = sample->digest;
-            if (sample->coversWholeFile) {
-                candidate.markSampledWhole();
-            }
-            return true;
-        });
+    const auto sizeAt = [this](std::size_t place) {
+        return m_candidates[place].file()->scannedBytes();
+    };
+    const auto bucketAt = [&](std::size_t begin) {
+        const std::int64_t bytes = sizeAt(begin);
+        std::size_t end = begin + 1;
+        while (end < m_candidates.size() && sizeAt(end) == bytes) {
+            ++end;
+        }
+        return Bucket{end, {}};
+    };
+    const bool isDone = narrow(bucketAt, [this](Window& window) { sampleWindow(window); });
     report(Pass::sampling, m_workerProgress.done());
     return isDone;
 }
@@ -193,25 +184,12 @@ bool DuplicateSearch::verify()
     Buckets sampled;
     sampled.swap(m_buckets);
     m_workerProgress.begin(verifyingRange, m_candidates.size());
-    // As listed: the longest file is begun first, so that no worker is left alone with it.
     const auto nextSampled = [&](std::size_t) {
         const Bucket bucket = sampled.front();
         sampled.pop_front();
         return bucket;
     };
-    const bool isDone = narrow(nextSampled, Order::asListed,
-                               [](FileDigester& digester, Candidate& candidate, Digest& digest) {
-                                   const FileNode& file = *candidate.file();
-                                   const std::optional<Digest> full =
-                                       candidate.isSampledWhole()
-                                           ? digester.fullDigest(file, digest)
-                                           : digester.fullDigest(file);
-                                   if (!full) {
-                                       return false;
-                                   }
-                                   digest = *full;
-                                   return true;
-                               });
+    const bool isDone = narrow(nextSampled, [this](Window& window) { verifyWindow(window); });
     report(Pass::verifying, m_workerProgress.done());
     return isDone;
 }
@@ -244,20 +222,22 @@ Groups DuplicateSearch::build()
     return groups;
 }
 
-bool DuplicateSearch::narrow(const BucketAt& bucketAt, Order order, const Step& step)
+bool DuplicateSearch::narrow(const BucketAt& bucketAt,
+                             const std::function<void(Window&)>& digestAll)
 {
     std::size_t place = 0;
     for (std::size_t begin = 0; begin < m_candidates.size();) {
         Window window = openWindow(bucketAt, begin);
-        digestWindow(window, order, step);
+        digestAll(window);
         if (m_isCancelled()) {
             return false;
         }
         for (const std::size_t end : window.ends) {
+            const std::size_t at = begin - window.begin;
             const std::size_t size = end - begin;
-            splitByDigest({std::span(m_candidates).subspan(begin, size),
-                           std::span(window.digests).subspan(begin - window.begin, size)},
-                          m_candidates, place, m_buckets);
+            splitByDigest(
+                {window.files.subspan(at, size), std::span(window.digests).subspan(at, size)},
+                m_candidates, place, m_buckets);
             begin = end;
         }
     }
@@ -266,10 +246,9 @@ bool DuplicateSearch::narrow(const BucketAt& bucketAt, Order order, const Step& 
     return true;
 }
 
-DuplicateSearch::Window DuplicateSearch::openWindow(const BucketAt& bucketAt,
-                                                    std::size_t begin) const
+DuplicateSearch::Window DuplicateSearch::openWindow(const BucketAt& bucketAt, std::size_t begin)
 {
-    Window window{begin, {}, {}};
+    Window window{begin, {}, {}, {}};
     window.digests.reserve(std::min(windowFiles, m_candidates.size() - begin));
     std::size_t end = begin;
     while (end < m_candidates.size() && end - begin < windowFiles) {
@@ -280,29 +259,89 @@ DuplicateSearch::Window DuplicateSearch::openWindow(const BucketAt& bucketAt,
         window.digests.reserve(end - begin);
         window.digests.resize(end - begin, bucket.digest);
     }
+    window.files = std::span(m_candidates).subspan(begin, end - begin);
     return window;
 }
 
-void DuplicateSearch::digestWindow(Window& window, Order order, const Step& step)
+void DuplicateSearch::sampleWindow(Window& window)
 {
-    const std::span<Candidate> files =
-        std::span(m_candidates).subspan(window.begin, window.digests.size());
+    const std::size_t count = window.files.size();
     std::vector<std::uint32_t> places;
-    // The files of one size lie in this order already.
-    if (order == Order::byFolder && window.ends.size() > 1) {
-        places.resize(files.size());
+    std::optional<HeadTable> heads;
+    if (count <= mostTabledFiles) {
+        // Folder by folder: a disk is read in its own order, or near it.
+        places.resize(count);
         std::iota(places.begin(), places.end(), 0U);
-        std::sort(places.begin(), places.end(),
-                  [&](std::uint32_t a, std::uint32_t b) { return files[a] < files[b]; });
+        std::sort(places.begin(), places.end(), [&](std::uint32_t a, std::uint32_t b) {
+            return window.files[a] < window.files[b];
+        });
+        heads.emplace(count);
     }
-    inParallel(files.size(), [&](FileDigester& digester, std::size_t i) {
-        const std::size_t place = places.empty() ? i : places[i];
-        if (m_isCancelled() || !step(digester, files[place], window.digests[place])) {
-            files[place].drop();
-            return;
-        }
-        m_workerProgress.countOne();
+    HeadTable* const table = heads ? &*heads : nullptr;
+    inParallel(count, [&](FileDigester& digester, std::size_t i) {
+        runStep(window, digester, places.empty() ? i : places[i],
+                [&](FileDigester& own, std::size_t place) {
+                    return sampleOne(own, window, table, static_cast<std::uint32_t>(place));
+                });
     });
+    if (heads) {
+        for (const std::uint32_t place : heads->waiting()) {
+            window.files[place].drop();
+        }
+    }
+}
+
+bool DuplicateSearch::sampleOne(FileDigester& digester, Window& window, HeadTable* heads,
+                                std::uint32_t place)
+{
+    HeadTable::Meeting meeting;
+    FileDigester::HeadFilter isWanted;
+    if (heads != nullptr) {
+        isWanted = [&](std::uint64_t head) {
+            meeting = heads->meet(head, place);
+            return !meeting.isFirst;
+        };
+    }
+    const std::optional<Sample> sample =
+        digester.partialDigest(*window.files[place].file(), isWanted);
+    if (meeting.waiting != HeadTable::nobody &&
+        !sampleOne(digester, window, nullptr, meeting.waiting)) {
+        window.files[meeting.waiting].drop();
+    }
+    if (!sample) {
+        return false;
+    }
+    window.digests[place] = sample->digest;
+    if (sample->coversWholeFile) {
+        window.files[place].markSampledWhole();
+    }
+    return true;
+}
+
+void DuplicateSearch::verifyWindow(Window& window)
+{
+    // As listed: the longest file is begun first, so that no worker is left alone with it.
+    inParallel(window.files.size(), [&](FileDigester& digester, std::size_t i) {
+        runStep(window, digester, i, [&](FileDigester& own, std::size_t place) {
+            const Candidate& candidate = window.files[place];
+            const std::optional<Digest> full =
+                candidate.isSampledWhole()
+                    ? own.fullDigest(*candidate.file(), window.digests[place])
+                    : own.fullDigest(*candidate.file());
+            window.digests[place] = full.value_or(Digest{});
+            return full.has_value();
+        });
+    });
+}
+
+void DuplicateSearch::runStep(Window& window, FileDigester& digester, std::size_t place,
+                              const Step& step)
+{
+    if (m_isCancelled() || !step(digester, place)) {
+        window.files[place].drop();
+        return;
+    }
+    m_workerProgress.countOne();
 }
 
 void DuplicateSearch::inParallel(std::size_t count,

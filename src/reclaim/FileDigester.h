@@ -8,6 +8,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <span>
@@ -25,10 +26,16 @@ inline constexpr std::int64_t leastSampleBytes = 16;
 /// The most that the digest of a whole file takes in at once, in bytes.
 inline constexpr std::int64_t blockBytes = 1048576;
 
+/// By the first bytes of a file, as many as there are up to that, it is seen whether any other
+/// begins like it.
+inline constexpr std::int64_t headBytes = 4096;
+
 /// What the two ends of a file came to.
 struct Sample
 {
-    Digest digest;
+    Digest digest = {};
+    /// The head filter wanted no more than the head: there is no digest.
+    bool isTurnedAway = false;
     /// The sample was the file from start to end, read without a fault, so that its digest is that
     /// of the whole file as well.
     bool coversWholeFile = false;
@@ -44,10 +51,13 @@ public:
     FileDigester(FileSystemCalls& fileSystem, FileContentCalls& contents,
                  std::int64_t unchangedBefore);
 
+    /// Takes a hash of a file's size and head and tells whether the file is to be sampled.
+    using HeadFilter = std::function<bool(std::uint64_t head)>;
+
     /// Digest of the file's two ends, found by its size in the scan; of the whole of a small file.
     /// Absent when it cannot be opened or is no regular file any more, when the seek to its tail
     /// fails, and when fewer than leastSampleBytes could be read.
-    std::optional<Sample> partialDigest(const FileNode& file);
+    std::optional<Sample> partialDigest(const FileNode& file, const HeadFilter& isWanted = {});
     /// Digest of all that can be read from the start on. Absent when the file cannot be opened or
     /// is no regular file any more.
     std::optional<Digest> fullDigest(const FileNode& file);
@@ -62,6 +72,8 @@ private:
     class OpenFile;
 
     std::optional<Digest> readWhole(const OpenFile& file);
+    /// Reads at most so many bytes into the front of the buffer, fewer only at the end or a fault.
+    std::int64_t fill(const OpenFile& file, std::int64_t most);
     /// Feeds at most so many bytes from the current position to the hash. The number fed; a fault
     /// ends the reading.
     std::int64_t feed(const OpenFile& file, std::int64_t most);
