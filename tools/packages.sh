@@ -8,6 +8,7 @@ packages_build=(
     qt6-base-dev                # Core, Gui, Widgets, DBus, the xcb and offscreen platforms
     qt6-svg-dev libqt6svg6      # symbols are SVG: the library, and its plugin for icons
     libglib2.0-dev              # GIO: the Trash
+    libssl-dev                  # SHA-256
     bootstrap-icons fonts-inter # symbols compiled in, the typeface of the interface
     libgtest-dev libgmock-dev   # configuring looks for GoogleTest
 )
@@ -20,7 +21,9 @@ packages_window=(
 )
 packages_bench=(
     python3   # benchmarks/bench
-    gdu       # what a scan is compared with; left out of the table where it is not installed
+    # what ours is compared with; left out of the table where it is not installed
+    gdu            # a scan
+    jdupes rdfind  # a search for duplicates
 )
 packages_lint=(clang-format clang-tidy clang-14)
 packages_fuzz=(clang-14 libclang-rt-14-dev)
