@@ -27,6 +27,8 @@ extern const Command scanCommand;
 extern const Command dumpCommand;
 extern const Command treemapCommand;
 extern const Command layoutCommand;
+extern const Command duplicatesCommand;
+extern const Command corpusCommand;
 
 /// The commands that draw. Empty in a build without the GUI modules.
 std::span<const Command> guiCommands();

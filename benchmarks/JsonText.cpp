@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "JsonText.h"
 
+#include <algorithm>
 #include <array>
 #include <charconv>
 
@@ -65,6 +66,17 @@ void appendEscape(std::string& out, char32_t codePoint)
             out.push_back(digits[(codePoint >> shift) & 15]);
         }
     }
+}
+
+void appendHexadecimal(std::string& out, std::string_view bytes)
+{
+    static constexpr char digits[] = "0123456789abcdef";
+    out.push_back('"');
+    for (const char c : bytes) {
+        out.push_back(digits[static_cast<unsigned char>(c) >> 4]);
+        out.push_back(digits[static_cast<unsigned char>(c) & 15]);
+    }
+    out.push_back('"');
 }
 
 bool needsEscape(char32_t codePoint)
@@ -200,14 +212,8 @@ void JsonObject::escapedText(std::string_view name, std::string_view content)
 
 void JsonObject::hexadecimal(std::string_view name, std::string_view bytes)
 {
-    static constexpr char digits[] = "0123456789abcdef";
     key(name);
-    m_out.push_back('"');
-    for (const char c : bytes) {
-        m_out.push_back(digits[static_cast<unsigned char>(c) >> 4]);
-        m_out.push_back(digits[static_cast<unsigned char>(c) & 15]);
-    }
-    m_out.push_back('"');
+    appendHexadecimal(m_out, bytes);
 }
 
 void JsonObject::null(std::string_view name)
@@ -225,6 +231,38 @@ void JsonObject::path(std::string_view bytes)
     if (!isWellFormed) {
         hexadecimal("rawPath", bytes);
     }
+}
+
+void JsonObject::paths(const std::vector<std::string>& paths)
+{
+    std::vector<bool> areText;
+    JsonList texts(list("paths"));
+    for (const std::string& path : paths) {
+        std::string& out = texts.next();
+        out.push_back('"');
+        areText.push_back(appendJsonText(out, path));
+        out.push_back('"');
+    }
+    texts.close();
+    if (std::find(areText.begin(), areText.end(), false) == areText.end()) {
+        return;
+    }
+    JsonList raw(list("rawPaths"));
+    for (std::size_t i = 0; i < paths.size(); ++i) {
+        std::string& out = raw.next();
+        if (areText[i]) {
+            out.append("null");
+        } else {
+            appendHexadecimal(out, paths[i]);
+        }
+    }
+    raw.close();
+}
+
+std::string& JsonObject::list(std::string_view name)
+{
+    key(name);
+    return m_out;
 }
 
 } // namespace quorvane

@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace quorvane {
 
@@ -50,12 +51,47 @@ public:
     void null(std::string_view key);
     /// "path", and "rawPath" where the bytes are not UTF-8.
     void path(std::string_view bytes);
+    /// "paths", and "rawPaths" where the bytes of any of them are not UTF-8: there null stands for
+    /// a path that is.
+    void paths(const std::vector<std::string>& paths);
+    /// Where a JsonList goes, which is closed before the next member is added.
+    std::string& list(std::string_view key);
+    /// Closes an object that stands in a list.
+    void close() { m_out.push_back('}'); }
     /// Closes the object and ends the line.
     void endLine() { m_out.append("}\n"); }
 
 private:
     void key(std::string_view key);
 
+    std::string& m_out;
+    bool m_isFirst = true;
+};
+
+/// Appends the items of a JSON list, one after the other.
+class JsonList
+{
+public:
+    explicit JsonList(std::string& out)
+        : m_out(out)
+    {
+        m_out.push_back('[');
+    }
+    JsonList(const JsonList&) = delete;
+    JsonList& operator=(const JsonList&) = delete;
+
+    /// Where the next item goes.
+    std::string& next()
+    {
+        if (!m_isFirst) {
+            m_out.push_back(',');
+        }
+        m_isFirst = false;
+        return m_out;
+    }
+    void close() { m_out.push_back(']'); }
+
+private:
     std::string& m_out;
     bool m_isFirst = true;
 };

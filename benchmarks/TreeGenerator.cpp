@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "TreeGenerator.h"
 
+#include "EmptyFolder.h"
 #include "EntryNames.h"
 #include "SeededRandom.h"
 
@@ -13,10 +14,10 @@
 #include <atomic>
 #include <cerrno>
 #include <cstring>
-#include <filesystem>
 #include <mutex>
 #include <system_error>
 #include <thread>
+#include <variant>
 #include <vector>
 
 namespace quorvane {
@@ -210,33 +211,18 @@ private:
     std::optional<std::string> m_fault;
 };
 
-std::string refusal(const FilePath& destination, const std::string& reason)
-{
-    return destination.bytes() + ": " + reason;
-}
-
 } // namespace
 
 std::optional<std::string> generateTree(const FilePath& destination, const TreeShape& shape)
 {
-    if (mkdir(destination.bytes().c_str(), 0755) != 0 && errno != EEXIST) {
-        return refusal(destination, std::generic_category().message(errno));
+    const std::variant<int, std::string> top = openEmptyFolder(destination);
+    if (const std::string* fault = std::get_if<std::string>(&top)) {
+        return *fault;
     }
-    std::error_code fault;
-    const bool isEmpty = std::filesystem::is_empty(destination.bytes(), fault);
-    if (fault) {
-        return refusal(destination, fault.message());
-    }
-    const int top = open(destination.bytes().c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-    if (top < 0) {
-        return refusal(destination, std::generic_category().message(errno));
-    }
-    std::optional<std::string> message = refusal(destination, "the folder is not empty");
-    if (isEmpty) {
-        message = Generator(shape).run(top);
-    }
-    close(top);
-    return message;
+    const int descriptor = std::get<int>(top);
+    std::optional<std::string> fault = Generator(shape).run(descriptor);
+    close(descriptor);
+    return fault;
 }
 
 } // namespace quorvane

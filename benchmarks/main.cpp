@@ -21,8 +21,9 @@ namespace {
 
 std::vector<const Command*> allCommands()
 {
-    std::vector<const Command*> commands{&treeCommand, &scanCommand, &dumpCommand, &treemapCommand,
-                                         &layoutCommand};
+    std::vector<const Command*> commands{&treeCommand,      &scanCommand,   &dumpCommand,
+                                         &treemapCommand,   &layoutCommand, &corpusCommand,
+                                         &duplicatesCommand};
     for (const Command& command : guiCommands()) {
         commands.push_back(&command);
     }

@@ -11,6 +11,7 @@ packages_build=(
     libheif-dev                 # previews of HEIC and AVIF pictures
     qt6-multimedia-dev          # previews of sound and film
     qt6-pdf-dev                 # previews of PDF files
+    libssl-dev                  # SHA-256
     bootstrap-icons fonts-inter # symbols compiled in, the typeface of the interface
     libgtest-dev libgmock-dev   # configuring looks for GoogleTest
 )
@@ -24,7 +25,9 @@ packages_window=(
 )
 packages_bench=(
     python3   # benchmarks/bench
-    gdu       # what a scan is compared with; left out of the table where it is not installed
+    # what ours is compared with; left out of the table where it is not installed
+    gdu            # a scan
+    jdupes rdfind  # a search for duplicates
 )
 packages_lint=(clang-format clang-tidy clang-14)
 packages_fuzz=(clang-14 libclang-rt-14-dev)

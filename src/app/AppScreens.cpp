@@ -3,6 +3,7 @@
 
 #include "AnalysisView.h"
 #include "CleanupView.h"
+#include "DuplicatesView.h"
 #include "SettingsView.h"
 #include "VisualizerHostView.h"
 
@@ -22,6 +23,9 @@ AppScreens AppScreens::standard()
                          });
     screens.sections.add(AppSection::cleanup, [](AppState& state, QWidget* parent) -> QWidget* {
         return new CleanupView(state, parent);
+    });
+    screens.sections.add(AppSection::duplicates, [](AppState& state, QWidget* parent) -> QWidget* {
+        return new DuplicatesView(state, parent);
     });
     screens.sections.add(AppSection::settings, [](AppState& state, QWidget* parent) -> QWidget* {
         // No global hot key is registered so far.

@@ -13,7 +13,8 @@
 namespace quorvane {
 
 AppState::AppState(const Platform& platform)
-    : nodesByID(std::make_shared<const NodeIndex>())
+    : duplicateGroups(std::make_shared<const DuplicateFinder::Groups>())
+    , nodesByID(std::make_shared<const NodeIndex>())
     , m_platform(platform)
     , m_jobs(platform.lowerThisThread)
 {
@@ -64,6 +65,7 @@ void AppState::dropOldScan()
     focusNode = nullptr;
     stagedNodes = std::vector<NodePointer>{};
     nodesByID = std::make_shared<const NodeIndex>();
+    dropDuplicates();
     // The fields have let go of it by now, so a tree of millions of nodes ends in the background.
     m_jobs.release(std::move(oldTree));
 }
@@ -77,6 +79,10 @@ void AppState::startScan(const FilePath& url)
     isScanning = true;
     progress = ScanProgress{};
     dropOldScan();
+    if (m_duplicateSearchTask) {
+        // Its finder runs on to its end over the old tree; nobody hears of what it finds.
+        m_duplicateSearchTask->cancel();
+    }
     const auto onProgress = [this, flag = m_cancelFlag,
                              post = m_jobs.poster()](const ScanProgress& report) {
         if (flag->get()) {
@@ -115,6 +121,7 @@ void AppState::publishScan(FinishedScan finished)
     selectedNode = root;
     focusNode = root;
     buildIndex(std::move(finished.index));
+    maybeAutoFindDuplicates(root);
     refreshDriveUsage();
 }
 

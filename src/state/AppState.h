@@ -7,6 +7,8 @@
 #include "BloatFilter.h"
 #include "DiskScanner.h"
 #include "DriveSample.h"
+#include "DuplicateFinder.h"
+#include "DuplicateIndex.h"
 #include "FileTree.h"
 #include "JobRunner.h"
 #include "LockedFlag.h"
@@ -55,11 +57,17 @@ public:
     QProperty<VisualizerType> visualizer{VisualizerType::treemap};
     QProperty<NodePointer> focusNode;                ///< folder that the visualisers draw as root
     QProperty<std::vector<NodePointer>> stagedNodes; ///< the Trash queue, in the order of staging
-    QProperty<std::optional<QString>> flashMessage;  ///< text of the flash banner
-    QProperty<DriveSample> driveStat;                ///< usage of the start-up drive
-    QProperty<bool> isTrashingStaged{false};         ///< a batch is on its way to the Trash
-    QProperty<double> trashProgress{0};              ///< share of the batch that is done, 0 to 1
-    QProperty<std::optional<QString>> trashStatus;   ///< status line of the batch
+    /// The last search's result in the finder's order; never absent, empty without one.
+    QProperty<std::shared_ptr<const DuplicateFinder::Groups>> duplicateGroups;
+    QProperty<bool> duplicateSearchIsRunning{false};
+    QProperty<double> duplicateProgress{0}; ///< of the search, 0 to 1
+    /// Root for which a search was last started without being asked for; never cleared.
+    QProperty<std::optional<FilePath>> autoPreparedDuplicateURL;
+    QProperty<std::optional<QString>> flashMessage; ///< text of the flash banner
+    QProperty<DriveSample> driveStat;               ///< usage of the start-up drive
+    QProperty<bool> isTrashingStaged{false};        ///< a batch is on its way to the Trash
+    QProperty<double> trashProgress{0};             ///< share of the batch that is done, 0 to 1
+    QProperty<std::optional<QString>> trashStatus;  ///< status line of the batch
     QProperty<AppTheme> theme{AppTheme::dark};
     QProperty<AccentChoice> accent{AccentChoice::blue};
     QProperty<AppPalette> storagePalette{AppPalette::slate};
@@ -68,6 +76,8 @@ public:
     QProperty<std::map<std::string, bool>> storageBloatFilters;
     /// Every node of the current tree by id; never absent, empty without a tree.
     QProperty<std::shared_ptr<const NodeIndex>> nodesByID;
+    QProperty<std::int64_t> duplicateCount{0};       ///< copies beyond the first of each group
+    QProperty<std::int64_t> duplicateReclaimable{0}; ///< bytes that these copies take
 
     // ---- Derived
     bool hasScan() const { return rootNode.value() != nullptr; }
@@ -133,6 +143,23 @@ public:
     /// again. What cannot be moved stays on the disk. There is no way to stop it.
     void sendStagedToTrash();
 
+    // ---- Duplicates
+    /// Starts a search in the background, once for each root that comes up: not when the same root
+    /// is scanned again. The end of a scan calls it.
+    void maybeAutoFindDuplicates(const NodePointer& root);
+    /// Searches the current tree; nothing without one, and while a search runs only a flash. In the
+    /// background the search yields to all other work.
+    void runDuplicateSearch(bool background = false);
+    /// Nothing of the running search is published any more.
+    void stopDuplicateSearch();
+    /// Stages all copies of the file but itself, and takes it out of the queue if it stands there.
+    /// Nothing for a file without copies.
+    void trashOthers(const FileNode& keep);
+    /// Whether the file is the one copy of its group that is not staged.
+    bool isKeeper(const FileNode& file) const;
+    /// Takes the staged copies of the file out of the queue again.
+    void unkeep(const FileNode& file);
+
     // ---- Sections
     void openSettings();
     void closeSettings();
@@ -156,8 +183,19 @@ private:
         DiskScanError error;
     };
 
+    struct FoundDuplicates
+    {
+        std::shared_ptr<const DuplicateFinder::Groups> groups;
+        std::shared_ptr<const DuplicateIndex> index;
+    };
+
     void readSettings();
     void dropOldScan();
+    void dropDuplicates();
+    void publishDuplicates(FoundDuplicates found, const std::shared_ptr<LockedFlag>& flag);
+    void updateDuplicateSummary();
+    /// The first group that has a file of that id; null for none.
+    const DuplicateFinder::Group* duplicateGroupOf(const FileNode& file) const;
     void publishScan(FinishedScan finished);
     void buildIndex(std::shared_ptr<const NodeIndex> index);
     void finishTrashing(std::size_t count);
@@ -166,6 +204,10 @@ private:
     std::shared_ptr<LockedFlag> m_cancelFlag = std::make_shared<LockedFlag>();
     JobHandle m_scanTask;
     JobHandle m_driveTask;
+    JobHandle m_duplicateSearchTask; ///< its address is the run's id
+    std::shared_ptr<LockedFlag> m_activeDuplicateCancelFlag;
+    /// Made for the groups in it; looked up again when others are on show.
+    mutable std::shared_ptr<const DuplicateIndex> m_duplicateIndex;
     bool m_isReadingDrive = false;
     bool m_readsDriveAgain = false;
     QTimer m_flashTask;

@@ -5,6 +5,7 @@
 #include "Trash.h"
 
 #include <algorithm>
+#include <iterator>
 #include <utility>
 
 namespace quorvane {
@@ -35,7 +36,10 @@ void AppState::toggleStaged(const NodePointer& node)
         return;
     }
     node->setStagedForTrash(true);
-    std::vector<NodePointer> queue = stagedNodes.value();
+    const std::vector<NodePointer>& listed = stagedNodes.value();
+    std::vector<NodePointer> queue;
+    queue.reserve(listed.size() + 1);
+    queue.assign(listed.begin(), listed.end());
     queue.push_back(node);
     stagedNodes = std::move(queue);
 }
@@ -43,9 +47,14 @@ void AppState::toggleStaged(const NodePointer& node)
 void AppState::unstage(FileNode& node)
 {
     node.setStagedForTrash(false);
-    std::vector<NodePointer> queue = stagedNodes.value();
-    std::erase_if(queue,
-                  [id = node.id()](const NodePointer& staged) { return staged->id() == id; });
+    const auto isNode = [id = node.id()](const NodePointer& staged) { return staged->id() == id; };
+    const std::vector<NodePointer>& listed = stagedNodes.value();
+    if (std::none_of(listed.begin(), listed.end(), isNode)) {
+        return;
+    }
+    std::vector<NodePointer> queue;
+    queue.reserve(listed.size());
+    std::remove_copy_if(listed.begin(), listed.end(), std::back_inserter(queue), isNode);
     stagedNodes = std::move(queue);
 }
 

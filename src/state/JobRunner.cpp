@@ -47,6 +47,12 @@ void Mailbox::close()
     dropped.swap(m_waiting);
 }
 
+bool Mailbox::isClosed() const
+{
+    const std::lock_guard guard(m_lock);
+    return m_isClosed;
+}
+
 void MainThreadPoster::operator()(std::function<void()> block) const
 {
     QCoreApplication* const application = QCoreApplication::instance();

@@ -42,9 +42,11 @@ public:
     void runNext();
     /// Main thread: drops what waits and takes no more.
     void close();
+    /// Any thread.
+    bool isClosed() const;
 
 private:
-    std::mutex m_lock;
+    mutable std::mutex m_lock;
     std::deque<std::function<void()>> m_waiting;
     bool m_isClosed = false;
 };
@@ -61,6 +63,8 @@ public:
     /// Any thread but the main one: returns when the block has run there. False when it will not be
     /// waited for any longer, because the job is cancelled or the runner has gone.
     bool andWait(const Job& job, std::function<void()> block) const;
+    /// Any thread: the runner is gone or drains, so that no work of its jobs is of use any more.
+    bool isClosed() const { return m_mailbox->isClosed(); }
 
 private:
     std::shared_ptr<Mailbox> m_mailbox;

@@ -5,7 +5,10 @@
 
 #include <QComboBox>
 #include <QPushButton>
+#include <QStyle>
 #include <QToolButton>
+
+class QPainter;
 
 namespace quorvane {
 
@@ -22,6 +25,21 @@ enum class ControlSize {
     regular, ///< 30 high
     large    ///< 36 high
 };
+
+/// What a push button of the design shows.
+struct ButtonFace
+{
+    QString symbol; ///< a name of the symbol table; empty for none
+    QString text;
+    ButtonRole role = ButtonRole::bordered;
+    ControlSize size = ControlSize::regular;
+};
+
+/// Paints what Button shows, for rows that are painted and not built. Reads State_Enabled,
+/// State_MouseOver and State_Sunken; the focus ring is the caller's.
+void paintButton(QPainter& painter, const QRect& rect, const ButtonFace& face, QStyle::State state);
+/// The room that Button asks for with that face.
+QSize buttonSize(const ButtonFace& face);
 
 /// A push button of the design. Space and Return press it; a click does not take the focus away
 /// from a field.

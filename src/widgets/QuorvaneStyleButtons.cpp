@@ -145,9 +145,8 @@ TextStyle textStyle(ControlSize size)
     return size == ControlSize::small ? TextStyle::captionMedium : TextStyle::row;
 }
 
-QSize pushButtonSize(const QStyleOptionButton& button, const QWidget* widget)
+QSize pushButtonSize(const QStyleOptionButton& button, const ButtonLook& look)
 {
-    const ButtonLook look = lookOf(button, widget);
     const bool hasSymbol = !look.symbol.isEmpty() || !button.icon.isNull();
     const int words = button.fontMetrics.size(Qt::TextShowMnemonic, button.text).width();
     const int symbol = hasSymbol ? symbolSide(look.size) + (words > 0 ? contentGap : 0) : 0;
@@ -161,53 +160,82 @@ ControlSize comboSize(const QWidget* widget)
     return size.isValid() ? static_cast<ControlSize>(size.toInt()) : ControlSize::small;
 }
 
-} // namespace
-
-void QuorvaneStyle::drawPushButton(const QStyleOption* option, QPainter& painter,
-                                   const QWidget* widget) const
+/// isOurs: in the fonts of the design, whatever the painter's font.
+void paintPushButton(QPainter& painter, const QStyleOptionButton& button, const ButtonLook& look,
+                     bool isOurs)
 {
-    const auto* button = qstyleoption_cast<const QStyleOptionButton*>(option);
-    if (!button) {
-        return;
-    }
-    const ButtonLook look = lookOf(*button, widget);
-    const QRectF rect = button->rect;
-    paintGround(painter, *button, rect, look.role);
+    const QRectF rect = button.rect;
+    paintGround(painter, button, rect, look.role);
 
-    const bool hasSymbol = !look.symbol.isEmpty() || !button->icon.isNull();
+    const bool hasSymbol = !look.symbol.isEmpty() || !button.icon.isNull();
     const int side = symbolSide(look.size);
-    const int words = button->fontMetrics.size(Qt::TextShowMnemonic, button->text).width();
-    const int gap = hasSymbol && !button->text.isEmpty() ? contentGap : 0;
+    const int words = button.fontMetrics.size(Qt::TextShowMnemonic, button.text).width();
+    const int gap = hasSymbol && !button.text.isEmpty() ? contentGap : 0;
     const qreal wanted = words + gap + (hasSymbol ? side : 0);
     const qreal content = std::min(wanted, rect.width() - 8);
-    const QColor color = labelColor(*button, look.role);
+    const QColor color = labelColor(button, look.role);
     qreal left = rect.left() + (rect.width() - content) / 2;
     if (!look.symbol.isEmpty()) {
         paintSymbol(painter, look.symbol, QRectF(left, rect.top(), side, rect.height()), side,
                     color);
     } else if (hasSymbol) {
-        button->icon.paint(
+        button.icon.paint(
             &painter,
             QRectF(left, rect.top() + (rect.height() - side) / 2, side, side).toAlignedRect(),
-            Qt::AlignCenter, isEnabled(*button) ? QIcon::Normal : QIcon::Disabled);
+            Qt::AlignCenter, isEnabled(button) ? QIcon::Normal : QIcon::Disabled);
     }
     left += hasSymbol ? side + gap : 0;
     painter.save();
-    if (qobject_cast<const Button*>(widget) &&
-        (look.role == ButtonRole::prominent || look.role == ButtonRole::destructive)) {
+    if (isOurs && (look.role == ButtonRole::prominent || look.role == ButtonRole::destructive)) {
         const bool light = look.role == ButtonRole::destructive || isAccentLabelLight();
         painter.setFont(font(textStyle(look.size), light));
     }
     painter.setPen(color);
     const QRectF area(left, rect.top(), rect.left() + (rect.width() + content) / 2 - left,
                       rect.height());
-    const QString text = button->fontMetrics.elidedText(
-        button->text, Qt::ElideRight, static_cast<int>(area.width()) + 1, Qt::TextShowMnemonic);
+    const QString text = button.fontMetrics.elidedText(
+        button.text, Qt::ElideRight, static_cast<int>(area.width()) + 1, Qt::TextShowMnemonic);
     painter.drawText(area,
                      Qt::AlignLeft | Qt::AlignVCenter | Qt::TextHideMnemonic | Qt::TextDontClip |
                          Qt::TextSingleLine,
                      text);
     painter.restore();
+}
+
+QStyleOptionButton optionOf(const ButtonFace& face, const QRect& rect, QStyle::State state)
+{
+    QStyleOptionButton option;
+    option.rect = rect;
+    option.state = state;
+    option.text = face.text;
+    option.fontMetrics = QFontMetrics(font(textStyle(face.size)));
+    return option;
+}
+
+} // namespace
+
+void paintButton(QPainter& painter, const QRect& rect, const ButtonFace& face, QStyle::State state)
+{
+    painter.save();
+    painter.setFont(font(textStyle(face.size)));
+    paintPushButton(painter, optionOf(face, rect, state), {face.role, face.size, face.symbol},
+                    true);
+    painter.restore();
+}
+
+QSize buttonSize(const ButtonFace& face)
+{
+    return pushButtonSize(optionOf(face, {}, QStyle::State_Enabled),
+                          {face.role, face.size, face.symbol});
+}
+
+void QuorvaneStyle::drawPushButton(const QStyleOption* option, QPainter& painter,
+                                   const QWidget* widget) const
+{
+    if (const auto* button = qstyleoption_cast<const QStyleOptionButton*>(option)) {
+        paintPushButton(painter, *button, lookOf(*button, widget),
+                        qobject_cast<const Button*>(widget) != nullptr);
+    }
 }
 
 void QuorvaneStyle::drawToolButton(const QStyleOptionToolButton& option, QPainter& painter) const
@@ -318,7 +346,7 @@ QSize QuorvaneStyle::sizeFromContents(ContentsType type, const QStyleOption* opt
     switch (type) {
     case CT_PushButton:
         if (const auto* button = qstyleoption_cast<const QStyleOptionButton*>(option)) {
-            return pushButtonSize(*button, widget);
+            return pushButtonSize(*button, lookOf(*button, widget));
         }
         return base;
     case CT_ComboBox:

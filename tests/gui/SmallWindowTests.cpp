@@ -64,8 +64,6 @@ protected:
 TEST_F(SmallestWindow, CutsNothingOff)
 {
     AppScreens screens = AppScreens::standard();
-    screens.sections.add(AppSection::duplicates,
-                         [](AppState&, QWidget* parent) { return new QWidget(parent); });
     startSmall(std::move(screens));
     expectNothingCut("welcome");
     state().section = AppSection::duplicates;
@@ -79,6 +77,10 @@ TEST_F(SmallestWindow, CutsNothingOff)
     ASSERT_TRUE(waitUntilShown("visualizerHost"));
     settle();
     expectNothingCut("result");
+    state().section = AppSection::duplicates;
+    ASSERT_TRUE(waitUntilShown("duplicatesView"));
+    expectNothingCut("duplicates");
+    state().section = AppSection::analysis;
     m_program->openFolder(m_disk.path("missing"));
     ASSERT_TRUE(waitUntilShown("scanErrorView"));
     expectNothingCut("error");

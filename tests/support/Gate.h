@@ -27,6 +27,7 @@ public:
     }
 
     void open() { set(true); }
+    /// Who comes from now on has to wait again.
     void close() { set(false); }
 
     /// Returns once a thread waits at the gate.

@@ -1,0 +1,47 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <span>
+
+namespace quorvane {
+
+/// What fstat(2) of an open file tells that a reader of its bytes has to know.
+struct OpenFileStatus
+{
+    bool isRegularFile = false;
+    std::int64_t changedSeconds = 0; ///< later of st_ctim and st_mtim, whole seconds since 1970
+};
+
+/// Every call by which the bytes of files are read, so that a test can make each of them fail. All
+/// calls may come from any thread at once.
+class FileContentCalls
+{
+public:
+    virtual ~FileContentCalls() = default;
+
+    /// Opens a name below an open directory (or FileSystemCalls::noDirectory()) for reading. Does
+    /// not follow a link, never waits for a pipe's other end, and leaves the date of last access as
+    /// it is where the system lets it. Returns a descriptor or -1; it may be of anything that has
+    /// taken the name of a file since.
+    virtual int open(int parent, const char* name) = 0;
+    virtual bool status(int file, OpenFileStatus& status) = 0;
+    /// Reads from the current position. Returns the number of bytes, which may be less than there
+    /// is room for; 0 at the end, -1 for a fault.
+    virtual std::int64_t read(int file, std::span<std::byte> room) = 0;
+    /// Sets the position, in bytes from the start.
+    virtual bool seek(int file, std::int64_t position) = 0;
+    virtual void close(int file) = 0;
+
+    /// Tells the page cache that a range is about to be read. A hint without an answer.
+    virtual void willRead(int file, std::int64_t position, std::int64_t bytes) = 0;
+    /// Tells the page cache that the file is read once from start to end. What others have in the
+    /// cache stays there. A hint without an answer.
+    virtual void willReadOnce(int file) = 0;
+
+    /// The system's own calls; lives as long as the process.
+    static FileContentCalls& system();
+};
+
+} // namespace quorvane

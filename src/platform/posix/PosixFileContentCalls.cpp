@@ -1,0 +1,58 @@
+// SPDX-License-Identifier: MIT
+#include "PosixFileContentCalls.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+
+namespace quorvane {
+
+int PosixFileContentCalls::open(int parent, const char* name)
+{
+    return openWith(parent, name, 0);
+}
+
+int PosixFileContentCalls::openWith(int parent, const char* name, int moreFlags)
+{
+    constexpr int flags = O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC;
+    int file = -1;
+    do {
+        file = openat(parent, name, flags | moreFlags);
+    } while (file < 0 && errno == EINTR);
+    return file;
+}
+
+bool PosixFileContentCalls::status(int file, OpenFileStatus& status)
+{
+    struct stat entry = {};
+    if (fstat(file, &entry) != 0) {
+        return false;
+    }
+    status.isRegularFile = S_ISREG(entry.st_mode);
+    status.changedSeconds = std::max<std::int64_t>(entry.st_ctime, entry.st_mtime);
+    return true;
+}
+
+std::int64_t PosixFileContentCalls::read(int file, std::span<std::byte> room)
+{
+    ssize_t got = -1;
+    do {
+        got = ::read(file, room.data(), room.size());
+    } while (got < 0 && errno == EINTR);
+    return got;
+}
+
+bool PosixFileContentCalls::seek(int file, std::int64_t position)
+{
+    return lseek(file, position, SEEK_SET) == position;
+}
+
+void PosixFileContentCalls::close(int file)
+{
+    ::close(file);
+}
+
+} // namespace quorvane

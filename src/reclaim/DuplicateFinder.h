@@ -1,0 +1,111 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "FileNode.h"
+
+#include <QString>
+
+#include <cstdint>
+#include <functional>
+#include <vector>
+
+namespace quorvane {
+class FileContentCalls;
+class FileSystemCalls;
+} // namespace quorvane
+
+/// Finds files of a finished scan whose contents are identical: first those of one size, of these
+/// the ones with equal ends, of these the ones with an equal digest of the whole. No state.
+namespace quorvane::DuplicateFinder {
+
+/// One set of identical files. A plain value; all but reclaimableBytes() is computed once, so that
+/// a list of groups draws without work. Readable from any thread.
+class Group
+{
+public:
+    /// files: nodes of one tree, at least two for a real group. tree shares ownership of that tree
+    /// (its root will do), so that the group keeps its files alive.
+    Group(std::int64_t bytes, std::vector<FileNode*> files, NodePointer tree);
+
+    /// Size of each copy.
+    std::int64_t bytes() const { return m_bytes; }
+    const std::vector<FileNode*>& files() const { return m_files; }
+    /// "dup-{bytes}-{id of the first file}-{number of files}"
+    const QString& id() const { return m_id; }
+    const QString& formattedSize() const { return m_formattedSize; }
+    const QString& formattedReclaimable() const { return m_formattedReclaimable; }
+    /// The file modified last; of equal ones the first, and one without a date counts as older than
+    /// any other. Absent only where there are no files.
+    FileNode* newestFile() const { return m_newestFile; }
+    /// Number of different folders in which the files lie.
+    std::int64_t folderCount() const { return m_folderCount; }
+    /// Names of the first two of these folders, for the screen. Two folders may share a name.
+    const std::vector<QString>& topFolders() const { return m_topFolders; }
+
+    /// What keeping one copy gains. A product beyond 64 bits ends the program.
+    std::int64_t reclaimableBytes() const;
+
+    friend bool operator==(const Group& a, const Group& b)
+    {
+        return a.m_bytes == b.m_bytes && a.m_files == b.m_files;
+    }
+
+private:
+    void noteFolders();
+
+    std::int64_t m_bytes;
+    std::vector<FileNode*> m_files;
+    NodePointer m_tree;
+    QString m_id;
+    QString m_formattedSize;
+    QString m_formattedReclaimable;
+    FileNode* m_newestFile = nullptr;
+    std::int64_t m_folderCount = 0;
+    std::vector<QString> m_topFolders;
+};
+
+using Groups = std::vector<Group>;
+
+/// Takes a number from 0 to 1. Called on any thread, from the workers under the finder's lock: it
+/// must be quick and not call the finder.
+using ProgressCallback = std::function<void(double)>;
+/// Polled from any thread, once a file.
+using CancelCallback = std::function<bool()>;
+
+inline bool neverCancelled()
+{
+    return false;
+}
+
+/// Smaller files are ignored unless the caller says otherwise.
+inline constexpr std::int64_t defaultMinimumBytes = 1024;
+
+enum class Pass { walk, sampling, verifying, building };
+
+/// What one pass came to.
+struct PassReport
+{
+    Pass pass = Pass::walk;
+    double seconds = 0;
+    std::int64_t files = 0; ///< nodes of the walk; files sampled or verified; groups built
+    std::int64_t bytesRead = 0;
+};
+
+/// What a measurement or a test sets; the program takes the defaults.
+struct Options
+{
+    int workers = 0;                       ///< threads of the two parallel passes; 0: one a core
+    FileSystemCalls* fileSystem = nullptr; ///< absent: the system's own
+    FileContentCalls* contents = nullptr;  ///< absent: the system's own
+    std::function<double()> clock = {};    ///< seconds, any thread; absent: the steady clock
+    std::function<void(const PassReport&)> onPassEnd = {}; ///< on the calling thread
+};
+
+/// Searches the tree below root, which must be finished, and blocks until done. Groups come by what
+/// they would reclaim, largest first, then by the name of their first file. A cancelled search
+/// gives no group. Files that cannot be opened fall out; there is no failure. Worker threads are
+/// the calling thread's children and inherit its priority.
+Groups find(const NodePointer& root, std::int64_t minimumBytes, const ProgressCallback& progress,
+            const CancelCallback& isCancelled = neverCancelled, const Options& options = {});
+
+} // namespace quorvane::DuplicateFinder

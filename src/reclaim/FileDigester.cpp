@@ -1,0 +1,160 @@
+// SPDX-License-Identifier: MIT
+#include "FileDigester.h"
+
+#include "DirectoryWalk.h"
+
+#include <algorithm>
+#include <functional>
+#include <string_view>
+
+namespace quorvane::DuplicateFinder {
+namespace {
+
+/// What one read asks for: a piece stays in the processor's cache until the hash has seen it.
+constexpr std::int64_t pieceBytes = std::min(endSampleBytes, blockBytes);
+static_assert(headBytes <= pieceBytes);
+
+std::uint64_t headHash(std::int64_t size, std::span<const std::byte> head)
+{
+    const std::string_view bytes(reinterpret_cast<const char*>(head.data()), head.size());
+    return std::hash<std::string_view>()(bytes) ^
+           static_cast<std::uint64_t>(size) * 0x9E3779B97F4A7C15U;
+}
+
+} // namespace
+
+/// A regular file that is open for reading, closed at the end of its life.
+class FileDigester::OpenFile
+{
+public:
+    OpenFile(FileSystemCalls& fileSystem, FileContentCalls& contents, const FileNode& node)
+        : m_contents(contents)
+    {
+        const ReachablePlace place(fileSystem, node.path());
+        if (!place.isReachable()) {
+            return;
+        }
+        m_descriptor = contents.open(place.parent(), place.name());
+        m_isReadable =
+            m_descriptor >= 0 && contents.status(m_descriptor, m_status) && m_status.isRegularFile;
+    }
+    OpenFile(const OpenFile&) = delete;
+    OpenFile& operator=(const OpenFile&) = delete;
+    ~OpenFile()
+    {
+        if (m_descriptor >= 0) {
+            m_contents.close(m_descriptor);
+        }
+    }
+
+    bool isReadable() const { return m_isReadable; }
+    int descriptor() const { return m_descriptor; }
+    std::int64_t changedSeconds() const { return m_status.changedSeconds; }
+
+private:
+    FileContentCalls& m_contents;
+    int m_descriptor = -1;
+    OpenFileStatus m_status;
+    bool m_isReadable = false;
+};
+
+FileDigester::FileDigester(FileSystemCalls& fileSystem, FileContentCalls& contents,
+                           std::int64_t unchangedBefore)
+    : m_fileSystem(fileSystem)
+    , m_contents(contents)
+    , m_unchangedBefore(unchangedBefore)
+    , m_buffer(std::make_unique_for_overwrite<std::byte[]>(pieceBytes))
+{}
+
+std::optional<Sample> FileDigester::partialDigest(const FileNode& node, const HeadFilter& isWanted)
+{
+    const OpenFile file(m_fileSystem, m_contents, node);
+    if (!file.isReadable()) {
+        return std::nullopt;
+    }
+    const std::int64_t size = node.scannedBytes();
+    std::int64_t sampled = fill(file, headBytes);
+    if (isWanted &&
+        !isWanted(headHash(size, {m_buffer.get(), static_cast<std::size_t>(sampled)}))) {
+        return Sample{{}, true, false};
+    }
+    m_hash.start();
+    m_hash.update({m_buffer.get(), static_cast<std::size_t>(sampled)});
+    bool coversWholeFile = false;
+    if (size <= wholeSampleBytes) {
+        // One byte more shows a file that has grown: its whole is for the next pass to read.
+        sampled += feed(file, wholeSampleBytes + 1 - sampled);
+        coversWholeFile = m_hasReachedEnd;
+    } else {
+        const std::int64_t tail = size - endSampleBytes;
+        m_contents.willRead(file.descriptor(), tail, endSampleBytes);
+        sampled += feed(file, endSampleBytes - sampled);
+        if (!m_contents.seek(file.descriptor(), tail)) {
+            return std::nullopt;
+        }
+        sampled += feed(file, endSampleBytes);
+    }
+    if (sampled < leastSampleBytes) {
+        return std::nullopt;
+    }
+    const std::optional<Digest> digest = m_hash.finish();
+    return digest ? std::optional(Sample{*digest, false, coversWholeFile}) : std::nullopt;
+}
+
+std::optional<Digest> FileDigester::fullDigest(const FileNode& node)
+{
+    const OpenFile file(m_fileSystem, m_contents, node);
+    return file.isReadable() ? readWhole(file) : std::nullopt;
+}
+
+std::optional<Digest> FileDigester::fullDigest(const FileNode& node, const Digest& sample)
+{
+    const OpenFile file(m_fileSystem, m_contents, node);
+    if (!file.isReadable()) {
+        return std::nullopt;
+    }
+    return file.changedSeconds() < m_unchangedBefore ? sample : readWhole(file);
+}
+
+std::optional<Digest> FileDigester::readWhole(const OpenFile& file)
+{
+    m_contents.willReadOnce(file.descriptor());
+    m_hash.start();
+    while (feed(file, blockBytes) == blockBytes) {
+    }
+    return m_hash.finish();
+}
+
+std::int64_t FileDigester::feed(const OpenFile& file, std::int64_t most)
+{
+    std::int64_t fed = 0;
+    m_hasReachedEnd = false;
+    while (fed < most) {
+        const std::int64_t wanted = std::min(most - fed, pieceBytes);
+        const std::int64_t got = fill(file, wanted);
+        m_hash.update({m_buffer.get(), static_cast<std::size_t>(got)});
+        fed += got;
+        if (got < wanted) {
+            break;
+        }
+    }
+    return fed;
+}
+
+std::int64_t FileDigester::fill(const OpenFile& file, std::int64_t most)
+{
+    const std::span<std::byte> room(m_buffer.get(), static_cast<std::size_t>(most));
+    std::size_t filled = 0;
+    while (filled < room.size()) {
+        const std::int64_t got = m_contents.read(file.descriptor(), room.subspan(filled));
+        if (got <= 0) {
+            m_hasReachedEnd = got == 0;
+            break;
+        }
+        filled += static_cast<std::size_t>(got);
+    }
+    m_bytesRead += static_cast<std::int64_t>(filled);
+    return static_cast<std::int64_t>(filled);
+}
+
+} // namespace quorvane::DuplicateFinder

@@ -1,0 +1,90 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "FileContentCalls.h"
+#include "FileNode.h"
+#include "FileSystemCalls.h"
+#include "Sha256.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <span>
+
+namespace quorvane::DuplicateFinder {
+
+using Digest = Sha256::Digest;
+
+/// Up to this size a file is sampled whole, in bytes.
+inline constexpr std::int64_t wholeSampleBytes = 524288;
+/// Read at each end of a larger file, in bytes.
+inline constexpr std::int64_t endSampleBytes = 262144;
+/// A sample of fewer bytes counts for nothing.
+inline constexpr std::int64_t leastSampleBytes = 16;
+/// The most that the digest of a whole file takes in at once, in bytes.
+inline constexpr std::int64_t blockBytes = 1048576;
+
+/// By the first bytes of a file, as many as there are up to that, it is seen whether any other
+/// begins like it.
+inline constexpr std::int64_t headBytes = 4096;
+
+/// What the two ends of a file came to.
+struct Sample
+{
+    Digest digest = {};
+    /// The head filter wanted no more than the head: there is no digest.
+    bool isTurnedAway = false;
+    /// The sample was the file from start to end, read without a fault, so that its digest is that
+    /// of the whole file as well.
+    bool coversWholeFile = false;
+};
+
+/// Reads files and digests them, for one worker: its buffer and its hash are used again from file
+/// to file. Paths may have any length and any bytes.
+class FileDigester
+{
+public:
+    /// unchangedBefore: a file that has not changed since that time (seconds since 1970) has not
+    /// changed since the search began.
+    FileDigester(FileSystemCalls& fileSystem, FileContentCalls& contents,
+                 std::int64_t unchangedBefore);
+
+    /// Takes a hash of a file's size and head and tells whether the file is to be sampled.
+    using HeadFilter = std::function<bool(std::uint64_t head)>;
+
+    /// Digest of the file's two ends, found by its size in the scan; of the whole of a small file.
+    /// Absent when it cannot be opened or is no regular file any more, when the seek to its tail
+    /// fails, and when fewer than leastSampleBytes could be read.
+    std::optional<Sample> partialDigest(const FileNode& file, const HeadFilter& isWanted = {});
+    /// Digest of all that can be read from the start on. Absent when the file cannot be opened or
+    /// is no regular file any more.
+    std::optional<Digest> fullDigest(const FileNode& file);
+    /// The same for a file whose sample was the whole of it: the sample's digest when the file can
+    /// still be opened and has not changed since, otherwise it is read again.
+    std::optional<Digest> fullDigest(const FileNode& file, const Digest& sample);
+
+    /// Bytes read so far.
+    std::int64_t bytesRead() const { return m_bytesRead; }
+
+private:
+    class OpenFile;
+
+    std::optional<Digest> readWhole(const OpenFile& file);
+    /// Reads at most so many bytes into the front of the buffer, fewer only at the end or a fault.
+    std::int64_t fill(const OpenFile& file, std::int64_t most);
+    /// Feeds at most so many bytes from the current position to the hash. The number fed; a fault
+    /// ends the reading.
+    std::int64_t feed(const OpenFile& file, std::int64_t most);
+
+    FileSystemCalls& m_fileSystem;
+    FileContentCalls& m_contents;
+    std::int64_t m_unchangedBefore;
+    Sha256 m_hash;
+    std::unique_ptr<std::byte[]> m_buffer;
+    bool m_hasReachedEnd = false;
+    std::int64_t m_bytesRead = 0;
+};
+
+} // namespace quorvane::DuplicateFinder

@@ -1,0 +1,97 @@
+// SPDX-License-Identifier: MIT
+#include "DuplicatesList.h"
+#include "ProgramFixture.h"
+#include "StagedList.h"
+
+#include <QLabel>
+
+#include <set>
+#include <string>
+
+namespace quorvane {
+namespace {
+
+using Kind = DuplicateRow::Kind;
+
+class DuplicatesJourney : public ProgramFixture
+{
+protected:
+    void SetUp() override
+    {
+        for (const char* const path :
+             {"home/Movies/trip.mov", "home/Desktop/trip copy.mov", "home/Downloads/trip.mov"}) {
+            m_disk.fileWithContents(path, std::string(700000, 'q'));
+        }
+        m_disk.fileWithContents("home/Documents/like a trip.mov", std::string(700000, 'p'));
+        m_disk.modified("home/Downloads/trip.mov", 2000);
+        m_disk.modified("home/Desktop/trip copy.mov", 1000);
+        m_disk.modified("home/Movies/trip.mov", 1000);
+        start();
+    }
+
+    DuplicatesList& list() { return *find<DuplicatesList>("duplicatesList"); }
+    void press(const DuplicatePlace& place)
+    {
+        QTest::mouseClick(list().viewport(), Qt::LeftButton, {},
+                          place.part == 0 ? list().placeRect(place).topLeft() + QPoint(200, 10)
+                                          : list().placeRect(place).center());
+    }
+};
+
+TEST_F(DuplicatesJourney, LeadsFromAScanToTheCopiesOnTheCleanupScreen)
+{
+    scanHome();
+    click("toolRow.duplicates");
+    ASSERT_TRUE(waitUntilShown("duplicatesList")) << "the search behind the scan ends by itself";
+    EXPECT_EQ(find<QLabel>("duplicateSummary")->text(),
+              QStringLiteral("2 extra copies across 1 groups"));
+    EXPECT_EQ(find<QLabel>("duplicateReclaimable")->text(), QStringLiteral("1.3 MB"));
+
+    press({{Kind::group, 0, 0}, 0});
+    ASSERT_TRUE(waitFor([this] { return list().rows().openness(0) >= 1; }));
+    ASSERT_EQ(list().rows().count(), 1 + 3);
+    std::size_t kept = 0;
+    while (list().rows().file({Kind::member, 0, kept}).name() != "trip copy.mov") {
+        ++kept;
+    }
+    press({{Kind::member, 0, kept}, keepPart});
+    ASSERT_TRUE(waitUntilShown("flashBanner"));
+    EXPECT_EQ(state().flashMessage.value(),
+              QStringLiteral("Kept \"trip copy.mov\" — staged 2 duplicate copys for Trash."));
+    EXPECT_EQ(list().accessibleNameOf({{Kind::member, 0, kept}, keepPart}),
+              QStringLiteral("Kept ✓"));
+    EXPECT_EQ(list().accessibleNameOf({{Kind::group, 0, 0}, keepLatestPart}),
+              QStringLiteral("Keep latest"))
+        << "another copy than the latest was kept";
+
+    ASSERT_TRUE(waitUntilShown("stagedRow"));
+    click("stagedRow");
+    ASSERT_TRUE(waitUntilShown("stagedList"));
+    std::set<std::string> staged;
+    for (const NodePointer& node : state().stagedNodes.value()) {
+        staged.insert(node->path().bytes());
+    }
+    EXPECT_EQ(staged, (std::set{m_disk.path("home/Movies/trip.mov").bytes(),
+                                m_disk.path("home/Downloads/trip.mov").bytes()}));
+    auto* const queue = find<StagedList>("stagedList");
+    ASSERT_EQ(queue->model()->rowCount(), 2);
+    // One of them taken out there, and nothing is kept any more.
+    QTest::mouseClick(queue->viewport(), Qt::LeftButton, {}, queue->buttonRect(0).center());
+    EXPECT_EQ(list().accessibleNameOf({{Kind::member, 0, kept}, keepPart}),
+              QStringLiteral("Keep this"));
+}
+
+TEST_F(DuplicatesJourney, ARescanLeavesTheSearchToTheUser)
+{
+    scanHome();
+    click("toolRow.duplicates");
+    ASSERT_TRUE(waitUntilShown("duplicatesList"));
+    click("rescanButton");
+    ASSERT_TRUE(waitUntilShown("duplicatesStart"));
+    EXPECT_FALSE(isShown("duplicatesList"));
+    click("findDuplicatesButton");
+    ASSERT_TRUE(waitUntilShown("duplicatesList"));
+}
+
+} // namespace
+} // namespace quorvane

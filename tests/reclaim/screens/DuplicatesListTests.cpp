@@ -1,0 +1,342 @@
+// SPDX-License-Identifier: MIT
+#include "DuplicatesList.h"
+
+#include "DesktopSettings.h"
+#include "DuplicatesFixture.h"
+#include "WaitFor.h"
+
+#include <QAccessible>
+#include <QAccessibleActionInterface>
+#include <QPushButton>
+#include <QScrollBar>
+#include <QTest>
+
+namespace quorvane {
+namespace {
+
+using Kind = DuplicateRow::Kind;
+
+class DuplicatesListTests : public DuplicatesFixture
+{
+protected:
+    void SetUp() override
+    {
+        DesktopSettings::instance().setReducedMotion(true);
+        m_window.resize(900, 600);
+        m_before.setGeometry(0, 0, 100, 20);
+        m_list.setGeometry(0, 20, 900, 560);
+        m_after.setGeometry(0, 580, 100, 20);
+        m_window.show();
+        QApplication::setActiveWindow(&m_window);
+    }
+    void TearDown() override { DesktopSettings::instance().setReducedMotion(false); }
+
+    void open(int groups, int copies = 2)
+    {
+        showGroups(groups, copies);
+        m_list.setGroups(m_state.duplicateGroups.value());
+    }
+
+    void click(const DuplicatePlace& place)
+    {
+        QTest::mouseClick(m_list.viewport(), Qt::LeftButton, {},
+                          place.part == 0 && place.row.kind == Kind::group
+                              ? m_list.placeRect(place).topLeft() + QPoint(300, 10)
+                              : m_list.placeRect(place).center());
+    }
+    void key(Qt::Key key, Qt::KeyboardModifiers modifiers = {})
+    {
+        QTest::keyClick(&m_list, key, modifiers);
+    }
+    void enter()
+    {
+        m_before.setFocus();
+        QTest::keyClick(&m_before, Qt::Key_Tab);
+        ASSERT_TRUE(m_list.hasFocus());
+    }
+
+    static DuplicateRow groupRow(std::size_t group) { return {Kind::group, group, 0}; }
+    static DuplicateRow member(std::size_t group, std::size_t member)
+    {
+        return {Kind::member, group, member};
+    }
+    DuplicatePlace current() { return m_list.current().value_or(DuplicatePlace{{}, -1}); }
+    QString toolTip(const DuplicatePlace& place)
+    {
+        return m_list.toolTipAt(m_list.placeRect(place).center());
+    }
+
+    QWidget m_window;
+    QPushButton m_before{&m_window};
+    DuplicatesList m_list{m_state, &m_window};
+    QPushButton m_after{&m_window};
+};
+
+TEST_F(DuplicatesListTests, AClickAnywhereOnAGroupOpensAndClosesIt)
+{
+    open(3, 3);
+    click({groupRow(1), 0});
+    EXPECT_TRUE(m_list.rows().isExpanded(1));
+    EXPECT_EQ(m_list.rows().count(), 3 + 3);
+    EXPECT_EQ(m_list.rows().top(groupRow(2)), 2 * 60 + 3 * 48);
+    click({groupRow(1), 0});
+    EXPECT_FALSE(m_list.rows().isExpanded(1));
+}
+
+TEST_F(DuplicatesListTests, ButtonsActAndOpenNothing)
+{
+    open(2, 3);
+    click({groupRow(0), keepLatestPart});
+    EXPECT_FALSE(m_list.rows().isExpanded(0));
+    EXPECT_TRUE(m_state.isKeeper(file(0, 2)));
+    click({groupRow(0), keepLatestPart});
+    EXPECT_TRUE(m_state.stagedNodes.value().empty());
+
+    click({groupRow(1), 0});
+    click({member(1, 0), keepPart});
+    EXPECT_TRUE(m_state.isKeeper(file(1, 0)));
+    click({member(1, 1), keepPart});
+    EXPECT_FALSE(file(1, 1).isStagedForTrash());
+    click({member(1, 1), revealPart});
+    EXPECT_EQ(m_platform.workspace.revealed, std::vector{FilePath("/scan/g1.1")});
+    click({member(1, 1), 0});
+    EXPECT_TRUE(m_list.rows().isExpanded(1)) << "beside its buttons a copy does nothing";
+    EXPECT_EQ(m_platform.workspace.revealed.size(), 1U);
+}
+
+TEST_F(DuplicatesListTests, AButtonLeftBeforeTheReleaseIsNotPressed)
+{
+    open(2, 3);
+    QTest::mousePress(m_list.viewport(), Qt::LeftButton, {},
+                      m_list.placeRect({groupRow(0), keepLatestPart}).center());
+    QTest::mouseRelease(m_list.viewport(), Qt::LeftButton, {},
+                        m_list.placeRect({groupRow(1), keepLatestPart}).center());
+    EXPECT_TRUE(m_state.stagedNodes.value().empty());
+}
+
+TEST_F(DuplicatesListTests, OpeningTakesItsTimeWithEase)
+{
+    DesktopSettings::instance().setReducedMotion(false);
+    open(2, 3);
+    click({groupRow(0), 0});
+    EXPECT_TRUE(m_list.rows().isExpanded(0));
+    EXPECT_LT(m_list.rows().openness(0), 1);
+    ASSERT_TRUE(waitFor([this] { return m_list.rows().openness(0) >= 1; }));
+    click({groupRow(0), 0});
+    EXPECT_FALSE(m_list.rows().isExpanded(0));
+    EXPECT_GT(m_list.rows().openness(0), 0);
+    // The other way round before it has closed.
+    click({groupRow(0), 0});
+    ASSERT_TRUE(waitFor([this] { return m_list.rows().openness(0) >= 1; }));
+    EXPECT_TRUE(m_list.rows().isExpanded(0));
+}
+
+TEST_F(DuplicatesListTests, TellsWhatEachPlaceDoes)
+{
+    open(2, 3);
+    click({groupRow(0), 0});
+    EXPECT_EQ(toolTip({groupRow(1), 0}),
+              QStringLiteral("Click anywhere to see the 3 duplicate copies."));
+    EXPECT_EQ(toolTip({groupRow(0), 0}), QStringLiteral("Click to collapse this group."));
+    EXPECT_TRUE(toolTip({groupRow(0), keepLatestPart})
+                    .startsWith(QStringLiteral("Keeps the most recently modified copy")));
+    EXPECT_EQ(toolTip({member(0, 0), revealPart}), QStringLiteral("Shows this copy in Finder."));
+    EXPECT_TRUE(toolTip({member(0, 0), keepPart})
+                    .startsWith(QStringLiteral("Keeps this copy on your Mac")));
+    EXPECT_TRUE(m_list.badgeRect(member(0, 0)).isEmpty());
+    EXPECT_EQ(m_list.toolTipAt(m_list.badgeRect(member(0, 2)).center()),
+              DuplicateMemberRow::badgeToolTip());
+    EXPECT_EQ(m_list.toolTipAt(QPoint(100, m_list.placeRect({member(0, 2), 0}).bottom() - 8)),
+              QStringLiteral("/scan/g0.2"));
+}
+
+TEST_F(DuplicatesListTests, MoreGroupsComeByAClick)
+{
+    open(1000);
+    EXPECT_EQ(m_list.rows().count(), 501);
+    const DuplicateRow button{Kind::moreGroups, 0, 0};
+    m_list.setCurrent({button, 0});
+    EXPECT_EQ(m_list.accessibleNameOf({button, 0}), QStringLiteral("Show 400 more groups…"));
+    click({button, 0});
+    EXPECT_EQ(m_list.rows().count(), 901);
+    EXPECT_EQ(current().row, groupRow(500));
+    m_list.setCurrent({button, 0});
+    EXPECT_EQ(m_list.accessibleNameOf({button, 0}), QStringLiteral("Show 100 more groups…"));
+    click({button, 0});
+    EXPECT_EQ(m_list.rows().count(), 1000);
+}
+
+TEST_F(DuplicatesListTests, MoreCopiesComeByAClick)
+{
+    open(2, 300);
+    m_list.activate({groupRow(0), 0});
+    const DuplicateRow button{Kind::moreMembers, 0, 0};
+    m_list.setCurrent({button, 0});
+    EXPECT_EQ(m_list.accessibleNameOf({button, 0}),
+              QStringLiteral("Show 200 more — 250 left in this group"));
+    click({button, 0});
+    EXPECT_EQ(m_list.rows().shownMembers(0), 250U);
+    EXPECT_EQ(current().row, member(0, 50));
+    m_list.setCurrent({button, 0});
+    EXPECT_EQ(m_list.accessibleNameOf({button, 0}), QStringLiteral("Show remaining 50"));
+    m_list.activate({button, 0});
+    EXPECT_EQ(m_list.rows().remainingMembers(0), 0U);
+}
+
+TEST_F(DuplicatesListTests, ArrowsMoveOpenAndClose)
+{
+    open(3, 2);
+    enter();
+    EXPECT_EQ(current(), (DuplicatePlace{groupRow(0), 0}));
+    key(Qt::Key_Right);
+    EXPECT_TRUE(m_list.rows().isExpanded(0));
+    key(Qt::Key_Down);
+    EXPECT_EQ(current(), (DuplicatePlace{member(0, 0), 0}));
+    key(Qt::Key_Right);
+    key(Qt::Key_Right);
+    key(Qt::Key_Right);
+    EXPECT_EQ(current(), (DuplicatePlace{member(0, 0), keepPart}));
+    key(Qt::Key_Down);
+    EXPECT_EQ(current(), (DuplicatePlace{member(0, 1), keepPart})) << "the column stays";
+    key(Qt::Key_Down);
+    EXPECT_EQ(current(), (DuplicatePlace{groupRow(1), 0}));
+    key(Qt::Key_Up);
+    EXPECT_EQ(current().row, member(0, 1));
+    key(Qt::Key_Left);
+    EXPECT_EQ(current(), (DuplicatePlace{groupRow(0), 0}));
+    key(Qt::Key_Left);
+    EXPECT_FALSE(m_list.rows().isExpanded(0));
+    key(Qt::Key_End);
+    EXPECT_EQ(current().row, groupRow(2));
+    key(Qt::Key_Home);
+    EXPECT_EQ(current().row, groupRow(0));
+    key(Qt::Key_Up);
+    EXPECT_EQ(current().row, groupRow(0));
+}
+
+TEST_F(DuplicatesListTests, TabLeadsAlongTheButtonsAndOn)
+{
+    open(2);
+    enter();
+    key(Qt::Key_Tab);
+    EXPECT_EQ(current(), (DuplicatePlace{groupRow(0), keepLatestPart}));
+    key(Qt::Key_Return);
+    EXPECT_TRUE(m_state.isKeeper(file(0, 1)));
+    key(Qt::Key_Space);
+    EXPECT_FALSE(m_state.isKeeper(file(0, 1)));
+    key(Qt::Key_Tab);
+    EXPECT_TRUE(m_after.hasFocus());
+    QTest::keyClick(&m_after, Qt::Key_Backtab, Qt::ShiftModifier);
+    ASSERT_TRUE(m_list.hasFocus());
+    EXPECT_EQ(current(), (DuplicatePlace{groupRow(0), keepLatestPart}));
+    key(Qt::Key_Backtab);
+    EXPECT_EQ(current(), (DuplicatePlace{groupRow(0), 0}));
+    key(Qt::Key_Backtab);
+    EXPECT_TRUE(m_before.hasFocus());
+}
+
+TEST_F(DuplicatesListTests, ReturnAndSpaceOpenAGroupAndPressWhatBringsMore)
+{
+    open(1, 51);
+    enter();
+    key(Qt::Key_Return);
+    EXPECT_TRUE(m_list.rows().isExpanded(0));
+    key(Qt::Key_Space);
+    EXPECT_FALSE(m_list.rows().isExpanded(0));
+    key(Qt::Key_Space);
+    key(Qt::Key_End);
+    EXPECT_EQ(current().row.kind, Kind::moreMembers);
+    key(Qt::Key_Return);
+    EXPECT_EQ(current().row, member(0, 50));
+    EXPECT_EQ(m_list.rows().count(), 1 + 51);
+}
+
+TEST_F(DuplicatesListTests, TheCurrentRowIsBroughtIntoSight)
+{
+    open(400);
+    enter();
+    key(Qt::Key_End);
+    EXPECT_EQ(m_list.verticalScrollBar()->value(), m_list.verticalScrollBar()->maximum());
+    EXPECT_TRUE(m_list.viewport()->rect().contains(m_list.placeRect(current())));
+    key(Qt::Key_PageUp);
+    EXPECT_LT(current().row.group, 399U);
+    EXPECT_TRUE(m_list.viewport()->rect().contains(m_list.placeRect(current())));
+}
+
+TEST_F(DuplicatesListTests, ClosingAGroupLeavesTheFocusOnIt)
+{
+    open(2, 3);
+    m_list.activate({groupRow(0), 0});
+    m_list.setCurrent({member(0, 2), keepPart});
+    m_list.activate({groupRow(0), 0});
+    EXPECT_EQ(current(), (DuplicatePlace{groupRow(0), 0}));
+}
+
+TEST_F(DuplicatesListTests, FiftyThousandGroupsAndTwentyThousandCopiesCostWhatIsInSight)
+{
+    open(50000);
+    EXPECT_EQ(m_list.rows().count(), 501);
+    EXPECT_LE(m_list.rowsInSight().size(), 560U / 60 + 2);
+    open(2, 20000);
+    m_list.activate({groupRow(0), 0});
+    EXPECT_EQ(m_list.rows().count(), 2 + 50 + 1);
+    for (int i = 0; i < 100; ++i) {
+        m_list.activate({{Kind::moreMembers, 0, 0}, 0});
+    }
+    EXPECT_EQ(m_list.rows().count(), 2 + 20000);
+    m_list.setCurrent({member(0, 12345), 0});
+    const std::vector<DuplicateRow> seen = m_list.rowsInSight();
+    EXPECT_LE(seen.size(), 560U / 48 + 2);
+    EXPECT_EQ(seen.front(), member(0, 12345)) << "the first row in sight, coming from below";
+}
+
+TEST_F(DuplicatesListTests, OtherGroupsStartAtTheTop)
+{
+    open(400);
+    m_list.verticalScrollBar()->setValue(5000);
+    open(300);
+    EXPECT_EQ(m_list.verticalScrollBar()->value(), 0);
+    EXPECT_FALSE(m_list.current());
+}
+
+TEST_F(DuplicatesListTests, AssistiveTechnologyFindsRowsAndButtons)
+{
+    open(2, 2);
+    QAccessibleInterface* const list = QAccessible::queryAccessibleInterface(&m_list);
+    ASSERT_NE(list, nullptr);
+    EXPECT_EQ(list->role(), QAccessible::List);
+    EXPECT_EQ(list->text(QAccessible::Name), QStringLiteral("Duplicate files"));
+    ASSERT_EQ(list->childCount(), 2);
+    QAccessibleInterface* const first = list->child(0);
+    EXPECT_EQ(first->text(QAccessible::Name),
+              QStringLiteral("2.0 KB, × 2, 2.0 KB reclaimable, scan"));
+    EXPECT_EQ(first->parent(), list);
+    EXPECT_EQ(list->indexOfChild(first), 0);
+    EXPECT_TRUE(first->state().collapsed);
+    ASSERT_EQ(first->childCount(), 1);
+    QAccessibleInterface* const keep = first->child(0);
+    EXPECT_EQ(keep->role(), QAccessible::Button);
+    EXPECT_EQ(keep->text(QAccessible::Name), QStringLiteral("Keep latest"));
+    EXPECT_TRUE(keep->text(QAccessible::Description).startsWith(QStringLiteral("Keeps the most")));
+    EXPECT_EQ(keep->parent(), first);
+    EXPECT_EQ(first->indexOfChild(keep), 0);
+    keep->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
+    EXPECT_TRUE(m_state.isKeeper(file(0, 1)));
+    EXPECT_EQ(keep->text(QAccessible::Name), QStringLiteral("Kept"));
+
+    first->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
+    EXPECT_FALSE(first->isValid()) << "rows have come";
+    ASSERT_EQ(list->childCount(), 4);
+    EXPECT_TRUE(list->child(0)->state().expanded);
+    EXPECT_EQ(list->child(1)->childCount(), 2);
+    EXPECT_EQ(list->child(1)->child(0)->text(QAccessible::Name), QStringLiteral("Reveal"));
+    EXPECT_EQ(list->child(1)->child(1)->text(QAccessible::Name), QStringLiteral("Unstage"));
+    EXPECT_EQ(list->child(4), nullptr);
+    const QPoint place = list->child(3)->rect().center();
+    EXPECT_EQ(list->childAt(place.x(), place.y()), list->child(3));
+    enter();
+    EXPECT_EQ(list->focusChild(), list->child(0));
+}
+
+} // namespace
+} // namespace quorvane

@@ -1,0 +1,181 @@
+// SPDX-License-Identifier: MIT
+#include "DuplicatesView.h"
+
+#include "Button.h"
+#include "DuplicatesFixture.h"
+#include "DuplicatesList.h"
+#include "EmptyState.h"
+#include "Gate.h"
+#include "Label.h"
+#include "Progress.h"
+#include "TreeText.h"
+#include "WaitFor.h"
+
+#include <QTest>
+
+namespace quorvane {
+namespace {
+
+class DuplicatesViewTests : public DuplicatesFixture
+{
+protected:
+    void SetUp() override
+    {
+        m_window.resize(1000, 600);
+        m_view.resize(1000, 600);
+        m_window.show();
+        QApplication::setActiveWindow(&m_window);
+    }
+
+    template<class T>
+    T& part(const char* objectName)
+    {
+        return *m_view.findChild<T*>(QLatin1String(objectName));
+    }
+    bool isShown(const char* objectName) { return part<QWidget>(objectName).isVisible(); }
+
+    QStringList labels(const char* objectName)
+    {
+        QStringList texts;
+        for (const Label* const label : part<QWidget>(objectName).findChildren<Label*>()) {
+            texts.push_back(label->text());
+        }
+        return texts;
+    }
+
+    void showScan()
+    {
+        m_tree = test::treeFromText("f 10\n");
+        m_state.rootNode = m_tree->rootPointer();
+        QCoreApplication::processEvents();
+    }
+
+    QWidget m_window;
+    DuplicatesView m_view{m_state, &m_window};
+};
+
+TEST_F(DuplicatesViewTests, WithoutAScanItAsksForOne)
+{
+    EXPECT_EQ(part<Label>("screenTitle").text(), QStringLiteral("Duplicate files"));
+    EXPECT_TRUE(isShown("duplicatesNoScan"));
+    EXPECT_EQ(part<EmptyState>("duplicatesNoScan").accessibleName(),
+              QStringLiteral("Scan a folder to find duplicates."));
+    EXPECT_FALSE(isShown("duplicatesStart"));
+    EXPECT_FALSE(isShown("duplicateResults"));
+    EXPECT_FALSE(isShown("duplicatesSearching"));
+    EXPECT_FALSE(isShown("duplicateProgress"));
+}
+
+TEST_F(DuplicatesViewTests, WithAScanAloneItStandsReady)
+{
+    showScan();
+    EXPECT_TRUE(isShown("duplicatesStart"));
+    EXPECT_FALSE(isShown("duplicatesNoScan"));
+    EXPECT_EQ(labels("duplicatesStart"),
+              (QStringList{QStringLiteral("Find identical files across your scan"),
+                           QStringLiteral("Byte-for-byte SHA-256 comparison. Only same-size "
+                                          "files are ever opened and hashed, so it stays fast. "
+                                          "Large copies are found first.")}));
+    for (const Label* const label : part<QWidget>("duplicatesStart").findChildren<Label*>()) {
+        EXPECT_TRUE(!label->wordWrap() || label->width() <= 420);
+    }
+    const auto& find = part<Button>("findDuplicatesButton");
+    EXPECT_TRUE(find.isVisible());
+    EXPECT_EQ(find.text(), QStringLiteral("Find duplicates"));
+    EXPECT_EQ(find.symbol(), QStringLiteral("f.cursive.circle"));
+    EXPECT_EQ(find.role(), ButtonRole::prominent);
+    EXPECT_FALSE(isShown("cancelDuplicatesButton"));
+}
+
+TEST_F(DuplicatesViewTests, ASearchShowsHowFarItIs)
+{
+    showScan();
+    m_state.duplicateSearchIsRunning = true;
+    m_state.duplicateProgress = 0.347;
+    QCoreApplication::processEvents();
+    EXPECT_TRUE(isShown("duplicatesSearching"));
+    EXPECT_FALSE(isShown("duplicatesStart"));
+    EXPECT_EQ(labels("duplicatesSearching"),
+              (QStringList{QStringLiteral("Searching for duplicates across your scan…"),
+                           QStringLiteral("Hashing same-size files in the background. Results "
+                                          "appear here automatically.")}));
+    EXPECT_TRUE(isShown("duplicateProgress"));
+    EXPECT_EQ(part<Label>("duplicatePhase").text(), QStringLiteral("Sampling same-size files…"));
+    EXPECT_EQ(part<Label>("duplicatePercent").text(), QStringLiteral("34%"));
+    EXPECT_NEAR(part<ProgressBar>("duplicateProgressBar").fraction(), 0.347, 0.001);
+    EXPECT_FALSE(isShown("findDuplicatesButton"));
+    EXPECT_TRUE(isShown("cancelDuplicatesButton"));
+    EXPECT_EQ(part<Button>("cancelDuplicatesButton").text(), QStringLiteral("Cancel"));
+}
+
+TEST_F(DuplicatesViewTests, EachPhaseHasItsText)
+{
+    const QString walking = QStringLiteral("Reading your scan's folder tree…");
+    const QString sampling = QStringLiteral("Sampling same-size files…");
+    const QString verifying = QStringLiteral("Verifying identical contents…");
+    EXPECT_EQ(DuplicatesView::phaseText(0), walking);
+    EXPECT_EQ(DuplicatesView::phaseText(0.06), walking);
+    EXPECT_EQ(DuplicatesView::phaseText(0.0601), sampling);
+    EXPECT_EQ(DuplicatesView::phaseText(0.3999), sampling);
+    EXPECT_EQ(DuplicatesView::phaseText(0.4), verifying);
+    EXPECT_EQ(DuplicatesView::phaseText(0.9999), verifying);
+    EXPECT_EQ(DuplicatesView::phaseText(1), QStringLiteral("Done."));
+    EXPECT_EQ(DuplicatesView::percentText(0), QStringLiteral("0%"));
+    EXPECT_EQ(DuplicatesView::percentText(0.999), QStringLiteral("99%"));
+    EXPECT_EQ(DuplicatesView::percentText(1), QStringLiteral("100%"));
+}
+
+TEST_F(DuplicatesViewTests, ResultsComeWithTheirSums)
+{
+    showGroups(3, 4);
+    m_state.duplicateCount = 9;
+    m_state.duplicateReclaimable = 9 * 2048;
+    QCoreApplication::processEvents();
+    EXPECT_TRUE(isShown("duplicateResults"));
+    EXPECT_FALSE(isShown("duplicatesStart"));
+    EXPECT_EQ(part<Label>("duplicateSummary").text(),
+              QStringLiteral("9 extra copies across 3 groups"));
+    EXPECT_TRUE(labels("duplicateResults").contains(QStringLiteral("Reclaimable")));
+    EXPECT_EQ(part<Label>("duplicateReclaimable").text(), QStringLiteral("18.0 KB"));
+    EXPECT_EQ(part<DuplicatesList>("duplicatesList").rows().count(), 3);
+    EXPECT_EQ(part<Button>("findDuplicatesButton").role(), ButtonRole::bordered);
+    m_state.duplicateGroups = std::make_shared<const DuplicateFinder::Groups>();
+    QCoreApplication::processEvents();
+    EXPECT_TRUE(isShown("duplicatesStart"));
+    EXPECT_EQ(part<Button>("findDuplicatesButton").role(), ButtonRole::prominent);
+}
+
+TEST_F(DuplicatesViewTests, TheButtonsStartAndStopASearchAndPassTheFocusOn)
+{
+    showScan();
+    auto& find = part<Button>("findDuplicatesButton");
+    auto& cancel = part<Button>("cancelDuplicatesButton");
+    find.setFocus();
+    find.click();
+    EXPECT_TRUE(m_state.duplicateSearchIsRunning.value());
+    // Nothing has come from the job's thread before the screen is up to date.
+    m_state.stopDuplicateSearch();
+    m_state.duplicateSearchIsRunning = true;
+    QCoreApplication::processEvents();
+    EXPECT_TRUE(cancel.isVisible());
+    EXPECT_TRUE(cancel.hasFocus());
+    cancel.click();
+    EXPECT_FALSE(m_state.duplicateSearchIsRunning.value());
+    QCoreApplication::processEvents();
+    EXPECT_TRUE(find.hasFocus());
+    EXPECT_TRUE(isShown("duplicatesStart"));
+    EXPECT_EQ(m_state.flashMessage.value(), std::nullopt);
+}
+
+TEST_F(DuplicatesViewTests, AShortListIsNoHigherThanItsRows)
+{
+    showGroups(2);
+    QCoreApplication::processEvents();
+    EXPECT_EQ(part<DuplicatesList>("duplicatesList").height(), 2 * 60);
+    showGroups(100);
+    QCoreApplication::processEvents();
+    EXPECT_LT(part<DuplicatesList>("duplicatesList").height(), 600);
+}
+
+} // namespace
+} // namespace quorvane
