@@ -19,7 +19,8 @@ public:
         : m_stop(stop)
     {}
 
-    /// False for anything but a regular file; never waits for the other end of a pipe.
+    /// False for anything but a regular file, or a link to one: the rest is not even opened, for
+    /// that alone can set off a device or wake who waits at the other end of a pipe.
     bool openRegular(const FilePath& path);
     /// What reads from here on needs no flag any more.
     void forgetStop() { m_stop = nullptr; }
