@@ -11,6 +11,7 @@ packages_build=(
     libheif-dev                 # previews of HEIC and AVIF pictures
     qt6-multimedia-dev          # previews of sound and film
     qt6-pdf-dev                 # previews of PDF files
+    zlib1g-dev                  # previews of packed drawings
     libssl-dev                  # SHA-256
     bootstrap-icons fonts-inter # symbols compiled in, the typeface of the interface
     libgtest-dev libgmock-dev   # configuring looks for GoogleTest

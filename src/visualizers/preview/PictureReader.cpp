@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "PictureReader.h"
 
+#include "DrawingReader.h"
 #include "HeifPicture.h"
 
 #include <QColorSpace>
@@ -43,18 +44,20 @@ Picture readWithQt(QIODevice& device, const QSize& room)
     if (!reader.canRead()) {
         return {};
     }
-    QSize size = reader.size();
     const QByteArray format = reader.format();
-    const bool isDrawing = format.startsWith("svg");
+    if (format.startsWith("svg")) {
+        return device.seek(0) ? readDrawing(device, room) : Picture{};
+    }
+    QSize size = reader.size();
     if (size.isValid()) {
         const qint64 pixels = qint64{size.width()} * size.height();
-        if (!isDrawing && !isReadByLines(format) && pixels > mostPicturePixels) {
+        if (!isReadByLines(format) && pixels > mostPicturePixels) {
             return {};
         }
         const bool isTurned =
             reader.transformation().testFlag(QImageIOHandler::TransformationRotate90);
         const QSize place = isTurned ? room.transposed() : room;
-        if (isDrawing || isLarger(size, place)) {
+        if (isLarger(size, place)) {
             reader.setScaledSize(size.scaled(place, Qt::KeepAspectRatio).expandedTo(QSize(1, 1)));
         }
         if (isTurned) {
