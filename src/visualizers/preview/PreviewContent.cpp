@@ -2,41 +2,16 @@
 #include "PreviewContent.h"
 
 #include "PreviewFile.h"
+#include "PreviewText.h"
 #include "Text.h"
 
 #include <QMimeDatabase>
-#include <QStringDecoder>
 
+#include <optional>
 #include <utility>
 
 namespace quorvane {
 namespace {
-
-/// The text in lines that can be laid out at once.
-void breakLines(const QString& text, PreviewContent& content)
-{
-    int lines = 1;
-    qsizetype begin = 0;
-    while (begin < text.size()) {
-        const qsizetype newline = text.indexOf(QLatin1Char('\n'), begin);
-        qsizetype end = newline < 0 ? text.size() : newline + 1;
-        const bool isBroken = end - begin > PreviewContent::longestLine + 1;
-        if (isBroken) {
-            end = begin + PreviewContent::longestLine;
-            end -= text[end - 1].isHighSurrogate() ? 1 : 0;
-        }
-        content.text += QStringView(text).mid(begin, end - begin);
-        begin = end;
-        if (begin < text.size() && lines++ == PreviewContent::mostLines) {
-            content.isCut = true;
-            content.isCutByLines = true;
-            return;
-        }
-        if (isBroken) {
-            content.text += QLatin1Char('\n');
-        }
-    }
-}
 
 bool readText(QIODevice& file, PreviewContent& content)
 {
@@ -44,17 +19,14 @@ bool readText(QIODevice& file, PreviewContent& content)
         return false;
     }
     const QByteArray bytes = file.read(PreviewContent::textLimit);
-    if (bytes.isEmpty() || bytes.contains('\0')) {
+    const std::optional<QString> text = decodedText(bytes);
+    if (!text) {
         return false;
     }
-    // A character that the limit cuts in two stays in the decoder and is no error.
-    QStringDecoder decoder(QStringDecoder::Utf8);
-    const QString text = decoder(bytes);
-    if (decoder.hasError()) {
-        return false;
-    }
-    content.isCut = file.size() > bytes.size();
-    breakLines(text, content);
+    const BrokenText broken = brokenIntoLines(*text);
+    content.text = broken.text;
+    content.isCutByLines = broken.isCut;
+    content.isCut = broken.isCut || file.size() > bytes.size();
     return true;
 }
 

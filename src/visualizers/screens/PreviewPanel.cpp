@@ -11,6 +11,7 @@
 #include "MediaView.h"
 #include "Painting.h"
 #include "PictureView.h"
+#include "PreviewText.h"
 #include "QuickLookPreview.h"
 #include "Refresher.h"
 #include "Text.h"
@@ -315,7 +316,7 @@ void PreviewPanel::showDetail()
         detail = tr("%1 of %2").arg(m_document->currentPage() + 1).arg(m_document->pageCount());
     } else if (m_kind == PreviewContent::Kind::text && m_content.isCut) {
         detail = m_content.isCutByLines
-                     ? tr("First %1 lines").arg(PreviewContent::mostLines)
+                     ? tr("First %1 lines").arg(mostTextLines)
                      : tr("First %1").arg(ByteFormatter::string(PreviewContent::textLimit));
     }
     m_detail->setText(detail);

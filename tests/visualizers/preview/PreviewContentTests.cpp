@@ -3,6 +3,7 @@
 
 #include "DiskTree.h"
 #include "PreviewSamples.h"
+#include "PreviewText.h"
 
 #include <gtest/gtest.h>
 
@@ -135,6 +136,67 @@ TEST_F(PreviewContentTests, ShowsTextInUtf8)
     EXPECT_FALSE(content.isCut);
 }
 
+TEST_F(PreviewContentTests, ShowsTextInLatin1WhereItIsNotUtf8)
+{
+    m_disk.fileWithContents("latin1", "gr\xf6\xdf"
+                                      "er\n");
+    EXPECT_EQ(read("latin1").kind, Kind::text);
+    EXPECT_EQ(read("latin1").text, QStringLiteral("größer\n"));
+    // One control character in fifty is still a text's, one in forty-nine is not.
+    m_disk.fileWithContents("few", std::string(49, '\xe4') + '\x01');
+    EXPECT_EQ(read("few").kind, Kind::text);
+    m_disk.fileWithContents("many", std::string(48, '\xe4') + '\x01');
+    EXPECT_EQ(read("many").kind, Kind::summary);
+}
+
+TEST_F(PreviewContentTests, TakesTheEncodingFromTheByteOrderMark)
+{
+    // "aö", a line break and a face that takes two units of UTF-16.
+    const QString text = QStringLiteral("aö\n\U0001F600");
+    const struct
+    {
+        const char* name;
+        std::string bytes;
+    } files[] = {
+        {"utf8", "\xef\xbb\xbf"
+                 "a\xc3\xb6\n\xf0\x9f\x98\x80"},
+        {"little16", std::string("\xff\xfe"
+                                 "a\0\xf6\0\n\0\x3d\xd8\0\xde",
+                                 12)},
+        {"big16", std::string("\xfe\xff\0a\0\xf6\0\n\xd8\x3d\xde\0", 12)},
+        {"little32", std::string("\xff\xfe\0\0a\0\0\0\xf6\0\0\0\n\0\0\0\0\xf6\1\0", 20)},
+        {"big32", std::string("\0\0\xfe\xff\0\0\0a\0\0\0\xf6\0\0\0\n\0\1\xf6\0", 20)},
+    };
+    for (const auto& file : files) {
+        m_disk.fileWithContents(file.name, file.bytes);
+        EXPECT_EQ(read(file.name).kind, Kind::text) << file.name;
+        EXPECT_EQ(read(file.name).text, text) << file.name;
+    }
+}
+
+TEST_F(PreviewContentTests, ALongTextInUtf16EndsBeforeHalfACharacter)
+{
+    // The mark and an even number of bytes; the limit falls between the halves of a face.
+    std::string bytes("\xff\xfe", 2);
+    while (bytes.size() < static_cast<std::size_t>(PreviewContent::textLimit) + 2) {
+        bytes += std::string("\x3d\xd8\0\xde", 4);
+    }
+    ASSERT_EQ((PreviewContent::textLimit - 2) % 4, 2);
+    m_disk.fileWithContents("faces", bytes);
+    const PreviewContent content = read("faces");
+    ASSERT_EQ(content.kind, Kind::text);
+    EXPECT_TRUE(content.isCut);
+    EXPECT_TRUE(content.text.endsWith(QStringLiteral("\U0001F600")));
+}
+
+TEST_F(PreviewContentTests, AMarkAloneMakesNoText)
+{
+    m_disk.fileWithContents("mark", "\xff\xfe");
+    m_disk.fileWithContents("bytes", std::string("\xff\xfe\1\0\2\0\3\0", 8));
+    EXPECT_EQ(read("mark").kind, Kind::summary);
+    EXPECT_EQ(read("bytes").kind, Kind::summary) << "nothing but control characters";
+}
+
 TEST_F(PreviewContentTests, ReadsOnlyTheBeginningOfALongText)
 {
     // Three bytes a character, 255 of them and a line break 766: the limit falls inside one.
@@ -158,7 +220,7 @@ TEST_F(PreviewContentTests, ReadsOnlyTheBeginningOfALongText)
 
 TEST_F(PreviewContentTests, ALineThatIsTooLongGoesOnInTheNext)
 {
-    const int longest = PreviewContent::longestLine;
+    const int longest = longestTextLine;
     m_disk.fileWithContents("long", std::string(static_cast<std::size_t>(longest), 'a') + "\n" +
                                         std::string(static_cast<std::size_t>(longest) + 2, 'b'));
     const PreviewContent content = read("long");
@@ -170,20 +232,20 @@ TEST_F(PreviewContentTests, ALineThatIsTooLongGoesOnInTheNext)
 TEST_F(PreviewContentTests, ALineIsNotBrokenInsideACharacter)
 {
     std::string faces = "x";
-    for (int i = 0; i < PreviewContent::longestLine; ++i) {
+    for (int i = 0; i < longestTextLine; ++i) {
         faces += "\xf0\x9f\x98\x80";
     }
     m_disk.fileWithContents("faces", faces);
     const QStringList lines = read("faces").text.split(QLatin1Char('\n'));
     ASSERT_GE(lines.size(), 2);
-    EXPECT_EQ(lines[0].size(), PreviewContent::longestLine - 1);
+    EXPECT_EQ(lines[0].size(), longestTextLine - 1);
     EXPECT_TRUE(lines[1].at(0).isHighSurrogate());
 }
 
 TEST_F(PreviewContentTests, ShowsOnlyTheFirstLinesOfMany)
 {
     std::string text;
-    for (int i = 0; i < PreviewContent::mostLines; ++i) {
+    for (int i = 0; i < mostTextLines; ++i) {
         text += "line\n";
     }
     m_disk.fileWithContents("all", text);
@@ -192,7 +254,7 @@ TEST_F(PreviewContentTests, ShowsOnlyTheFirstLinesOfMany)
     const PreviewContent content = read("more");
     EXPECT_TRUE(content.isCutByLines);
     EXPECT_TRUE(content.isCut);
-    EXPECT_EQ(content.text.count(QLatin1Char('\n')), PreviewContent::mostLines);
+    EXPECT_EQ(content.text.count(QLatin1Char('\n')), mostTextLines);
     EXPECT_TRUE(content.text.endsWith(QStringLiteral("line\n")));
 }
 
@@ -210,15 +272,13 @@ TEST_F(PreviewContentTests, APictureBeyondTheBoundIsNotDecoded)
 TEST_F(PreviewContentTests, HasASummaryForTheRest)
 {
     m_disk.fileWithContents("bytes", std::string("a\0b", 3));
-    m_disk.fileWithContents("latin1", "gr\xf6\xdf"
-                                      "er");
     m_disk.fileWithContents("broken.png", "\x89PNG\r\n\x1a\n\xff\xff\xff\xff");
     m_disk.file("empty");
     m_disk.folder("folder");
     m_disk.fifo("pipe");
     m_disk.symbolicLink("nowhere", "dangling");
     for (const char* const name :
-         {"bytes", "latin1", "broken.png", "empty", "folder", "pipe", "dangling", "missing"}) {
+         {"bytes", "broken.png", "empty", "folder", "pipe", "dangling", "missing"}) {
         const PreviewContent content = read(name);
         EXPECT_EQ(content.kind, Kind::summary) << name;
         EXPECT_TRUE(content.picture.image.isNull()) << name;
