@@ -8,6 +8,7 @@
 #include "Ground.h"
 #include "NodeColors.h"
 #include "Tokens.h"
+#include "WindowPreview.h"
 
 #include <QPaintEvent>
 #include <QPainter>
@@ -51,6 +52,7 @@ MainWindow::MainWindow(AppState& state, AppScreens screens)
 
     m_flash = new FlashPresenter(
         state, *this, [this] { return m_content->detailArea().translated(m_content->pos()); });
+    new WindowPreview(state, this);
     m_paletteChanged = state.storagePalette.addNotifier([this] { update(); });
     setMinimumSize(minimumContentSize);
     takeDefaultSize();

@@ -10,9 +10,9 @@
 #include "NodeColors.h"
 #include "NodeIcon.h"
 #include "PathText.h"
-#include "PreviewPanel.h"
 #include "QuickLookPreview.h"
 #include "Refresher.h"
+#include "ShortenedName.h"
 #include "Tile.h"
 #include "Tokens.h"
 
@@ -34,6 +34,7 @@ namespace {
 
 constexpr int mostFacts = 8;
 constexpr std::size_t mostChildren = 9;
+constexpr int mostNameLines = 3;
 constexpr int headerGap = 12;
 constexpr int nothingTextWidth = 220;
 
@@ -72,9 +73,11 @@ InspectorView::InspectorView(AppState& state, QWidget* parent)
     whole->setContentsMargins(1, 0, 0, 0);
     whole->addWidget(m_nothing);
     whole->addWidget(m_details);
-    m_refresher->watch(m_state.selectedNode, m_state.rootNode, m_state.stagedNodes,
-                       m_state.trashProgress, m_state.storageInspectorVisible,
+    m_refresher->watch(m_state.selectedNode, m_state.rootNode, m_state.storageInspectorVisible,
                        m_state.storagePalette);
+    // Nothing else changes with each item of a batch.
+    auto* const stageRefresher = new Refresher(this, [this] { refreshStage(); });
+    stageRefresher->watch(m_state.stagedNodes, m_state.trashProgress);
     refresh();
 }
 
@@ -138,9 +141,8 @@ QWidget* InspectorView::makeHeader()
     row->addWidget(m_symbol, 0, Qt::AlignTop);
     auto* const words = new QVBoxLayout;
     words->setSpacing(0);
-    m_name = new Label({}, TextStyle::heading);
+    m_name = new ShortenedName(mostNameLines, TextStyle::heading);
     m_name->setObjectName(QStringLiteral("inspectorName"));
-    m_name->setWordWrap(true);
     m_kind = new Label({}, TextStyle::caption, ThemeColor::text2);
     m_kind->setObjectName(QStringLiteral("inspectorKind"));
     words->addWidget(m_name);
@@ -167,8 +169,9 @@ QWidget* InspectorView::makeActions()
         row->addWidget(tile);
         return tile;
     };
-    ActionTile* const quickLookTile = add("eye", tr("Quick Look"), "inspectorQuickLook",
-                                          [this](const NodePointer& node) { quickLook(*node); });
+    ActionTile* const quickLookTile =
+        add("eye", tr("Quick Look"), "inspectorQuickLook",
+            [](const NodePointer& node) { QuickLookPreview::shared().toggle(*node); });
     addQuickLookKey(*quickLookTile);
     add("magnifyingglass", tr("Reveal in Finder"), "inspectorReveal",
         [this](const NodePointer& node) { m_state.revealInFinder(*node); });
@@ -194,14 +197,6 @@ void InspectorView::addQuickLookKey(ActionTile& tile)
     });
 }
 
-void InspectorView::quickLook(const FileNode& node)
-{
-    if (!m_preview) {
-        m_preview = new PreviewPanel(m_state, window());
-    }
-    QuickLookPreview::shared().show(node);
-}
-
 void InspectorView::refresh()
 {
     setVisible(m_state.inspectorVisible());
@@ -216,6 +211,14 @@ void InspectorView::refresh()
         showActions(*node);
         showFacts(*node);
         showLargestInside(*node);
+    }
+}
+
+void InspectorView::refreshStage()
+{
+    const NodePointer node = m_state.selectedNode.value();
+    if (node && m_state.inspectorVisible()) {
+        showActions(*node);
     }
 }
 

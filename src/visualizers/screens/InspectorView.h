@@ -3,7 +3,6 @@
 
 #include "FileNode.h"
 
-#include <QPointer>
 #include <QWidget>
 
 #include <vector>
@@ -16,8 +15,8 @@ class Card;
 class FactRow;
 class Label;
 class PathText;
-class PreviewPanel;
 class Refresher;
+class ShortenedName;
 class SymbolPlate;
 
 /// The details panel beside the visualisers, 300 wide: what is selected, what can be done with it
@@ -40,8 +39,8 @@ private:
     QWidget* makeHeader();
     QWidget* makeActions();
     void addQuickLookKey(ActionTile& tile);
-    void quickLook(const FileNode& node);
     void refresh();
+    void refreshStage();
     void showHeader(const FileNode& node);
     void showActions(const FileNode& node);
     void showFacts(const FileNode& node);
@@ -51,11 +50,10 @@ private:
     QWidget* m_nothing = nullptr;
     QWidget* m_details = nullptr;
     SymbolPlate* m_symbol = nullptr;
-    Label* m_name = nullptr;
+    ShortenedName* m_name = nullptr;
     Label* m_kind = nullptr;
     PathText* m_path = nullptr;
     ActionTile* m_stage = nullptr;
-    QPointer<PreviewPanel> m_preview;
     std::vector<FactRow*> m_facts;
     QWidget* m_largest = nullptr;
     std::vector<FactRow*> m_children;

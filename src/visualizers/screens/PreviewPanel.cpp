@@ -10,6 +10,7 @@
 #include "Label.h"
 #include "MediaView.h"
 #include "Painting.h"
+#include "PanelShadow.h"
 #include "PictureView.h"
 #include "PreviewText.h"
 #include "QuickLookPreview.h"
@@ -40,10 +41,6 @@ namespace {
 constexpr int headerHeight = 44;
 constexpr int panelMargin = 48;
 constexpr QSize largestPanel{960, 760};
-constexpr int shadowDrop = 8;
-constexpr int shadowBlur = 24;
-/// Room for the shadow around what looks like the panel.
-constexpr int shadowRoom = shadowBlur + shadowDrop;
 /// A reading that takes longer shows the summary meanwhile.
 constexpr std::chrono::milliseconds summaryDelay{150};
 
@@ -54,7 +51,7 @@ bool isArrow(int key)
 
 bool isPanelKey(int key)
 {
-    return key == Qt::Key_Space || key == Qt::Key_Escape || isArrow(key);
+    return key == Qt::Key_Space || isArrow(key);
 }
 
 /// "Folder · 4.0 KB"
@@ -68,6 +65,7 @@ QString summaryOf(const FileNode& node)
 PreviewPanel::PreviewPanel(AppState& state, QWidget* window)
     : QWidget(window)
     , m_state(state)
+    , m_shadow(new PanelShadow(window))
     , m_name(new ElidedLabel({}, Qt::ElideMiddle, TextStyle::strong))
     , m_detail(new Label({}, TextStyle::caption, ThemeColor::text2))
     , m_summary(new EmptyState({}, {}, {}))
@@ -84,15 +82,13 @@ PreviewPanel::PreviewPanel(AppState& state, QWidget* window)
     m_summaryDelay.setSingleShot(true);
     connect(&m_summaryDelay, &QTimer::timeout, this, &PreviewPanel::showSummary);
     connect(m_document, &DocumentView::currentPageChanged, this, &PreviewPanel::showDetail);
-    window->installEventFilter(this);
-    QuickLookPreview::shared().setPanel([this] { bringToFront(); });
     auto* const refresher = new Refresher(this, [this] { followSelection(); });
     refresher->watch(m_state.selectedNode, m_state.section);
 }
 
 PreviewPanel::~PreviewPanel()
 {
-    QuickLookPreview::shared().setPanel({});
+    delete m_shadow;
     stopReading();
     if (m_reading) {
         m_reading->cancel();
@@ -106,10 +102,10 @@ void PreviewPanel::setUpText()
     m_text->setReadOnly(true);
     m_text->setFrameShape(QFrame::NoFrame);
     m_text->setFocusPolicy(Qt::ClickFocus);
-    m_text->setLineWrapMode(QPlainTextEdit::NoWrap);
+    m_text->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    m_text->viewport()->setAutoFillBackground(false);
     m_text->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
     m_text->document()->setDocumentMargin(spacing::l);
-    m_text->installEventFilter(this);
 }
 
 QWidget* PreviewPanel::makeHeader()
@@ -138,8 +134,7 @@ void PreviewPanel::layOut()
     m_pages->addWidget(m_text);
     m_pages->addWidget(m_document);
     auto* const column = new QVBoxLayout(this);
-    column->setContentsMargins(shadowRoom + 1, shadowRoom + 1, shadowRoom + 1,
-                               shadowRoom + spacing::m);
+    column->setContentsMargins(1, 1, 1, spacing::m);
     column->setSpacing(0);
     column->addWidget(makeHeader());
     column->addWidget(new Hairline);
@@ -170,7 +165,8 @@ void PreviewPanel::place()
     const QSize room = window.size() - QSize(2 * panelMargin, 2 * panelMargin);
     QRect area(QPoint(), room.boundedTo(largestPanel));
     area.moveCenter(window.center());
-    setGeometry(area.marginsAdded(QMargins(shadowRoom, shadowRoom, shadowRoom, shadowRoom)));
+    setGeometry(area);
+    m_shadow->place(this);
 }
 
 void PreviewPanel::bringToFront()
@@ -179,13 +175,17 @@ void PreviewPanel::bringToFront()
     if (!url) {
         return;
     }
+    // Who has gone on beside the open panel keeps the keyboard there.
     if (isHidden()) {
         m_focusBefore = QApplication::focusWidget();
+        place();
+        m_shadow->show();
+        show();
+        setFocus(Qt::OtherFocusReason);
+        qApp->installEventFilter(this);
     }
-    place();
-    show();
     raise();
-    setFocus(Qt::OtherFocusReason);
+    m_shadow->stackUnder(this);
     m_name->setText(displayText(url->lastComponent()));
     read(*url);
 }
@@ -195,10 +195,14 @@ void PreviewPanel::closePanel()
     if (isHidden()) {
         return;
     }
+    qApp->removeEventFilter(this);
+    const QWidget* const focused = QApplication::focusWidget();
+    const bool hadFocus = focused == this || (focused != nullptr && isAncestorOf(focused));
     stopReading();
+    m_shadow->hide();
     hide();
     showSummary();
-    if (m_focusBefore && m_focusBefore->isVisible()) {
+    if (hadFocus && m_focusBefore && m_focusBefore->isVisible()) {
         m_focusBefore->setFocus(Qt::OtherFocusReason);
     }
 }
@@ -332,7 +336,7 @@ void PreviewPanel::moveSelection(QKeyEvent& event)
     selectSibling(event.key() == Qt::Key_Up || event.key() == Qt::Key_Left ? -1 : 1);
 }
 
-/// In the order of the sizes, as the panel beside lists them.
+/// In the order of the sizes, past what is hidden.
 void PreviewPanel::selectSibling(int step)
 {
     const NodePointer node = m_state.selectedNode.value();
@@ -340,12 +344,19 @@ void PreviewPanel::selectSibling(int step)
     if (parent == nullptr) {
         return;
     }
-    const auto siblings = parent->children();
-    const auto here = &*node - siblings.data() + step;
-    if (here < 0 || here >= static_cast<std::ptrdiff_t>(siblings.size())) {
-        return;
+    const BloatKeys hidden = m_state.disabledBloat();
+    FileNode* before = nullptr;
+    FileNode* after = nullptr;
+    for (FileNode& sibling : parent->visibleChildren(hidden)) {
+        if (&sibling > node.get()) {
+            after = &sibling;
+            break;
+        }
+        before = &sibling < node.get() ? &sibling : before;
     }
-    m_state.select(NodePointer(node, &siblings[static_cast<std::size_t>(here)]));
+    if (FileNode* const next = step < 0 ? before : after) {
+        m_state.select(NodePointer(node, next));
+    }
 }
 
 bool PreviewPanel::event(QEvent* event)
@@ -361,27 +372,42 @@ bool PreviewPanel::event(QEvent* event)
 
 bool PreviewPanel::eventFilter(QObject* watched, QEvent* event)
 {
-    if (watched == parentWidget() && event->type() == QEvent::Resize && isVisible()) {
+    if (isHidden()) {
+        return QWidget::eventFilter(watched, event);
+    }
+    if (watched == parentWidget() && event->type() == QEvent::Resize) {
         place();
-    } else if (watched == m_text && event->type() == QEvent::ShortcutOverride) {
-        const int key = static_cast<QKeyEvent*>(event)->key();
-        if (key == Qt::Key_Space || key == Qt::Key_Escape) {
+    } else if (watched == parentWidget() && event->type() == QEvent::Hide) {
+        closePanel();
+    } else if (event->type() == QEvent::ShortcutOverride || event->type() == QEvent::KeyPress) {
+        if (takesKey(*watched, *event)) {
             event->accept();
-            return true;
-        }
-    } else if (watched == m_text && event->type() == QEvent::KeyPress) {
-        const int key = static_cast<QKeyEvent*>(event)->key();
-        if (key == Qt::Key_Space || key == Qt::Key_Escape) {
-            closePanel();
             return true;
         }
     }
     return QWidget::eventFilter(watched, event);
 }
 
+/// Esc anywhere in the window belongs to the panel, ahead of all that it does elsewhere; in the
+/// text Space does as well.
+bool PreviewPanel::takesKey(const QObject& watched, QEvent& event)
+{
+    const auto* const widget = qobject_cast<const QWidget*>(&watched);
+    const auto& key = static_cast<const QKeyEvent&>(event);
+    const bool isEscape = key.key() == Qt::Key_Escape && key.modifiers() == Qt::NoModifier &&
+                          widget != nullptr && widget->window() == window();
+    if (!isEscape && (&watched != m_text || key.key() != Qt::Key_Space)) {
+        return false;
+    }
+    if (event.type() == QEvent::KeyPress) {
+        closePanel();
+    }
+    return true;
+}
+
 void PreviewPanel::keyPressEvent(QKeyEvent* event)
 {
-    if (event->key() == Qt::Key_Space || event->key() == Qt::Key_Escape) {
+    if (event->key() == Qt::Key_Space) {
         closePanel();
     } else if (isArrow(event->key())) {
         moveSelection(*event);
@@ -424,10 +450,7 @@ void PreviewPanel::mousePressEvent(QMouseEvent* event)
 void PreviewPanel::paintEvent(QPaintEvent*)
 {
     QPainter painter(this);
-    const QRect panel = rect().adjusted(shadowRoom, shadowRoom, -shadowRoom, -shadowRoom);
-    paintShadow(painter, panel, radius::surface, shadowDrop, shadowBlur,
-                themeColor(ThemeColor::shadow));
-    paintPopover(painter, panel, radius::surface);
+    paintPopover(painter, rect(), radius::surface);
 }
 
 } // namespace quorvane

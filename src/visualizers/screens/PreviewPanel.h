@@ -23,12 +23,13 @@ class ElidedLabel;
 class EmptyState;
 class Label;
 class MediaView;
+class PanelShadow;
 class PictureView;
 
 /// The preview of one file over the middle of the window: a picture, a text, pages, a film or a
-/// sound with controls, or a summary for the rest. Read in the background. Space, Esc and the cross
-/// close it; the arrow keys lead on in the list that had the focus, else to the siblings of the
-/// selection. Main thread.
+/// sound with controls, or a summary for the rest. Read in the background. Space, Esc anywhere in
+/// the window, the cross and the end of the window close it; the arrow keys lead on in the list
+/// that had the focus, else to the siblings of the selection. Main thread.
 class PreviewPanel : public QWidget
 {
     Q_OBJECT
@@ -69,8 +70,10 @@ private:
     void selectSibling(int step);
     bool scrollByKey(int key);
     void followSelection();
+    bool takesKey(const QObject& watched, QEvent& event);
 
     AppState& m_state;
+    QPointer<PanelShadow> m_shadow;
     ElidedLabel* m_name;
     Label* m_detail;
     QStackedLayout* m_pages = nullptr;

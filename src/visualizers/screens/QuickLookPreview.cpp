@@ -19,8 +19,24 @@ void QuickLookPreview::show(const FileNode& node)
 void QuickLookPreview::show(const FilePath& url)
 {
     m_url = url;
-    if (m_bringToFront) {
-        m_bringToFront();
+    if (m_panel != nullptr) {
+        m_panel->bringToFront();
+    }
+}
+
+void QuickLookPreview::toggle(const FileNode& node)
+{
+    if (m_panel != nullptr && m_panel->isOnShow() && m_url == node.path()) {
+        m_panel->closePanel();
+    } else {
+        show(node);
+    }
+}
+
+void QuickLookPreview::forgetPanel(const QuickLookPanel& panel)
+{
+    if (m_panel == &panel) {
+        m_panel = nullptr;
     }
 }
 

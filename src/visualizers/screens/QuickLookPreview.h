@@ -3,13 +3,22 @@
 
 #include "FilePath.h"
 
-#include <functional>
 #include <optional>
-#include <utility>
 
 namespace quorvane {
 
 class FileNode;
+
+/// What puts the file of the source in front of the person.
+class QuickLookPanel
+{
+public:
+    virtual ~QuickLookPanel() = default;
+
+    virtual void bringToFront() = 0;
+    virtual void closePanel() = 0;
+    virtual bool isOnShow() const = 0;
+};
 
 /// What the preview panel shows, one for the whole program: the source of the panel's data. Main
 /// thread.
@@ -22,18 +31,23 @@ public:
     void show(const FileNode& node);
     void show(const FilePath& url);
 
+    /// Closes the panel that shows this node already, else shows the node.
+    void toggle(const FileNode& node);
+
     const std::optional<FilePath>& url() const { return m_url; }
     /// 1 with a stored path, else 0.
     int numberOfPreviewItems() const { return m_url ? 1 : 0; }
 
-    /// The panel that follows the source; an empty function when it goes.
-    void setPanel(std::function<void()> bringToFront) { m_bringToFront = std::move(bringToFront); }
+    /// The panel that follows the source from now on. It outlives that, or is forgotten.
+    void setPanel(QuickLookPanel& panel) { m_panel = &panel; }
+    /// A panel that follows the source no longer does; any other one stays.
+    void forgetPanel(const QuickLookPanel& panel);
 
 private:
     QuickLookPreview() = default;
 
     std::optional<FilePath> m_url;
-    std::function<void()> m_bringToFront;
+    QuickLookPanel* m_panel = nullptr;
 };
 
 } // namespace quorvane

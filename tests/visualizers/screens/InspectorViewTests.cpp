@@ -3,8 +3,10 @@
 
 #include "CanvasFixture.h"
 #include "DiskTree.h"
+#include "FaultyFileSystemCalls.h"
 #include "InspectorRows.h"
 #include "PathText.h"
+#include "Theme.h"
 #include "Tile.h"
 
 #include <QIcon>
@@ -232,10 +234,81 @@ TEST_F(InspectorOnDiskTests, AFolderTellsItsCreationOnlyWhenItIsEmpty)
     EXPECT_TRUE(tellsCreation("full/file"));
 }
 
+TEST_F(InspectorOnDiskTests, ALinkTellsOfItself)
+{
+    m_disk.symbolicLink("nowhere", "full/link");
+    test::TreeTextOptions options;
+    options.rootPath = m_disk.root();
+    m_tree = test::treeFromText("full/\n  link@ 12\n", options);
+    m_state.rootNode = m_tree->rootPointer();
+    m_state.select(node("full/link"));
+    settle();
+    EXPECT_EQ(text("inspectorName"), QStringLiteral("link"));
+    EXPECT_EQ(text("inspectorKind"), QStringLiteral("Symbolic Link"));
+    EXPECT_EQ(m_host.findChild<PathText*>()->toPlainText(), m_disk.path("full/link").displayText());
+    const QStringList rows = rowsOf("inspectorFacts");
+    EXPECT_EQ(rows.value(0), QStringLiteral("Size=12 B"));
+    EXPECT_TRUE(rows.contains(QStringLiteral("Share of parent=100.0%")));
+    EXPECT_FALSE(isShown("largestInside"));
+    if (m_state.creationDate(*node("full/link"))) {
+        EXPECT_TRUE(tellsCreation("full/link")) << "its own, for its target is not there";
+    }
+}
+
 TEST_F(InspectorOnDiskTests, WhatFailsToTellItsCreationHasNoSuchRow)
 {
     m_disk.remove("full/file");
     EXPECT_FALSE(tellsCreation("full/file"));
+}
+
+/// Over a file system that counts.
+class InspectorReadingTests : public testing::Test
+{
+protected:
+    int readings() { return m_calls.count(FaultyFileSystemCalls::Call::creationDate); }
+
+    FaultyFileSystemCalls m_calls;
+    FakePlatform m_platform{FilePath("/"), m_calls};
+    AppState m_state{m_platform.platform()};
+    QWidget m_host;
+    InspectorView m_view{m_state, &m_host};
+};
+
+TEST_F(InspectorReadingTests, ABatchOnItsWayReadsNothing)
+{
+    const auto tree = test::treeFromText("file 20\nother 10\n");
+    m_state.rootNode = tree->rootPointer();
+    m_state.select(NodePointer(tree->rootPointer(), &test::nodeAt(tree->root(), "file")));
+    m_state.setInspectorVisible(true);
+    m_host.show();
+    ASSERT_TRUE(waitFor([this] { return m_view.isVisible() && readings() > 0; }));
+    QCoreApplication::processEvents();
+    const int before = readings();
+    const auto* const stage = m_host.findChild<ActionTile*>(QStringLiteral("inspectorStage"));
+    m_state.toggleStaged(m_state.selectedNode.value());
+    EXPECT_TRUE(waitFor([stage] { return stage->text() == QStringLiteral("Unstage"); }));
+    for (const double done : {0.25, 0.5, 0.75, 1.0}) {
+        m_state.trashProgress = done;
+        QCoreApplication::processEvents();
+    }
+    EXPECT_EQ(readings(), before);
+    m_state.select(NodePointer(tree->rootPointer(), &test::nodeAt(tree->root(), "other")));
+    EXPECT_TRUE(waitFor([this, before] { return readings() > before; }));
+}
+
+TEST_F(InspectorViewTests, ALongNameLeavesTheActionsInTheirPlace)
+{
+    showTree("short 1\n" + std::string(200, 'n') + " 2\n");
+    select("short");
+    const int before = tile("inspectorStage").mapTo(&m_host, QPoint()).y();
+    select(std::string(200, 'n'));
+    settle();
+    const int after = tile("inspectorStage").mapTo(&m_host, QPoint()).y();
+    // Two lines of the name more, and those of the path.
+    const int lineHeight = typeMeasure(TextStyle::heading).lineHeight;
+    const auto* const path = m_host.findChild<PathText*>();
+    EXPECT_LE(after - before, 2 * lineHeight + path->height());
+    EXPECT_EQ(text("inspectorName"), QString(200, QLatin1Char('n')));
 }
 
 /// A theme of the desktop with one icon, a red square for folders.

@@ -9,12 +9,17 @@
 #include "MediaView.h"
 #include "PreviewSamples.h"
 #include "QuickLookPreview.h"
+#include "Theme.h"
+#include "WindowPreview.h"
 
 #include <QImage>
 #include <QLabel>
 #include <QListWidget>
 #include <QPlainTextEdit>
+#include <QPushButton>
 #include <QScrollBar>
+#include <QShortcut>
+#include <QTextBlock>
 
 namespace quorvane {
 namespace {
@@ -74,6 +79,7 @@ protected:
     DiskTree m_disk;
     QWidget m_window;
     InspectorView m_view{m_state, &m_window};
+    WindowPreview m_preview{m_state, &m_window};
 };
 
 TEST_F(PreviewPanelTests, SpaceOpensAndClosesIt)
@@ -241,6 +247,153 @@ TEST_F(PreviewPanelTests, AQuickFileShowsWithNoCardInBetween)
         return panel()->findChild<QPlainTextEdit*>()->toPlainText() == QLatin1String("second");
     }));
     EXPECT_FALSE(wasCard);
+}
+
+TEST_F(PreviewPanelTests, SpaceAndEscapeCloseItWithTheFocusBesideIt)
+{
+    QWidget beside(&m_window);
+    beside.setFocusPolicy(Qt::StrongFocus);
+    beside.setGeometry(0, 0, 20, 20);
+    beside.show();
+    int escapes = 0;
+    QShortcut zoomOut(QKeySequence(Qt::Key_Escape), &m_window);
+    QObject::connect(&zoomOut, &QShortcut::activated, &zoomOut, [&escapes] { ++escapes; });
+    for (const Qt::Key key : {Qt::Key_Space, Qt::Key_Escape}) {
+        ASSERT_TRUE(opens());
+        ASSERT_TRUE(panel()->isVisible());
+        beside.setFocus();
+        QTest::keyClick(&beside, key);
+        EXPECT_FALSE(panel()->isVisible()) << key;
+        EXPECT_TRUE(beside.hasFocus()) << key;
+    }
+    EXPECT_EQ(escapes, 0);
+    QTest::keyClick(&beside, Qt::Key_Escape);
+    EXPECT_EQ(escapes, 1) << "with no panel the key does what it did";
+}
+
+TEST_F(PreviewPanelTests, EscapeInAnotherWindowIsNotThePanels)
+{
+    QWidget other;
+    other.show();
+    ASSERT_TRUE(opens());
+    QTest::keyClick(&other, Qt::Key_Escape);
+    EXPECT_TRUE(panel()->isVisible());
+}
+
+TEST_F(PreviewPanelTests, WhoGoesOnBesideItKeepsTheKeyboard)
+{
+    QWidget beside(&m_window);
+    beside.setFocusPolicy(Qt::StrongFocus);
+    beside.show();
+    ASSERT_TRUE(opens());
+    EXPECT_TRUE(panel()->hasFocus());
+    beside.setFocus();
+    m_state.select(node("two.txt"));
+    ASSERT_TRUE(showsText("second"));
+    EXPECT_TRUE(beside.hasFocus());
+    QTest::keyClick(&beside, Qt::Key_Space);
+    EXPECT_FALSE(panel()->isVisible());
+}
+
+TEST_F(PreviewPanelTests, TheArrowsPassWhatIsHidden)
+{
+    test::TreeTextOptions options;
+    options.rootPath = m_disk.root();
+    m_tree = test::treeFromText("one.txt 30\nnode_modules/\n  a 20\ntwo.txt 10\n", options);
+    m_state.rootNode = m_tree->rootPointer();
+    m_state.select(node("one.txt"));
+    ASSERT_TRUE(opens());
+    QTest::keyClick(panel(), Qt::Key_Down);
+    EXPECT_EQ(m_state.selectedNode.value(), node("node_modules"));
+    m_state.setBloatFilters({{"Node.js", false}});
+    QTest::keyClick(panel(), Qt::Key_Down);
+    EXPECT_EQ(m_state.selectedNode.value(), node("two.txt")) << "from what is hidden to the next";
+    QTest::keyClick(panel(), Qt::Key_Up);
+    EXPECT_EQ(m_state.selectedNode.value(), node("one.txt"));
+    QTest::keyClick(panel(), Qt::Key_Up);
+    EXPECT_EQ(m_state.selectedNode.value(), node("one.txt")) << "the first one";
+    QTest::keyClick(panel(), Qt::Key_Down);
+    EXPECT_EQ(m_state.selectedNode.value(), node("two.txt"));
+}
+
+TEST_F(PreviewPanelTests, AFilmEndsWithItsWindow)
+{
+    m_disk.fileWithContents("one.txt", test::contentsOf("film.mp4"));
+    ASSERT_TRUE(opens());
+    const MediaPlayer& player = panel()->findChild<MediaView*>()->player();
+    ASSERT_TRUE(waitFor([&player] { return player.status().isPlaying; }));
+    m_window.close();
+    EXPECT_EQ(player.status(), MediaStatus{});
+    m_window.show();
+    EXPECT_FALSE(panel()->isVisible());
+    QApplication::setActiveWindow(&m_window);
+    EXPECT_TRUE(opens()) << "and opens again";
+    EXPECT_TRUE(panel()->isVisible());
+}
+
+TEST_F(PreviewPanelTests, ClicksBesideItPassItsShadow)
+{
+    ASSERT_TRUE(opens());
+    const QRect frame = panel()->geometry();
+    QPushButton below(&m_window);
+    below.setGeometry(0, 0, frame.left() + 20, m_window.height());
+    below.lower();
+    below.show();
+    const int middle = frame.center().y();
+    EXPECT_EQ(m_window.childAt(frame.left() - 1, middle), &below);
+    EXPECT_EQ(m_window.childAt(frame.left() - 20, middle), &below);
+    const QWidget* const inside = m_window.childAt(frame.left() + 1, middle);
+    EXPECT_TRUE(inside == panel() || panel()->isAncestorOf(inside));
+}
+
+TEST_F(PreviewPanelTests, TheShadowComesAndGoesWithIt)
+{
+    const auto grey = [this] {
+        const QRect frame = panel()->geometry();
+        const QImage image = m_window.grab().toImage();
+        return image.pixelColor(frame.left() - 4, frame.center().y()).lightness();
+    };
+    ASSERT_TRUE(opens());
+    const int shaded = grey();
+    QTest::keyClick(panel(), Qt::Key_Space);
+    EXPECT_LT(shaded, grey());
+}
+
+TEST_F(PreviewPanelTests, ALongLineIsBrokenAtTheWidthOfThePanel)
+{
+    m_disk.fileWithContents("one.txt", std::string(400, 'x'));
+    ASSERT_TRUE(opens());
+    const auto& text = *panel()->findChild<QPlainTextEdit*>();
+    EXPECT_GT(text.document()->firstBlock().layout()->lineCount(), 1);
+    EXPECT_EQ(text.horizontalScrollBar()->maximum(), 0);
+}
+
+TEST_F(PreviewPanelTests, TheTextLiesOnTheGroundOfThePanel)
+{
+    ASSERT_TRUE(opens());
+    const QImage image = panel()->grab().toImage();
+    const QColor ground = themeColor(ThemeColor::popover);
+    const auto& text = *panel()->findChild<QPlainTextEdit*>();
+    const QRect place(text.mapTo(panel(), QPoint()), text.size());
+    EXPECT_EQ(image.pixelColor(place.bottomLeft() + QPoint(40, -40)), ground);
+    EXPECT_EQ(image.pixelColor(place.bottomLeft() + QPoint(40, 4)), ground) << "below the text";
+    EXPECT_EQ(image.pixelColor(40, 4), ground) << "in the header";
+}
+
+TEST_F(PreviewPanelTests, ShowsAFileWhoseNameIsNotUtf8)
+{
+    const std::string name = "caf\xe9 <b>.txt";
+    m_disk.fileWithContents(name, "first");
+    test::TreeTextOptions options;
+    options.rootPath = m_disk.root();
+    m_tree = test::treeFromText(name + " 20\n", options);
+    m_state.rootNode = m_tree->rootPointer();
+    m_state.select(m_tree->rootPointer());
+    m_state.select(NodePointer(m_tree->rootPointer(), &m_tree->root().children()[0]));
+    QTest::keyClick(&m_window, Qt::Key_Space);
+    ASSERT_TRUE(showsText("first"));
+    EXPECT_EQ(QuickLookPreview::shared().url(), m_disk.path(name));
+    EXPECT_TRUE(tells(QStringLiteral("caf\uFFFD <b>.txt")));
 }
 
 } // namespace
