@@ -10,6 +10,7 @@ packages_build=(
     libglib2.0-dev              # GIO: the Trash
     libheif-dev                 # previews of HEIC and AVIF pictures
     qt6-multimedia-dev          # previews of sound and film
+    libavutil-dev               # how much their decoders print
     qt6-pdf-dev                 # previews of PDF files
     zlib1g-dev                  # previews of packed drawings
     libssl-dev                  # SHA-256

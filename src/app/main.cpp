@@ -4,6 +4,7 @@
 #include "DialogFolderChooser.h"
 #include "FileSystemCalls.h"
 #include "JsonPreferences.h"
+#include "MediaLog.h"
 #include "QuorvaneApp.h"
 #include "StartArguments.h"
 #include "Theme.h"
@@ -106,6 +107,7 @@ int main(int argc, char** argv)
     }
     raiseDescriptorLimit();
     prepareTextRendering();
+    quietMediaLog();
     QApplication application(argc, argv);
     const StartArguments arguments = readArguments(argc, argv);
     if (const std::optional<int> code = answer(arguments)) {
