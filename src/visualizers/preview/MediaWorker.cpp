@@ -8,6 +8,7 @@
 #include <QAudioDevice>
 #include <QAudioOutput>
 #include <QMediaDevices>
+#include <QMediaMetaData>
 #include <QTransform>
 #include <QUrl>
 #include <QVideoFrame>
@@ -17,6 +18,24 @@
 #include <utility>
 
 namespace quorvane {
+namespace {
+
+/// Whether every film in the file says how fast it runs. The decoder divides by that as soon as it
+/// has somewhere to show the film, and ends the process where it is missing: in a damaged stream,
+/// or in the cover of a piece of music.
+bool tellsFrameRate([[maybe_unused]] const QMediaPlayer& player)
+{
+#ifdef QUORVANE_USES_FFMPEG
+    const QList<QMediaMetaData> films = player.videoTracks();
+    return std::all_of(films.begin(), films.end(), [](const QMediaMetaData& film) {
+        return film.value(QMediaMetaData::VideoFrameRate).toReal() > 0;
+    });
+#else
+    return true;
+#endif
+}
+
+} // namespace
 
 /// Everything of one file, in the order in which it is needed: the player goes first.
 struct MediaWorker::Playback
@@ -58,7 +77,6 @@ void MediaWorker::open(int run, const FilePath& path, const std::shared_ptr<cons
 void MediaWorker::begin()
 {
     QMediaPlayer& player = m_playback->player;
-    player.setVideoOutput(&m_playback->sink);
     // Without a device an output of sound brings the decoder down.
     if (!QMediaDevices::defaultAudioOutput().isNull()) {
         m_playback->audio = std::make_unique<QAudioOutput>();
@@ -95,13 +113,16 @@ void MediaWorker::judge(QMediaPlayer::MediaStatus status)
     if (status == QMediaPlayer::InvalidMedia) {
         fail();
     } else if (status == QMediaPlayer::LoadedMedia || status == QMediaPlayer::BufferedMedia) {
-        m_status.hasFilm = player.hasVideo();
+        m_status.hasFilm = player.hasVideo() && tellsFrameRate(player);
         m_status.hasSound = player.hasAudio() && m_playback->audio;
         if (!m_status.hasFilm && !m_status.hasSound) {
             fail();
             return;
         }
         m_status.phase = MediaStatus::Phase::ready;
+        if (m_status.hasFilm) {
+            m_playback->player.setVideoOutput(&m_playback->sink);
+        }
         m_playback->player.play();
         tell();
     }

@@ -122,6 +122,15 @@ TEST_F(MediaTests, ASoundPlaysWhereItCanBeHeard)
     EXPECT_FALSE(m_player.status().hasFilm);
 }
 
+TEST_F(MediaTests, AFilmWithoutAFrameRateIsNotShown)
+{
+    // The beginning of one picture in H.263, 176 x 144, and nothing that could be told from it.
+    m_disk.fileWithContents("film.mov",
+                            std::string("\0\0\x80\x02\x08", 5) + std::string(2000, '\x0f'));
+    EXPECT_EQ(phaseOf(m_disk.path("film.mov")), Phase::failed);
+    EXPECT_FALSE(m_player.status().hasFilm);
+}
+
 TEST_F(MediaTests, FailsForWhatIsBroken)
 {
     const std::string whole = test::contentsOf("film.mp4");
