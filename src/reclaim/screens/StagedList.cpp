@@ -5,6 +5,7 @@
 #include "Painting.h"
 #include "Symbols.h"
 #include "Tokens.h"
+#include "ToolTip.h"
 
 #include <QHelpEvent>
 #include <QKeyEvent>
@@ -12,7 +13,6 @@
 #include <QPainter>
 #include <QScrollBar>
 #include <QStyledItemDelegate>
-#include <QToolTip>
 
 #include <algorithm>
 #include <utility>
@@ -271,11 +271,11 @@ bool StagedList::viewportEvent(QEvent* event)
         const auto* const help = static_cast<QHelpEvent*>(event);
         const QModelIndex index = indexAt(help->pos());
         if (index.isValid()) {
-            QToolTip::showText(help->globalPos(),
-                               buttonAt(help->pos()) >= 0
-                                   ? tr("Unstage")
-                                   : index.data(StagedModel::pathRole).toString(),
-                               viewport());
+            showPlainToolTip(help->globalPos(),
+                             buttonAt(help->pos()) >= 0
+                                 ? tr("Unstage")
+                                 : index.data(StagedModel::pathRole).toString(),
+                             viewport());
             return true;
         }
     }

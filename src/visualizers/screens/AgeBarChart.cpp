@@ -7,6 +7,7 @@
 #include "Painting.h"
 #include "ShapePainting.h"
 #include "Tokens.h"
+#include "ToolTip.h"
 
 #include <QHelpEvent>
 #include <QPainter>
@@ -124,7 +125,7 @@ bool AgeBarChart::event(QEvent* event)
     for (std::size_t i = 0; i < m_buckets.size(); ++i) {
         const QRectF bar = barOf(i);
         if (help->pos().x() >= bar.left() && help->pos().x() < bar.right() + barGap) {
-            QToolTip::showText(help->globalPos(), textOf(m_buckets[i]), this);
+            showPlainToolTip(help->globalPos(), textOf(m_buckets[i]), this);
             return true;
         }
     }
