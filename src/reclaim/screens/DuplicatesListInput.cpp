@@ -2,6 +2,7 @@
 #include "DuplicatesList.h"
 
 #include "DuplicatesAccessibility.h"
+#include "Painting.h"
 
 #include <QCursor>
 #include <QHelpEvent>
@@ -18,11 +19,22 @@ namespace {
 
 using Kind = DuplicateRow::Kind;
 
+constexpr int longestToolTipLine = 420;
+
 bool isPressKey(const QKeyEvent& event)
 {
     const bool isKey = event.key() == Qt::Key_Return || event.key() == Qt::Key_Enter ||
                        event.key() == Qt::Key_Space || event.key() == Qt::Key_Select;
     return isKey && !event.isAutoRepeat();
+}
+
+/// A sentence too long for one line as a paragraph; nothing in it is taken for markup.
+QString wrappedToolTip(const QString& text)
+{
+    const bool isLong = textWidth(TextStyle::caption, text) > longestToolTipLine;
+    return isLong || Qt::mightBeRichText(text)
+               ? QString(QStringLiteral("<qt>") % text.toHtmlEscaped() % QStringLiteral("</qt>"))
+               : text;
 }
 
 } // namespace
@@ -257,10 +269,7 @@ bool DuplicatesList::viewportEvent(QEvent* event)
         setHovered(std::nullopt);
     } else if (event->type() == QEvent::ToolTip) {
         const auto* const help = static_cast<QHelpEvent*>(event);
-        // A path is plain text, whatever it looks like.
-        const QString text = toolTipAt(help->pos());
-        QToolTip::showText(help->globalPos(),
-                           Qt::mightBeRichText(text) ? text.toHtmlEscaped() : text, viewport());
+        QToolTip::showText(help->globalPos(), wrappedToolTip(toolTipAt(help->pos())), viewport());
         return true;
     }
     return QAbstractScrollArea::viewportEvent(event);
