@@ -43,5 +43,7 @@ set(CPACK_DEBIAN_PACKAGE_SECTION utils)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
 # Loaded at run time, so that no library dependency tells of it.
 set(CPACK_DEBIAN_PACKAGE_DEPENDS "qt6-qpa-plugins")
-set(CPACK_DEBIAN_PACKAGE_RECOMMENDS "fonts-inter")
+# The typeface, and previews of WebP and TIFF pictures. What decodes HEIC, PDF, sound and film comes
+# with the libraries that we link.
+set(CPACK_DEBIAN_PACKAGE_RECOMMENDS "fonts-inter, qt6-image-formats-plugins")
 include(CPack)

@@ -9,11 +9,15 @@ packages_build=(
     qt6-svg-dev libqt6svg6      # symbols are SVG: the library, and its plugin for icons
     libglib2.0-dev              # GIO: the Trash
     libssl-dev                  # SHA-256
+    libheif-dev                 # previews of HEIC and AVIF pictures
+    qt6-multimedia-dev          # previews of sound and film
+    qt6-pdf-dev                 # previews of PDF files
     bootstrap-icons fonts-inter # symbols compiled in, the typeface of the interface
     libgtest-dev libgmock-dev   # configuring looks for GoogleTest
 )
 packages_test=(
     desktop-file-utils appstream # validators of the desktop entry and the metainfo
+    libglib2.0-bin gvfs-daemons gvfs dbus-daemon # gio and its Trash service: a second look at ours
 )
 packages_window=(
     xvfb openbox         # a display and a window manager where there is none

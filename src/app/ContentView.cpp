@@ -92,9 +92,23 @@ void ContentView::refresh()
                                 ? static_cast<QWidget*>(promptFor(section))
                                 : screenFor(section);
     if (screen != nullptr) {
-        m_stack->setCurrentWidget(screen);
+        show(*screen);
     }
     window()->setWindowTitle(title(section));
+}
+
+/// A screen that is shown for the first time takes the focus itself, not with whatever button comes
+/// first on it: a key must not set off what the user has not looked at yet.
+void ContentView::show(QWidget& screen)
+{
+    const QWidget* const before = m_stack->currentWidget();
+    const bool wasThere =
+        before != nullptr && before != &screen && before->isAncestorOf(window()->focusWidget());
+    const bool isNew = screen.focusWidget() == nullptr;
+    m_stack->setCurrentWidget(&screen);
+    if (wasThere && isNew) {
+        screen.setFocus(Qt::OtherFocusReason);
+    }
 }
 
 } // namespace quorvane

@@ -43,6 +43,7 @@ private:
     QWidget* screenFor(AppSection section);
     NoScanPromptView* promptFor(AppSection section);
     void refresh();
+    void show(QWidget& screen);
 
     AppState& m_state;
     const SectionScreens& m_sections;

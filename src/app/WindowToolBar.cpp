@@ -46,6 +46,11 @@ void WindowToolBar::makeLeadingItems()
     m_sidebarToggle = new ToolButton(QStringLiteral("sidebar.left"), {}, this);
     m_sidebarToggle->setObjectName(QStringLiteral("sidebarToggle"));
     connect(m_sidebarToggle, &QAbstractButton::clicked, this, &WindowToolBar::sidebarToggled);
+    m_back = makeAction(QStringLiteral("chevron.left"), {}, QStringLiteral("backButton"),
+                        [](AppState& state) { state.section = AppSection::analysis; });
+    m_back->setAccessibleName(tr("Back to Analysis"));
+    m_back->setToolTip(tr("Back to Analysis (Alt+Left)"));
+    m_back->setShortcut(Qt::ALT | Qt::Key_Left);
     m_title = new Label({}, TextStyle::strong, ThemeColor::text1, this);
     m_title->setObjectName(QStringLiteral("sectionTitle"));
 }
@@ -105,6 +110,7 @@ void WindowToolBar::layOut()
     row->setContentsMargins(spacing::m, 0, spacing::l, 1);
     row->setSpacing(0);
     row->addWidget(m_sidebarToggle);
+    row->addWidget(m_back);
     row->addSpacing(spacing::s);
     row->addWidget(m_title);
     row->addSpacing(spacing::l);
@@ -131,6 +137,8 @@ void WindowToolBar::refresh()
     const AppSection section = m_state.section.value();
     const bool isAnalysis = section == AppSection::analysis;
     m_title->setText(title(section));
+    m_back->setVisible(!isAnalysis && section != AppSection::settings &&
+                       (m_state.hasScan() || m_state.isScanning.value()));
     m_rescan->setVisible(m_state.hasScan());
     m_zoomOut->setVisible(isAnalysis && m_state.focusNode.value() != nullptr);
     m_details->setVisible(isAnalysis && m_state.hasScan());

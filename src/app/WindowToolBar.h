@@ -52,6 +52,8 @@ private:
 
     AppState& m_state;
     ToolButton* m_sidebarToggle = nullptr;
+    /// From a tool to the picture of the scan, which the tools have been opened from.
+    ToolButton* m_back = nullptr;
     Label* m_title = nullptr;
     SegmentedPicker* m_picker = nullptr;
     std::vector<VisualizerType> m_pickerTypes;

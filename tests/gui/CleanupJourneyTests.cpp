@@ -81,6 +81,20 @@ TEST_F(CleanupJourney, TheStagingKeyTogglesTheSelection)
     EXPECT_TRUE(state().stagedNodes.value().empty());
 }
 
+TEST_F(CleanupJourney, TheFocusDoesNotFallOnTheRedButton)
+{
+    select("Documents");
+    state().stageSelection();
+    window().findChild<QWidget*>(QStringLiteral("treemapView"))->setFocus();
+    state().section = AppSection::cleanup;
+    ASSERT_TRUE(waitUntilShown("moveToTrashButton"));
+    EXPECT_EQ(window().focusWidget(), find("cleanupView"));
+    find("moveToTrashButton")->setFocus();
+    state().unstage(*state().stagedNodes.value().front());
+    ASSERT_TRUE(waitUntilShown("cleanupEmpty"));
+    EXPECT_EQ(window().focusWidget(), find("cleanupView"));
+}
+
 TEST_F(CleanupJourney, TheDetailsButtonShowsAndHidesThePanel)
 {
     EXPECT_FALSE(isShown("inspectorView"));

@@ -98,7 +98,7 @@ protected:
     }
 
     DiskTree m_disk;
-    Gate m_gate;
+    Gate m_gate{Gate::State::open};
     FaultyFileSystemCalls m_calls;
     FakePlatform m_platform{m_disk.path("home"), m_calls};
     std::unique_ptr<QuorvaneApp> m_program;

@@ -18,7 +18,7 @@ protected:
         state().scanHome();
         ASSERT_TRUE(waitUntilShown("scanProgressView"));
         // The scanner's own first report must not come behind the test's.
-        ASSERT_TRUE(waitFor([this] { return m_gate.holdsSomebody(); }));
+        ASSERT_TRUE(waitFor([this] { return m_gate.hasVisitor(); }));
         settle();
     }
 

@@ -180,6 +180,28 @@ TEST_F(Sections, CommandsOfASectionComeWithItsScreen)
     EXPECT_EQ(state().section.value(), AppSection::cleanup);
 }
 
+TEST_F(Sections, TheBackButtonLeadsFromAToolToTheScanWithoutLosingIt)
+{
+    start();
+    EXPECT_FALSE(isShown("backButton"));
+    scanHome();
+    EXPECT_FALSE(isShown("backButton"));
+    const NodePointer root = state().rootNode.value();
+    state().toggleStaged(state().share(root->largestChild()));
+    state().section = AppSection::cleanup;
+    ASSERT_TRUE(waitUntilShown("backButton"));
+    EXPECT_EQ(find("backButton")->toolTip(), QStringLiteral("Back to Analysis (Alt+Left)"));
+    QTest::keyClick(&window(), Qt::Key_Left, Qt::AltModifier);
+    ASSERT_TRUE(waitFor([this] { return state().section.value() == AppSection::analysis; }));
+    EXPECT_EQ(state().rootNode.value(), root);
+    EXPECT_EQ(state().stagedNodes.value().size(), 1U);
+    state().section = AppSection::cleanup;
+    ASSERT_TRUE(waitUntilShown("backButton"));
+    click("backButton");
+    EXPECT_EQ(state().section.value(), AppSection::analysis);
+    EXPECT_EQ(state().rootNode.value(), root);
+}
+
 TEST_F(Sections, TheSettingsButtonOpensAndClosesThem)
 {
     startWith({AppSection::settings, AppSection::monitor});

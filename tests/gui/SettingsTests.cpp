@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "AppVersion.h"
+#include "Button.h"
 #include "Label.h"
+#include "NavigationRow.h"
 #include "ProgramFixture.h"
 #include "SegmentedPicker.h"
 #include "SettingsChoices.h"
@@ -9,6 +11,8 @@
 #include "Theme.h"
 
 #include <QLabel>
+
+#include <string>
 
 namespace quorvane {
 namespace {
@@ -50,6 +54,51 @@ TEST_F(Settings, OpenOnTheGeneralPage)
     const std::unique_ptr<QWidget> page(makeGeneralPage(true));
     EXPECT_TRUE(
         labels(*page).contains(QStringLiteral("Press ⌘⇧Space in any app for floating search.")));
+}
+
+TEST_F(Settings, ListTheirCategories)
+{
+    const struct
+    {
+        const char* title;
+        const char* symbol;
+    } categories[] = {{"General", "gearshape"},
+                      {"Appearance", "paintpalette"},
+                      {"About Quorvane", "info.circle"}};
+    int number = 0;
+    for (const auto& category : categories) {
+        const std::string name = "settingsCategory." + std::to_string(number++);
+        auto* const row = find<NavigationRow>(name.c_str());
+        EXPECT_EQ(row->text(), QLatin1String(category.title));
+        EXPECT_EQ(row->symbol(), QLatin1String(category.symbol));
+    }
+    EXPECT_TRUE(labels(*find("settingsView")).contains(QStringLiteral("Settings")));
+    auto* const close = find<ToolButton>("closeSettingsButton");
+    EXPECT_EQ(close->toolTip(), QStringLiteral("Close Settings (Esc)"));
+    EXPECT_EQ(close->symbol(), QStringLiteral("xmark"));
+}
+
+TEST_F(Settings, NameWhatCanBeChosen)
+{
+    showAppearance();
+    const QStringList texts = labels(*find("settingsAppearance"));
+    for (const char* const title : {"Theme", "Accent color", "Palette"}) {
+        EXPECT_TRUE(texts.contains(QLatin1String(title))) << title;
+    }
+    const auto* const picker = find<SegmentedPicker>("themePicker");
+    EXPECT_EQ(picker->segment(0)->text(), QStringLiteral("System"));
+    EXPECT_EQ(picker->segment(1)->text(), QStringLiteral("Light"));
+    EXPECT_EQ(picker->segment(2)->text(), QStringLiteral("Dark"));
+    for (const char* const accent : {"blue", "purple", "teal", "orange", "pink", "green"}) {
+        const std::string name = std::string("accentSwatch.") + accent;
+        EXPECT_EQ(find<AccentSwatch>(name.c_str())->text().toLower(), QLatin1String(accent));
+    }
+    for (const AppPalette palette : allAppPalettes) {
+        const std::string name = "paletteRow." + std::string(rawValue(palette));
+        auto* const row = find<PaletteRow>(name.c_str());
+        EXPECT_EQ(row->text(), title(palette));
+        EXPECT_EQ(row->accessibleDescription(), subtitle(palette));
+    }
 }
 
 TEST_F(Settings, EscapeAndTheCrossLeadBack)
@@ -105,6 +154,10 @@ TEST_F(Settings, AboutTellsTheVersion)
     ASSERT_TRUE(waitUntilShown("settingsAbout"));
     EXPECT_TRUE(labels(*find("settingsAbout"))
                     .contains(QStringLiteral("See what is taking up space on your Mac.")));
+    EXPECT_STREQ(AppVersion::string, "1.2.0");
+    EXPECT_STREQ(AppVersion::build, "1");
+    EXPECT_EQ(find<QLabel>("versionText")->text(), QStringLiteral("1.2.0"));
+    EXPECT_TRUE(labels(*find("settingsAbout")).contains(QStringLiteral("Version")));
     EXPECT_EQ(shownVersion(QString()), QLatin1String(AppVersion::string));
     EXPECT_EQ(shownVersion(QStringLiteral("$(VERSION)")), QLatin1String(AppVersion::string));
     EXPECT_EQ(shownVersion(QStringLiteral("3.0")), QStringLiteral("3.0"));

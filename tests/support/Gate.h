@@ -6,10 +6,16 @@
 
 namespace quorvane {
 
-/// Holds threads up until it is opened. Any thread.
+/// Holds threads up until it is opened; closed at first unless made otherwise. Any thread.
 class Gate
 {
 public:
+    enum class State { closed, open };
+
+    explicit Gate(State state = State::closed)
+        : m_isOpen(state == State::open)
+    {}
+
     /// Returns once the gate is open.
     void pass()
     {
@@ -20,19 +26,8 @@ public:
         --m_waiting;
     }
 
-    void open()
-    {
-        const std::lock_guard guard(m_lock);
-        m_isOpen = true;
-        m_changed.notify_all();
-    }
-
-    /// Who comes from now on has to wait again.
-    void close()
-    {
-        const std::lock_guard guard(m_lock);
-        m_isOpen = false;
-    }
+    void open() { set(true); }
+    void close() { set(false); }
 
     /// Returns once a thread waits at the gate.
     void awaitVisitor()
@@ -41,6 +36,7 @@ public:
         m_changed.wait(guard, [this] { return m_waiting > 0; });
     }
 
+    /// Whether a thread waits at the gate now.
     bool hasVisitor() const
     {
         const std::lock_guard guard(m_lock);
@@ -48,10 +44,17 @@ public:
     }
 
 private:
+    void set(bool isOpen)
+    {
+        const std::lock_guard guard(m_lock);
+        m_isOpen = isOpen;
+        m_changed.notify_all();
+    }
+
     mutable std::mutex m_lock;
     std::condition_variable m_changed;
     int m_waiting = 0;
-    bool m_isOpen = false;
+    bool m_isOpen;
 };
 
 } // namespace quorvane

@@ -171,6 +171,10 @@ void CleanupView::refreshQueue()
     const bool isEmpty = staged.empty();
     if (isEmpty) {
         setConfirmTrash(false);
+        if (isAncestorOf(window()->focusWidget())) {
+            // The button and the list are about to go; the focus stays on this screen.
+            setFocus(Qt::OtherFocusReason);
+        }
     }
     m_move->setVisible(!isEmpty);
     m_move->setText(tr("Move %1 to Trash").arg(staged.size()));

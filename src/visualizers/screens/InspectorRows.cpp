@@ -17,6 +17,7 @@ constexpr int dotSide = 8;
 constexpr int dotGap = 9;
 constexpr int plateSide = 44;
 constexpr int plateSymbol = 22;
+constexpr int plateIcon = 32;
 
 } // namespace
 
@@ -85,11 +86,23 @@ void SymbolPlate::setSymbol(const QString& symbol, const QColor& color)
     update();
 }
 
+void SymbolPlate::setIcon(const QIcon& icon)
+{
+    m_icon = icon;
+    update();
+}
+
 void SymbolPlate::paintEvent(QPaintEvent*)
 {
     QPainter painter(this);
     paintPanel(painter, rect(), radius::surface, themeColor(ThemeColor::raised),
                themeColor(ThemeColor::hairline));
+    if (!m_icon.isNull()) {
+        QRect place(0, 0, plateIcon, plateIcon);
+        place.moveCenter(rect().center());
+        m_icon.paint(&painter, place);
+        return;
+    }
     paintSymbol(painter, m_symbol, rect(), plateSymbol,
                 m_color.isValid() ? m_color : themeColor(ThemeColor::accentText));
 }

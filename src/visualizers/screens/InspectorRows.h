@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QColor>
+#include <QIcon>
 #include <QString>
 #include <QWidget>
 
@@ -36,7 +37,7 @@ private:
     Label* m_value;
 };
 
-/// A raised square, 44 wide, with a symbol.
+/// A raised square, 44 wide, with a symbol or an icon of the desktop's.
 class SymbolPlate : public QWidget
 {
     Q_OBJECT
@@ -45,6 +46,9 @@ public:
     explicit SymbolPlate(QWidget* parent = nullptr);
 
     void setSymbol(const QString& symbol, const QColor& color);
+    /// Shows in the symbol's place unless it is null.
+    void setIcon(const QIcon& icon);
+    const QIcon& icon() const { return m_icon; }
 
 protected:
     void paintEvent(QPaintEvent* event) override;
@@ -52,6 +56,7 @@ protected:
 private:
     QString m_symbol;
     QColor m_color;
+    QIcon m_icon;
 };
 
 } // namespace quorvane

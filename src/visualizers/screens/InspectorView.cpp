@@ -8,6 +8,7 @@
 #include "InspectorRows.h"
 #include "Label.h"
 #include "NodeColors.h"
+#include "NodeIcon.h"
 #include "PathText.h"
 #include "PreviewPanel.h"
 #include "QuickLookPreview.h"
@@ -133,6 +134,7 @@ QWidget* InspectorView::makeHeader()
     row->setContentsMargins(0, 0, 0, 0);
     row->setSpacing(headerGap);
     m_symbol = new SymbolPlate;
+    m_symbol->setObjectName(QStringLiteral("inspectorIcon"));
     row->addWidget(m_symbol, 0, Qt::AlignTop);
     auto* const words = new QVBoxLayout;
     words->setSpacing(0);
@@ -222,6 +224,7 @@ void InspectorView::showHeader(const FileNode& node)
     const bool hasColor = !node.isDirectory() && !node.isSymbolicLink();
     m_symbol->setSymbol(symbolOf(node),
                         hasColor ? toQColor(NodeColors::leafColor(node)) : QColor());
+    m_symbol->setIcon(themeIconOf(node));
     m_name->setText(node.displayName());
     m_kind->setText(kindOf(node));
     m_path->setPath(AppState::displayPath(node.path()));

@@ -7,7 +7,34 @@
 #include <QAction>
 #include <QPoint>
 
+#include <memory>
+
 namespace quorvane {
+
+namespace {
+
+/// Whether both belong to one tree. The model holds none when the first is null.
+bool isSameTree(const NodePointer& first, const NodePointer& second)
+{
+    return first && second && !first.owner_before(second) && !second.owner_before(first);
+}
+
+/// Acts on the node as long as its tree is the one on show: a menu stays open while a scan replaces
+/// it, and neither keeps the old tree alive nor reaches into it.
+template<class Act>
+void connectEntry(const QAction& entry, Menu& menu, AppState& state, const NodePointer& node,
+                  Act act)
+{
+    QObject::connect(&entry, &QAction::triggered, &menu,
+                     [&state, weak = std::weak_ptr<FileNode>(node), act] {
+                         const NodePointer current = weak.lock();
+                         if (isSameTree(current, state.rootNode.value())) {
+                             act(current);
+                         }
+                     });
+}
+
+} // namespace
 
 void popUpNodeContextMenu(AppState& state, const NodePointer& node, QWidget& owner,
                           const QPoint& globalPosition)
@@ -25,15 +52,18 @@ void popUpNodeContextMenu(AppState& state, const NodePointer& node, QWidget& own
         isStaged ? QStringLiteral("Unstage from Cleanup") : QStringLiteral("Stage for Cleanup"));
     stage->setObjectName(QStringLiteral("stageAction"));
     stage->setEnabled(!root || node->id() != root->id());
-    QObject::connect(stage, &QAction::triggered, menu,
-                     [&state, node] { state.toggleStaged(node); });
-    const QAction* const reveal =
+    connectEntry(*stage, *menu, state, node,
+                 [&state](const NodePointer& shown) { state.toggleStaged(shown); });
+    QAction* const reveal =
         menu->addItem(QStringLiteral("folder"), QStringLiteral("Reveal in Finder"));
-    QObject::connect(reveal, &QAction::triggered, menu,
-                     [&state, node] { state.revealInFinder(*node); });
-    const QAction* const open =
+    reveal->setObjectName(QStringLiteral("revealAction"));
+    connectEntry(*reveal, *menu, state, node,
+                 [&state](const NodePointer& shown) { state.revealInFinder(*shown); });
+    QAction* const open =
         menu->addItem(QStringLiteral("arrow.up.right.square"), QStringLiteral("Open"));
-    QObject::connect(open, &QAction::triggered, menu, [&state, node] { state.openInApp(*node); });
+    open->setObjectName(QStringLiteral("openAction"));
+    connectEntry(*open, *menu, state, node,
+                 [&state](const NodePointer& shown) { state.openInApp(*shown); });
     menu->popup(globalPosition);
 }
 

@@ -3,27 +3,35 @@
 
 #include "AppState.h"
 #include "Button.h"
+#include "ByteFormatter.h"
+#include "DocumentView.h"
 #include "EmptyState.h"
 #include "InspectorFacts.h"
 #include "Label.h"
+#include "MediaView.h"
 #include "Painting.h"
+#include "PictureView.h"
 #include "QuickLookPreview.h"
 #include "Refresher.h"
 #include "Text.h"
 #include "Tokens.h"
 
+#include <QAbstractItemView>
 #include <QApplication>
 #include <QFontDatabase>
 #include <QHBoxLayout>
 #include <QKeyEvent>
 #include <QPainter>
 #include <QPlainTextEdit>
+#include <QScrollBar>
 #include <QStackedLayout>
 #include <QTextDocument>
 #include <QVBoxLayout>
 
+#include <chrono>
 #include <cstddef>
 #include <optional>
+#include <utility>
 
 namespace quorvane {
 namespace {
@@ -31,65 +39,50 @@ namespace {
 constexpr int headerHeight = 44;
 constexpr int panelMargin = 48;
 constexpr QSize largestPanel{960, 760};
+constexpr int shadowDrop = 8;
+constexpr int shadowBlur = 24;
+/// Room for the shadow around what looks like the panel.
+constexpr int shadowRoom = shadowBlur + shadowDrop;
+/// A reading that takes longer shows the summary meanwhile.
+constexpr std::chrono::milliseconds summaryDelay{150};
+
+bool isArrow(int key)
+{
+    return key == Qt::Key_Up || key == Qt::Key_Down || key == Qt::Key_Left || key == Qt::Key_Right;
+}
 
 bool isPanelKey(int key)
 {
-    return key == Qt::Key_Space || key == Qt::Key_Escape || key == Qt::Key_Up ||
-           key == Qt::Key_Down || key == Qt::Key_Left || key == Qt::Key_Right;
+    return key == Qt::Key_Space || key == Qt::Key_Escape || isArrow(key);
+}
+
+/// "Folder · 4.0 KB"
+QString summaryOf(const FileNode& node)
+{
+    return kindOf(node) % QStringLiteral(" · ") % node.formattedBytes();
 }
 
 } // namespace
-
-class PreviewPanel::PictureView : public QWidget
-{
-public:
-    void setPicture(const QImage& picture)
-    {
-        m_picture = picture;
-        update();
-    }
-
-protected:
-    void paintEvent(QPaintEvent*) override
-    {
-        QPainter painter(this);
-        painter.setRenderHint(QPainter::SmoothPixmapTransform);
-        const QSizeF natural = m_picture.size() / devicePixelRatioF();
-        QSizeF shown = natural;
-        if (natural.width() > width() || natural.height() > height()) {
-            shown = natural.scaled(size(), Qt::KeepAspectRatio);
-        }
-        QRectF place(QPointF(), shown);
-        place.moveCenter(QRectF(rect()).center());
-        painter.drawImage(place, m_picture);
-    }
-
-private:
-    QImage m_picture;
-};
 
 PreviewPanel::PreviewPanel(AppState& state, QWidget* window)
     : QWidget(window)
     , m_state(state)
     , m_name(new ElidedLabel({}, Qt::ElideMiddle, TextStyle::strong))
+    , m_detail(new Label({}, TextStyle::caption, ThemeColor::text2))
     , m_summary(new EmptyState({}, {}, {}))
     , m_picture(new PictureView)
     , m_text(new QPlainTextEdit)
+    , m_document(new DocumentView(state.jobs()))
 {
     setObjectName(QStringLiteral("previewPanel"));
     setAccessibleName(tr("Quick Look"));
     setFocusPolicy(Qt::StrongFocus);
     hide();
-    m_text->setObjectName(QStringLiteral("previewText"));
-    m_text->setAccessibleName(tr("Contents"));
-    m_text->setReadOnly(true);
-    m_text->setFrameShape(QFrame::NoFrame);
-    m_text->setFocusPolicy(Qt::ClickFocus);
-    m_text->setLineWrapMode(QPlainTextEdit::NoWrap);
-    m_text->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
-    m_text->document()->setDocumentMargin(spacing::l);
-    m_text->installEventFilter(this);
+    setUpText();
     layOut();
+    m_summaryDelay.setSingleShot(true);
+    connect(&m_summaryDelay, &QTimer::timeout, this, &PreviewPanel::showSummary);
+    connect(m_document, &DocumentView::currentPageChanged, this, &PreviewPanel::showDetail);
     window->installEventFilter(this);
     QuickLookPreview::shared().setPanel([this] { bringToFront(); });
     auto* const refresher = new Refresher(this, [this] { followSelection(); });
@@ -99,34 +92,75 @@ PreviewPanel::PreviewPanel(AppState& state, QWidget* window)
 PreviewPanel::~PreviewPanel()
 {
     QuickLookPreview::shared().setPanel({});
+    stopReading();
     if (m_reading) {
         m_reading->cancel();
     }
 }
 
-void PreviewPanel::layOut()
+void PreviewPanel::setUpText()
+{
+    m_text->setObjectName(QStringLiteral("previewText"));
+    m_text->setAccessibleName(tr("Contents"));
+    m_text->setReadOnly(true);
+    m_text->setFrameShape(QFrame::NoFrame);
+    m_text->setFocusPolicy(Qt::ClickFocus);
+    m_text->setLineWrapMode(QPlainTextEdit::NoWrap);
+    m_text->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
+    m_text->document()->setDocumentMargin(spacing::l);
+    m_text->installEventFilter(this);
+}
+
+QWidget* PreviewPanel::makeHeader()
 {
     auto* const header = new QWidget;
     header->setFixedHeight(headerHeight);
     auto* const row = new QHBoxLayout(header);
     row->setContentsMargins(spacing::l, 0, spacing::s, 0);
+    row->setSpacing(spacing::m);
     row->addWidget(m_name, 1);
+    m_detail->setObjectName(QStringLiteral("previewDetail"));
+    row->addWidget(m_detail);
     auto* const close = new ToolButton(QStringLiteral("xmark"), tr("Close Preview (Space)"));
     close->setObjectName(QStringLiteral("closePreviewButton"));
     connect(close, &QAbstractButton::clicked, this, &PreviewPanel::closePanel);
     row->addWidget(close);
+    return header;
+}
 
+void PreviewPanel::layOut()
+{
     auto* const body = new QWidget;
     m_pages = new QStackedLayout(body);
     m_pages->addWidget(m_summary);
     m_pages->addWidget(m_picture);
     m_pages->addWidget(m_text);
+    m_pages->addWidget(m_document);
     auto* const column = new QVBoxLayout(this);
-    column->setContentsMargins(1, 1, 1, spacing::m);
+    column->setContentsMargins(shadowRoom + 1, shadowRoom + 1, shadowRoom + 1,
+                               shadowRoom + spacing::m);
     column->setSpacing(0);
-    column->addWidget(header);
+    column->addWidget(makeHeader());
     column->addWidget(new Hairline);
     column->addWidget(body, 1);
+}
+
+/// Its thread starts with the first sound or film.
+MediaView& PreviewPanel::media()
+{
+    if (m_media == nullptr) {
+        m_media = new MediaView;
+        m_pages->addWidget(m_media);
+        connect(m_media, &MediaView::opened, this, [this] {
+            m_isReading = false;
+            showKind(PreviewContent::Kind::media, m_media);
+        });
+        connect(m_media, &MediaView::failed, this, [this] {
+            m_isReading = false;
+            showSummary();
+        });
+    }
+    return *m_media;
 }
 
 void PreviewPanel::place()
@@ -135,7 +169,7 @@ void PreviewPanel::place()
     const QSize room = window.size() - QSize(2 * panelMargin, 2 * panelMargin);
     QRect area(QPoint(), room.boundedTo(largestPanel));
     area.moveCenter(window.center());
-    setGeometry(area);
+    setGeometry(area.marginsAdded(QMargins(shadowRoom, shadowRoom, shadowRoom, shadowRoom)));
 }
 
 void PreviewPanel::bringToFront()
@@ -160,12 +194,9 @@ void PreviewPanel::closePanel()
     if (isHidden()) {
         return;
     }
-    if (m_reading) {
-        m_reading->cancel();
-    }
-    m_isReading = false;
+    stopReading();
     hide();
-    showContent({});
+    showSummary();
     if (m_focusBefore && m_focusBefore->isVisible()) {
         m_focusBefore->setFocus(Qt::OtherFocusReason);
     }
@@ -184,44 +215,120 @@ void PreviewPanel::followSelection()
     }
 }
 
+/// The job is not cancelled: what it has opened comes back, to be let go of off this thread.
+void PreviewPanel::stopReading()
+{
+    m_summaryDelay.stop();
+    m_isReading = false;
+    if (m_stop) {
+        m_stop->set(true);
+        m_stop.reset();
+    }
+    if (m_media != nullptr) {
+        m_media->close();
+    }
+}
+
 void PreviewPanel::read(const FilePath& path)
 {
-    if (m_reading) {
-        m_reading->cancel();
-    }
-    showContent({});
+    stopReading();
+    m_path = path;
     m_isReading = true;
-    const QSize atMost = m_pages->parentWidget()->size() * devicePixelRatioF();
+    m_stop = std::make_shared<LockedFlag>();
+    m_summaryDelay.start(summaryDelay);
+    const QSize room = m_pages->parentWidget()->size() * devicePixelRatioF();
     m_reading = m_state.jobs().start(
         JobPriority::userInitiated,
-        [path, atMost](const Job&) { return PreviewContent::read(path, atMost); },
-        [this](const PreviewContent& content) {
-            m_isReading = false;
-            showContent(content);
+        [path, room, stop = m_stop](const Job&) { return PreviewContent::read(path, room, *stop); },
+        [this, stop = m_stop](PreviewContent content) {
+            if (stop == m_stop) {
+                take(std::move(content));
+            } else if (content.document) {
+                m_state.jobs().release(std::move(content.document));
+            }
         });
 }
 
-void PreviewPanel::showContent(const PreviewContent& content)
+void PreviewPanel::take(PreviewContent content)
 {
-    m_kind = content.kind;
-    m_picture->setPicture(content.picture);
-    m_text->setPlainText(content.text);
-    const NodePointer node = m_state.selectedNode.value();
-    m_summary->setSymbol(node ? symbolOf(*node) : QStringLiteral("doc.fill"));
-    m_summary->setHeading(m_name->text());
-    m_summary->setText(node ? kindOf(*node) % QStringLiteral(" · ") % node->formattedBytes()
-                            : QString());
-    switch (content.kind) {
+    if (content.kind == PreviewContent::Kind::media) {
+        media().open(m_path);
+        return;
+    }
+    m_isReading = false;
+    emptyPages();
+    m_content = std::move(content);
+    switch (m_content.kind) {
     case PreviewContent::Kind::picture:
-        m_pages->setCurrentWidget(m_picture);
+        m_picture->setPicture(m_content.picture.image);
+        showKind(m_content.kind, m_picture);
         return;
     case PreviewContent::Kind::text:
-        m_pages->setCurrentWidget(m_text);
+        m_text->setPlainText(m_content.text);
+        showKind(m_content.kind, m_text);
         return;
-    case PreviewContent::Kind::summary:
-        break;
+    case PreviewContent::Kind::document:
+        m_document->setDocument(std::exchange(m_content.document, nullptr));
+        showKind(m_content.kind, m_document);
+        return;
+    default:
+        showSummary();
     }
-    m_pages->setCurrentWidget(m_summary);
+}
+
+void PreviewPanel::emptyPages()
+{
+    m_content = {};
+    m_picture->setPicture({});
+    m_text->clear();
+    m_document->setDocument(nullptr);
+}
+
+void PreviewPanel::showKind(PreviewContent::Kind kind, QWidget* page)
+{
+    m_summaryDelay.stop();
+    m_kind = kind;
+    m_pages->setCurrentWidget(page);
+    showDetail();
+}
+
+void PreviewPanel::showSummary()
+{
+    emptyPages();
+    const NodePointer selected = m_state.selectedNode.value();
+    const bool isSelected = selected && selected->path() == m_path;
+    m_summary->setSymbol(isSelected ? symbolOf(*selected) : QStringLiteral("doc.fill"));
+    m_summary->setHeading(m_name->text());
+    m_summary->setText(isSelected ? summaryOf(*selected) : QString());
+    showKind(PreviewContent::Kind::summary, m_summary);
+}
+
+/// How large the picture is, where in the document the reader is, or that a text goes on.
+void PreviewPanel::showDetail()
+{
+    QString detail;
+    if (m_kind == PreviewContent::Kind::picture) {
+        const QSize size = m_content.picture.fullSize;
+        detail =
+            QString::number(size.width()) % QStringLiteral(" × ") % QString::number(size.height());
+    } else if (m_kind == PreviewContent::Kind::document) {
+        detail = tr("%1 of %2").arg(m_document->currentPage() + 1).arg(m_document->pageCount());
+    } else if (m_kind == PreviewContent::Kind::text && m_content.isCut) {
+        detail = m_content.isCutByLines
+                     ? tr("First %1 lines").arg(PreviewContent::mostLines)
+                     : tr("First %1").arg(ByteFormatter::string(PreviewContent::textLimit));
+    }
+    m_detail->setText(detail);
+}
+
+void PreviewPanel::moveSelection(QKeyEvent& event)
+{
+    auto* const list = qobject_cast<QAbstractItemView*>(m_focusBefore.data());
+    if (list != nullptr && list->isVisible()) {
+        QApplication::sendEvent(list, &event);
+        return;
+    }
+    selectSibling(event.key() == Qt::Key_Up || event.key() == Qt::Key_Left ? -1 : 1);
 }
 
 /// In the order of the sizes, as the panel beside lists them.
@@ -273,21 +380,38 @@ bool PreviewPanel::eventFilter(QObject* watched, QEvent* event)
 
 void PreviewPanel::keyPressEvent(QKeyEvent* event)
 {
-    switch (event->key()) {
-    case Qt::Key_Space:
-    case Qt::Key_Escape:
+    if (event->key() == Qt::Key_Space || event->key() == Qt::Key_Escape) {
         closePanel();
-        break;
-    case Qt::Key_Up:
-    case Qt::Key_Left:
-        selectSibling(-1);
-        break;
-    case Qt::Key_Down:
-    case Qt::Key_Right:
-        selectSibling(1);
-        break;
-    default:
+    } else if (isArrow(event->key())) {
+        moveSelection(*event);
+    } else if (!scrollByKey(event->key())) {
         QWidget::keyPressEvent(event);
+    }
+}
+
+/// The keys of a page scroll what is longer than the panel.
+bool PreviewPanel::scrollByKey(int key)
+{
+    const auto* const area = qobject_cast<QAbstractScrollArea*>(m_pages->currentWidget());
+    if (area == nullptr) {
+        return false;
+    }
+    QScrollBar& bar = *area->verticalScrollBar();
+    switch (key) {
+    case Qt::Key_PageUp:
+        bar.triggerAction(QAbstractSlider::SliderPageStepSub);
+        return true;
+    case Qt::Key_PageDown:
+        bar.triggerAction(QAbstractSlider::SliderPageStepAdd);
+        return true;
+    case Qt::Key_Home:
+        bar.triggerAction(QAbstractSlider::SliderToMinimum);
+        return true;
+    case Qt::Key_End:
+        bar.triggerAction(QAbstractSlider::SliderToMaximum);
+        return true;
+    default:
+        return false;
     }
 }
 
@@ -299,7 +423,10 @@ void PreviewPanel::mousePressEvent(QMouseEvent* event)
 void PreviewPanel::paintEvent(QPaintEvent*)
 {
     QPainter painter(this);
-    paintPopover(painter, rect(), radius::surface);
+    const QRect panel = rect().adjusted(shadowRoom, shadowRoom, -shadowRoom, -shadowRoom);
+    paintShadow(painter, panel, radius::surface, shadowDrop, shadowBlur,
+                themeColor(ThemeColor::shadow));
+    paintPopover(painter, panel, radius::surface);
 }
 
 } // namespace quorvane

@@ -3,11 +3,14 @@
 
 #include "FilePath.h"
 #include "JobRunner.h"
+#include "LockedFlag.h"
 #include "PreviewContent.h"
 
-#include <QImage>
 #include <QPointer>
+#include <QTimer>
 #include <QWidget>
+
+#include <memory>
 
 class QPlainTextEdit;
 class QStackedLayout;
@@ -15,13 +18,17 @@ class QStackedLayout;
 namespace quorvane {
 
 class AppState;
+class DocumentView;
+class ElidedLabel;
 class EmptyState;
 class Label;
-class ElidedLabel;
+class MediaView;
+class PictureView;
 
-/// The preview of one file over the middle of the window: a picture, a text, or a summary for the
-/// rest. Read in the background. Space, Esc and the cross close it; the arrow keys lead to the
-/// siblings of the selection. Main thread.
+/// The preview of one file over the middle of the window: a picture, a text, pages, a film or a
+/// sound with controls, or a summary for the rest. Read in the background. Space, Esc and the cross
+/// close it; the arrow keys lead on in the list that had the focus, else to the siblings of the
+/// selection. Main thread.
 class PreviewPanel : public QWidget
 {
     Q_OBJECT
@@ -46,24 +53,40 @@ protected:
     void paintEvent(QPaintEvent* event) override;
 
 private:
-    class PictureView;
-
+    void setUpText();
     void layOut();
+    QWidget* makeHeader();
     void place();
     void read(const FilePath& path);
-    void showContent(const PreviewContent& content);
+    void stopReading();
+    void take(PreviewContent content);
+    void showSummary();
+    void showKind(PreviewContent::Kind kind, QWidget* page);
+    void showDetail();
+    void emptyPages();
+    MediaView& media();
+    void moveSelection(QKeyEvent& event);
     void selectSibling(int step);
+    bool scrollByKey(int key);
     void followSelection();
 
     AppState& m_state;
     ElidedLabel* m_name;
+    Label* m_detail;
     QStackedLayout* m_pages = nullptr;
     EmptyState* m_summary;
     PictureView* m_picture;
     QPlainTextEdit* m_text;
+    DocumentView* m_document;
+    MediaView* m_media = nullptr;
     PreviewContent::Kind m_kind = PreviewContent::Kind::summary;
+    PreviewContent m_content;
+    FilePath m_path;
     bool m_isReading = false;
     JobHandle m_reading;
+    std::shared_ptr<LockedFlag> m_stop;
+    /// What is read quickly takes the place of what was on show with no summary in between.
+    QTimer m_summaryDelay;
     QPointer<QWidget> m_focusBefore;
 };
 

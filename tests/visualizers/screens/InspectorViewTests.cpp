@@ -2,11 +2,17 @@
 #include "InspectorView.h"
 
 #include "CanvasFixture.h"
+#include "DiskTree.h"
 #include "InspectorRows.h"
 #include "PathText.h"
 #include "Tile.h"
 
+#include <QIcon>
+#include <QImage>
 #include <QLabel>
+#include <QTextCursor>
+
+#include <algorithm>
 
 namespace quorvane {
 namespace {
@@ -72,6 +78,52 @@ TEST_F(InspectorViewTests, TellsThatNothingIsSelected)
     select({});
     EXPECT_TRUE(isShown("inspectorNothing"));
     EXPECT_FALSE(isShown("inspectorPath"));
+    QStringList texts;
+    for (const QLabel* const label :
+         m_host.findChild<QWidget*>(QStringLiteral("inspectorNothing"))->findChildren<QLabel*>()) {
+        texts.append(label->text());
+    }
+    EXPECT_EQ(texts, (QStringList{QStringLiteral("Nothing selected"),
+                                  QStringLiteral("Click anything in a visualisation to inspect it "
+                                                 "here.")}));
+}
+
+TEST_F(InspectorViewTests, NamesItsActions)
+{
+    select("many/file105");
+    const struct
+    {
+        const char* objectName;
+        const char* text;
+    } actions[] = {{"inspectorQuickLook", "Quick Look"},
+                   {"inspectorReveal", "Reveal in Finder"},
+                   {"inspectorOpen", "Open"},
+                   {"inspectorStage", "Stage for Cleanup"}};
+    for (const auto& action : actions) {
+        EXPECT_EQ(tile(action.objectName).text(), QLatin1String(action.text));
+    }
+    EXPECT_EQ(tile("inspectorQuickLook").toolTip(),
+              QStringLiteral("Preview with Quick Look (Space)"));
+    EXPECT_EQ(tile("inspectorReveal").symbol(), QStringLiteral("magnifyingglass"));
+    EXPECT_EQ(tile("inspectorOpen").symbol(), QStringLiteral("arrow.up.forward.app"));
+}
+
+TEST_F(InspectorViewTests, ThePathCanBeSelectedAsText)
+{
+    select("many/file105");
+    auto& path = *m_host.findChild<PathText*>();
+    EXPECT_TRUE(path.textInteractionFlags().testFlag(Qt::TextSelectableByMouse));
+    path.selectAll();
+    EXPECT_EQ(path.textCursor().selectedText(), QStringLiteral("/scan/many/file105"));
+}
+
+TEST_F(InspectorViewTests, ALinkIsASymbolicLink)
+{
+    select("link");
+    EXPECT_EQ(text("inspectorKind"), QStringLiteral("Symbolic Link"));
+    EXPECT_FALSE(isShown("largestInside"));
+    select("many/file105");
+    EXPECT_EQ(text("inspectorKind"), QStringLiteral("File"));
 }
 
 TEST_F(InspectorViewTests, ShowsOnlyWhileTheModelSaysSo)
@@ -110,6 +162,7 @@ TEST_F(InspectorViewTests, TheRootCanBeShownButNotStaged)
 {
     EXPECT_EQ(m_state.selectedNode.value(), m_state.rootNode.value());
     EXPECT_FALSE(tile("inspectorStage").isEnabled());
+    EXPECT_TRUE(tile("inspectorQuickLook").isEnabled());
     EXPECT_TRUE(tile("inspectorReveal").isEnabled());
     EXPECT_TRUE(tile("inspectorOpen").isEnabled());
 }
@@ -138,6 +191,90 @@ TEST_F(InspectorViewTests, WhatIsNotOnTheDiskTellsNoCreation)
         EXPECT_FALSE(row.startsWith(QLatin1String("Created"))) << row.toStdString();
     }
     EXPECT_TRUE(rowsOf("inspectorFacts").contains(QStringLiteral("Size=5.0 KB")));
+}
+
+class InspectorOnDiskTests : public InspectorViewTests
+{
+protected:
+    bool tellsCreation(const char* name)
+    {
+        m_state.select(node(name));
+        settle();
+        const QStringList rows = rowsOf("inspectorFacts");
+        return std::any_of(rows.begin(), rows.end(), [](const QString& row) {
+            return row.startsWith(QLatin1String("Created="));
+        });
+    }
+
+    void SetUp() override
+    {
+        InspectorViewTests::SetUp();
+        m_disk.folder("empty");
+        m_disk.file("full/file", 10);
+        test::TreeTextOptions options;
+        options.rootPath = m_disk.root();
+        m_tree = test::treeFromText("empty/\nfull/\n  file 10\n", options);
+        m_state.rootNode = m_tree->rootPointer();
+    }
+
+    DiskTree m_disk;
+};
+
+TEST_F(InspectorOnDiskTests, AFolderTellsItsCreationOnlyWhenItIsEmpty)
+{
+    if (!m_state.creationDate(*node("empty"))) {
+        GTEST_SKIP() << "the file system keeps no such date";
+    }
+    EXPECT_TRUE(tellsCreation("empty"));
+    EXPECT_FALSE(isShown("largestInside"));
+    EXPECT_FALSE(tellsCreation("full"));
+    EXPECT_TRUE(isShown("largestInside"));
+    EXPECT_TRUE(tellsCreation("full/file"));
+}
+
+TEST_F(InspectorOnDiskTests, WhatFailsToTellItsCreationHasNoSuchRow)
+{
+    m_disk.remove("full/file");
+    EXPECT_FALSE(tellsCreation("full/file"));
+}
+
+/// A theme of the desktop with one icon, a red square for folders.
+class InspectorIconTests : public InspectorViewTests
+{
+protected:
+    void SetUp() override
+    {
+        m_disk.fileWithContents("icons/plain/index.theme", "[Icon Theme]\nName=plain\n"
+                                                           "Directories=places\n\n"
+                                                           "[places]\nSize=32\nType=Fixed\n");
+        m_disk.folder("icons/plain/places");
+        QImage red(32, 32, QImage::Format_RGB32);
+        red.fill(Qt::red);
+        ASSERT_TRUE(red.save(m_disk.path("icons/plain/places/folder.png").displayText(), "PNG"));
+        QIcon::setThemeSearchPaths({m_disk.path("icons").displayText()});
+        QIcon::setThemeName(QStringLiteral("plain"));
+        InspectorViewTests::SetUp();
+    }
+
+    ~InspectorIconTests() override
+    {
+        QIcon::setThemeSearchPaths(m_pathsBefore);
+        QIcon::setThemeName(m_nameBefore);
+    }
+
+    QStringList m_pathsBefore = QIcon::themeSearchPaths();
+    QString m_nameBefore = QIcon::themeName();
+    DiskTree m_disk;
+};
+
+TEST_F(InspectorIconTests, ShowsTheIconThatTheDesktopHas)
+{
+    auto* const plate = m_host.findChild<SymbolPlate*>(QStringLiteral("inspectorIcon"));
+    select("many");
+    ASSERT_FALSE(plate->icon().isNull());
+    EXPECT_EQ(plate->grab().toImage().pixelColor(plate->rect().center()), QColor(Qt::red));
+    select("many/file105");
+    EXPECT_TRUE(plate->icon().isNull()) << "the theme has none: the symbol stays";
 }
 
 } // namespace

@@ -3,12 +3,18 @@
 
 #include "CanvasFixture.h"
 #include "DiskTree.h"
+#include "DocumentView.h"
 #include "InspectorView.h"
+#include "MediaPlayer.h"
+#include "MediaView.h"
+#include "PreviewSamples.h"
 #include "QuickLookPreview.h"
 
 #include <QImage>
 #include <QLabel>
+#include <QListWidget>
 #include <QPlainTextEdit>
+#include <QScrollBar>
 
 namespace quorvane {
 namespace {
@@ -41,6 +47,28 @@ protected:
             return panel() != nullptr && panel()->isVisible() && !panel()->isReading() &&
                    panel()->findChild<QPlainTextEdit*>()->toPlainText() == QLatin1String(text);
         });
+    }
+
+    /// Opens the panel on the first file and waits until it is read.
+    bool opens()
+    {
+        QTest::keyClick(&m_window, Qt::Key_Space);
+        return waitFor([this] { return panel() != nullptr && !panel()->isReading(); });
+    }
+
+    QString detail()
+    {
+        return panel()->findChild<QLabel*>(QStringLiteral("previewDetail"))->text();
+    }
+
+    bool tells(const QString& text)
+    {
+        for (const QLabel* const label : panel()->findChildren<QLabel*>()) {
+            if (label->isVisible() && label->text() == text) {
+                return true;
+            }
+        }
+        return false;
     }
 
     DiskTree m_disk;
@@ -96,6 +124,7 @@ TEST_F(PreviewPanelTests, ShowsAPictureThatIsLargerThanThePanel)
     ASSERT_TRUE(waitFor([this] { return panel() != nullptr && !panel()->isReading(); }));
     EXPECT_EQ(panel()->shownKind(), PreviewContent::Kind::picture);
     EXPECT_EQ(panel()->grab().toImage().pixelColor(panel()->rect().center()), QColor(Qt::red));
+    EXPECT_EQ(detail(), QStringLiteral("2000 × 1500"));
 }
 
 TEST_F(PreviewPanelTests, GoesWithTheSelection)
@@ -104,6 +133,114 @@ TEST_F(PreviewPanelTests, GoesWithTheSelection)
     ASSERT_TRUE(showsText("first"));
     m_state.select(nullptr);
     EXPECT_TRUE(waitFor([this] { return !panel()->isVisible(); }));
+}
+
+TEST_F(PreviewPanelTests, TheKeysOfAPageTurnThePages)
+{
+    m_disk.fileWithContents("one.txt", test::documentOfPages(3).toStdString());
+    ASSERT_TRUE(opens());
+    ASSERT_EQ(panel()->shownKind(), PreviewContent::Kind::document);
+    EXPECT_EQ(detail(), QStringLiteral("1 of 3"));
+    QTest::keyClick(panel(), Qt::Key_End);
+    EXPECT_EQ(detail(), QStringLiteral("3 of 3"));
+    QTest::keyClick(panel(), Qt::Key_Home);
+    EXPECT_EQ(detail(), QStringLiteral("1 of 3"));
+    const QScrollBar& bar = *panel()->findChild<DocumentView*>()->verticalScrollBar();
+    QTest::keyClick(panel(), Qt::Key_PageDown);
+    EXPECT_EQ(bar.value(), bar.pageStep());
+    QTest::keyClick(panel(), Qt::Key_PageUp);
+    EXPECT_EQ(bar.value(), 0);
+}
+
+TEST_F(PreviewPanelTests, AFilmPlaysUntilThePanelCloses)
+{
+    m_disk.fileWithContents("one.txt", test::contentsOf("film.mp4"));
+    ASSERT_TRUE(opens());
+    ASSERT_EQ(panel()->shownKind(), PreviewContent::Kind::media);
+    const MediaPlayer& player = panel()->findChild<MediaView*>()->player();
+    ASSERT_TRUE(waitFor([&player] { return player.status().isPlaying; }));
+    QTest::keyClick(panel(), Qt::Key_Space);
+    EXPECT_FALSE(panel()->isVisible());
+    EXPECT_EQ(player.status(), MediaStatus{});
+}
+
+TEST_F(PreviewPanelTests, AFilmEndsWithItsSelection)
+{
+    m_disk.fileWithContents("one.txt", test::contentsOf("film.mp4"));
+    ASSERT_TRUE(opens());
+    const MediaPlayer& player = panel()->findChild<MediaView*>()->player();
+    QTest::keyClick(panel(), Qt::Key_Down);
+    ASSERT_TRUE(showsText("second"));
+    EXPECT_EQ(player.status(), MediaStatus{});
+    QTest::keyClick(panel(), Qt::Key_Up);
+    EXPECT_TRUE(waitFor([this] { return panel()->shownKind() == PreviewContent::Kind::media; }));
+}
+
+TEST_F(PreviewPanelTests, EachKindOfBrokenFileShowsItsCard)
+{
+    const std::string broken[] = {
+        "\x89PNG\r\n\x1a\n\xff\xff\xff\xff",
+        std::string("\0\0\0\x18"
+                    "ftypheic\0\0\0\0mif1heic",
+                    24),
+        "%PDF-1.7\n%%EOF\n",
+        test::lockedDocument(),
+        test::contentsOf("film.mp4").substr(0, 200),
+        test::waveSound(100).substr(0, 20) + std::string(8, '\0'),
+        std::string("text\0and more", 13),
+    };
+    for (const std::string& contents : broken) {
+        m_disk.fileWithContents("one.txt", contents);
+        ASSERT_TRUE(opens());
+        EXPECT_EQ(panel()->shownKind(), PreviewContent::Kind::summary) << contents.substr(0, 12);
+        EXPECT_TRUE(tells(QStringLiteral("File · 20 B")));
+        QTest::keyClick(panel(), Qt::Key_Space);
+    }
+}
+
+TEST_F(PreviewPanelTests, SaysThatATextGoesOn)
+{
+    m_disk.fileWithContents("one.txt", std::string(300 * 1024, 'x'));
+    ASSERT_TRUE(opens());
+    EXPECT_EQ(detail(), QStringLiteral("First 256.0 KB"));
+    m_disk.fileWithContents("one.txt", std::string(6000, '\n'));
+    QTest::keyClick(panel(), Qt::Key_Space);
+    ASSERT_TRUE(opens());
+    EXPECT_EQ(detail(), QStringLiteral("First 5000 lines"));
+    QTest::keyClick(panel(), Qt::Key_Down);
+    ASSERT_TRUE(showsText("second"));
+    EXPECT_EQ(detail(), QString());
+}
+
+TEST_F(PreviewPanelTests, ArrowsLeadOnInTheListThatHadTheFocus)
+{
+    QListWidget list(&m_window);
+    list.addItems({QStringLiteral("one.txt"), QStringLiteral("two.txt")});
+    QObject::connect(&list, &QListWidget::currentTextChanged, &list,
+                     [this](const QString& name) { m_state.select(node(name.toStdString())); });
+    list.show();
+    list.setFocus();
+    list.setCurrentRow(1);
+    QTest::keyClick(&list, Qt::Key_Space);
+    ASSERT_TRUE(showsText("second"));
+    QTest::keyClick(panel(), Qt::Key_Up);
+    EXPECT_EQ(list.currentRow(), 0);
+    ASSERT_TRUE(showsText("first"));
+    QTest::keyClick(panel(), Qt::Key_Escape);
+    EXPECT_TRUE(list.hasFocus()) << "the focus comes back";
+}
+
+TEST_F(PreviewPanelTests, AQuickFileShowsWithNoCardInBetween)
+{
+    ASSERT_TRUE(opens());
+    ASSERT_EQ(panel()->shownKind(), PreviewContent::Kind::text);
+    QTest::keyClick(panel(), Qt::Key_Down);
+    bool wasCard = false;
+    ASSERT_TRUE(waitFor([&] {
+        wasCard = wasCard || panel()->shownKind() == PreviewContent::Kind::summary;
+        return panel()->findChild<QPlainTextEdit*>()->toPlainText() == QLatin1String("second");
+    }));
+    EXPECT_FALSE(wasCard);
 }
 
 } // namespace

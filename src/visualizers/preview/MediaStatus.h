@@ -1,0 +1,27 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QMetaType>
+
+namespace quorvane {
+
+/// Where the playing of a sound or a film stands. A plain value.
+struct MediaStatus
+{
+    enum class Phase {
+        opening,
+        ready, ///< plays, or could
+        failed ///< broken, of an unknown kind, or a sound where nothing can be heard
+    };
+
+    Phase phase = Phase::opening;
+    bool hasFilm = false;
+    bool hasSound = false; ///< and something to hear it with
+    bool isPlaying = false;
+    qint64 position = 0; ///< milliseconds
+    qint64 duration = 0; ///< milliseconds; 0 while it is unknown
+
+    friend bool operator==(const MediaStatus&, const MediaStatus&) = default;
+};
+
+} // namespace quorvane

@@ -1,0 +1,184 @@
+// SPDX-License-Identifier: MIT
+#include "DesktopWorkspace.h"
+
+#include "DiskTree.h"
+#include "WaitFor.h"
+
+#include <gtest/gtest.h>
+
+#include <QDBusConnection>
+#include <QDBusMessage>
+#include <QDBusObjectPath>
+#include <QDBusUnixFileDescriptor>
+#include <QDesktopServices>
+#include <QStringList>
+#include <QUrl>
+#include <QVariantMap>
+
+#include <sys/stat.h>
+
+#include <chrono>
+#include <memory>
+
+namespace quorvane {
+namespace {
+
+/// Takes the addresses that are about to be opened in an application.
+class Opener : public QObject
+{
+    Q_OBJECT
+
+public:
+    Opener() { QDesktopServices::setUrlHandler(QStringLiteral("file"), this, "take"); }
+    ~Opener() override { QDesktopServices::unsetUrlHandler(QStringLiteral("file")); }
+
+    QList<QByteArray> opened;
+
+public Q_SLOTS:
+    void take(const QUrl& url) { opened.append(url.toEncoded()); }
+};
+
+/// A file manager as the desktop's interface describes it.
+class FileManager : public QObject
+{
+    Q_OBJECT
+    Q_CLASSINFO("D-Bus Interface", "org.freedesktop.FileManager1")
+
+public:
+    QStringList shown;
+
+public Q_SLOTS:
+    void ShowItems(const QStringList& addresses, const QString&) { shown += addresses; }
+};
+
+/// The portal's part that opens the folder of an entry.
+class Portal : public QObject
+{
+    Q_OBJECT
+    Q_CLASSINFO("D-Bus Interface", "org.freedesktop.portal.OpenURI")
+
+public:
+    int calls = 0;
+    struct stat entry = {};
+
+public Q_SLOTS:
+    QDBusObjectPath OpenDirectory(const QString&, const QDBusUnixFileDescriptor& descriptor,
+                                  const QVariantMap&)
+    {
+        ++calls;
+        EXPECT_EQ(::fstat(descriptor.fileDescriptor(), &entry), 0);
+        return QDBusObjectPath(QStringLiteral("/org/freedesktop/portal/desktop/request/1"));
+    }
+};
+
+/// An own connection to the session bus, on which services of the desktop are played.
+class WorkspaceTests : public testing::Test
+{
+protected:
+    void SetUp() override { m_disk.file("folder/a%41 \xff.txt", 1); }
+
+    void TearDown() override
+    {
+        m_bus = QDBusConnection(QString());
+        QDBusConnection::disconnectFromBus(m_busName);
+    }
+
+    /// False without a session bus.
+    bool serve(const char* service, const char* path, QObject& object)
+    {
+        m_bus = QDBusConnection::connectToBus(QDBusConnection::SessionBus, m_busName);
+        return m_bus.isConnected() && m_bus.registerService(QLatin1String(service)) &&
+               m_bus.registerObject(QLatin1String(path), &object, QDBusConnection::ExportAllSlots);
+    }
+
+    bool serve(FileManager& manager)
+    {
+        return serve("org.freedesktop.FileManager1", "/org/freedesktop/FileManager1", manager);
+    }
+
+    bool serve(Portal& portal)
+    {
+        return serve("org.freedesktop.portal.Desktop", "/org/freedesktop/portal/desktop", portal);
+    }
+
+    FilePath entry() const { return m_disk.path("folder/a%41 \xff.txt"); }
+    QByteArray addressOf(const char* escaped) const
+    {
+        return QByteArray::fromStdString(m_disk.path("folder").fileUrl()) + escaped;
+    }
+
+    DiskTree m_disk;
+    Opener m_opener;
+    QString m_busName = QStringLiteral("quorvane-test");
+    QDBusConnection m_bus{QString()};
+    std::unique_ptr<Workspace> m_workspace = makeDesktopWorkspace();
+};
+
+TEST_F(WorkspaceTests, OpensAnEntryByItsBytes)
+{
+    m_workspace->open(entry());
+    ASSERT_EQ(m_opener.opened.size(), 1);
+    EXPECT_EQ(m_opener.opened.front(), addressOf("/a%2541%20%FF.txt"));
+}
+
+TEST_F(WorkspaceTests, RevealsInTheFileManager)
+{
+    FileManager manager;
+    if (!serve(manager)) {
+        GTEST_SKIP() << "no session bus";
+    }
+    m_workspace->reveal(entry());
+    ASSERT_TRUE(waitFor([&] { return !manager.shown.isEmpty(); }));
+    EXPECT_EQ(manager.shown, QStringList{QString::fromLatin1(addressOf("/a%2541%20%FF.txt"))});
+    EXPECT_TRUE(m_opener.opened.isEmpty());
+}
+
+TEST_F(WorkspaceTests, RevealsThroughThePortalWhereNoFileManagerAnswers)
+{
+    Portal portal;
+    if (!serve(portal)) {
+        GTEST_SKIP() << "no session bus";
+    }
+    m_workspace->reveal(entry());
+    ASSERT_TRUE(waitFor([&] { return portal.calls > 0; }));
+    struct stat expected = {};
+    ASSERT_EQ(::lstat(entry().bytes().c_str(), &expected), 0);
+    EXPECT_EQ(portal.entry.st_ino, expected.st_ino);
+    EXPECT_EQ(portal.entry.st_dev, expected.st_dev);
+    EXPECT_TRUE(m_opener.opened.isEmpty());
+}
+
+/// With a bus and without one.
+TEST_F(WorkspaceTests, OpensTheFolderWhereNobodyAnswers)
+{
+    m_workspace->reveal(entry());
+    ASSERT_TRUE(waitFor([&] { return !m_opener.opened.isEmpty(); }));
+    EXPECT_EQ(m_opener.opened, QList<QByteArray>{addressOf("")});
+}
+
+TEST_F(WorkspaceTests, WhatIsGoneIsLookedForInItsFolder)
+{
+    m_workspace->reveal(m_disk.path("folder/gone"));
+    ASSERT_TRUE(waitFor([&] { return !m_opener.opened.isEmpty(); }));
+    EXPECT_EQ(m_opener.opened, QList<QByteArray>{addressOf("")});
+}
+
+TEST_F(WorkspaceTests, AnEmptyPathRevealsNothing)
+{
+    m_workspace->reveal(FilePath());
+    EXPECT_TRUE(m_opener.opened.isEmpty());
+}
+
+TEST_F(WorkspaceTests, MayGoWhileItWaitsForAnAnswer)
+{
+    m_workspace->reveal(entry());
+    m_workspace.reset();
+    EXPECT_FALSE(
+        waitFor([&] { return !m_opener.opened.isEmpty(); }, std::chrono::milliseconds(50)) &&
+        QDBusConnection::sessionBus().isConnected());
+}
+
+} // namespace
+} // namespace quorvane
+
+#include "WorkspaceTests.moc"
