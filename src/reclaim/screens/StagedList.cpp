@@ -29,6 +29,7 @@ constexpr int filesWidth = 110;
 constexpr int sizeWidth = 88;
 constexpr int buttonSymbolSide = 15;
 constexpr int fewestRows = 2;
+constexpr int tallestHint = 100000; ///< far above any screen, far below what layouts can add up
 
 QRect buttonArea(const QRect& row)
 {
@@ -188,7 +189,7 @@ void StagedList::setNodes(std::vector<NodePointer> nodes)
 
 QSize StagedList::sizeHint() const
 {
-    return {measure::emptyTextWidth, m_model->rowCount() * rowHeight};
+    return {measure::emptyTextWidth, std::min(m_model->rowCount() * rowHeight, tallestHint)};
 }
 
 QSize StagedList::minimumSizeHint() const
