@@ -74,7 +74,8 @@ std::optional<Sample> FileDigester::partialDigest(const FileNode& node, const He
     }
     const std::int64_t size = node.scannedBytes();
     std::int64_t sampled = fill(file, headBytes);
-    if (isWanted &&
+    // Hardly a head is no sample either, which shows only when the rest is read.
+    if (isWanted && sampled >= leastSampleBytes &&
         !isWanted(headHash(size, {m_buffer.get(), static_cast<std::size_t>(sampled)}))) {
         return Sample{{}, true, false};
     }
