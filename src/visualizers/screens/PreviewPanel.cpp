@@ -56,10 +56,14 @@ bool isPanelKey(int key)
     return key == Qt::Key_Space || key == Qt::Key_Escape || isArrow(key);
 }
 
-/// "Folder · 4.0 KB"
+/// "File · 4.0 KB", "Folder · 4.0 KB · 12 files"
 QString summaryOf(const FileNode& node)
 {
-    return kindOf(node) % QStringLiteral(" · ") % node.formattedBytes();
+    const QString summary = kindOf(node) % QStringLiteral(" · ") % node.formattedBytes();
+    return node.isDirectory()
+               ? QString(summary % QStringLiteral(" · ") % QString::number(node.fileCount()) %
+                         QStringLiteral(" files"))
+               : summary;
 }
 
 } // namespace

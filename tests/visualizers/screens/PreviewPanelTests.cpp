@@ -198,6 +198,14 @@ TEST_F(PreviewPanelTests, EachKindOfBrokenFileShowsItsCard)
     }
 }
 
+TEST_F(PreviewPanelTests, AFolderShowsWhatIsInside)
+{
+    m_state.select(m_tree->rootPointer());
+    ASSERT_TRUE(opens());
+    EXPECT_EQ(panel()->shownKind(), PreviewContent::Kind::summary);
+    EXPECT_TRUE(tells(QStringLiteral("Folder · 30 B · 2 files")));
+}
+
 TEST_F(PreviewPanelTests, SaysThatATextGoesOn)
 {
     m_disk.fileWithContents("one.txt", std::string(300 * 1024, 'x'));
