@@ -178,10 +178,11 @@ void PreviewPanel::place()
 
 void PreviewPanel::bringToFront()
 {
-    const std::optional<FilePath>& url = QuickLookPreview::shared().url();
-    if (!url) {
+    const QuickLookPreview& source = QuickLookPreview::shared();
+    if (source.numberOfPreviewItems() == 0) {
         return;
     }
+    const std::optional<FilePath>& url = source.previewItemAt(0);
     if (isHidden()) {
         m_focusBefore = QApplication::focusWidget();
     }
