@@ -56,10 +56,14 @@ bool isPanelKey(int key)
     return key == Qt::Key_Space || key == Qt::Key_Escape || isArrow(key);
 }
 
-/// "Folder · 4.0 KB"
+/// "File · 4.0 KB", "Folder · 4.0 KB · 12 files"
 QString summaryOf(const FileNode& node)
 {
-    return kindOf(node) % QStringLiteral(" · ") % node.formattedBytes();
+    const QString summary = kindOf(node) % QStringLiteral(" · ") % node.formattedBytes();
+    return node.isDirectory()
+               ? QString(summary % QStringLiteral(" · ") % QString::number(node.fileCount()) %
+                         QStringLiteral(" files"))
+               : summary;
 }
 
 } // namespace
@@ -174,10 +178,11 @@ void PreviewPanel::place()
 
 void PreviewPanel::bringToFront()
 {
-    const std::optional<FilePath>& url = QuickLookPreview::shared().url();
-    if (!url) {
+    const QuickLookPreview& source = QuickLookPreview::shared();
+    if (source.numberOfPreviewItems() == 0) {
         return;
     }
+    const std::optional<FilePath>& url = source.previewItemAt(0);
     if (isHidden()) {
         m_focusBefore = QApplication::focusWidget();
     }

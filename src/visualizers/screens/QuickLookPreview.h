@@ -25,6 +25,8 @@ public:
     const std::optional<FilePath>& url() const { return m_url; }
     /// 1 with a stored path, else 0.
     int numberOfPreviewItems() const { return m_url ? 1 : 0; }
+    /// The stored path, whatever the number: there is one at most.
+    const std::optional<FilePath>& previewItemAt(int) const { return m_url; }
 
     /// The panel that follows the source; an empty function when it goes.
     void setPanel(std::function<void()> bringToFront) { m_bringToFront = std::move(bringToFront); }

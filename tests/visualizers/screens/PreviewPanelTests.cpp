@@ -83,6 +83,7 @@ TEST_F(PreviewPanelTests, SpaceOpensAndClosesIt)
     EXPECT_EQ(panel()->shownKind(), PreviewContent::Kind::text);
     EXPECT_EQ(QuickLookPreview::shared().url(), m_disk.path("one.txt"));
     EXPECT_EQ(QuickLookPreview::shared().numberOfPreviewItems(), 1);
+    EXPECT_EQ(QuickLookPreview::shared().previewItemAt(0), m_disk.path("one.txt"));
     QTest::keyClick(panel(), Qt::Key_Space);
     EXPECT_FALSE(panel()->isVisible());
 }
@@ -196,6 +197,22 @@ TEST_F(PreviewPanelTests, EachKindOfBrokenFileShowsItsCard)
         EXPECT_TRUE(tells(QStringLiteral("File · 20 B")));
         QTest::keyClick(panel(), Qt::Key_Space);
     }
+}
+
+TEST_F(PreviewPanelTests, AFolderShowsWhatIsInside)
+{
+    m_state.select(m_tree->rootPointer());
+    ASSERT_TRUE(opens());
+    EXPECT_EQ(panel()->shownKind(), PreviewContent::Kind::summary);
+    EXPECT_TRUE(tells(QStringLiteral("Folder · 30 B · 2 files")));
+}
+
+TEST_F(PreviewPanelTests, WithoutAPanelTheSourceKeepsThePathAlone)
+{
+    ASSERT_EQ(panel(), nullptr) << "none before the first preview";
+    QuickLookPreview::shared().show(m_disk.path("two.txt"));
+    EXPECT_EQ(QuickLookPreview::shared().url(), m_disk.path("two.txt"));
+    EXPECT_EQ(panel(), nullptr);
 }
 
 TEST_F(PreviewPanelTests, SaysThatATextGoesOn)
