@@ -32,7 +32,7 @@ void popUpNodeContextMenu(AppState& state, const NodePointer& node, QWidget& own
     QObject::connect(reveal, &QAction::triggered, menu,
                      [&state, node] { state.revealInFinder(*node); });
     const QAction* const open =
-        menu->addItem(QStringLiteral("arrow.up.right.square"), QStringLiteral("Open"));
+        menu->addItem(QStringLiteral("arrowshape.turn.up.right"), QStringLiteral("Open"));
     QObject::connect(open, &QAction::triggered, menu, [&state, node] { state.openInApp(*node); });
     menu->popup(globalPosition);
 }
