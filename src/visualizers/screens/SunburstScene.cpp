@@ -219,10 +219,17 @@ void SunburstScene::paint(QImage& picture, const CanvasStyle& style, bool dimmed
 void SunburstScene::restoreItem(QPainter& painter, std::size_t item, const QImage& bright,
                                 const QImage& dimmed) const
 {
-    static_cast<void>(bright);
     static_cast<void>(dimmed);
     painter.setRenderHint(QPainter::Antialiasing);
-    paintSlice(painter, item, 1, Qt::black);
+    if (!isOnTop(item)) {
+        paintSlice(painter, item, 1, Qt::black);
+        return;
+    }
+    painter.save();
+    painter.setClipPath(annulus(sectorOf(item)), Qt::IntersectClip);
+    copyPicture(painter, bright,
+                boundsOf(item).toAlignedRect().intersected(QRect({}, request().size)));
+    painter.restore();
 }
 
 void SunburstScene::paintHighlight(QPainter& painter, std::size_t item, Highlight highlight,
