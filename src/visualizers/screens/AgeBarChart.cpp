@@ -109,9 +109,9 @@ void AgeBarChart::paintMonths(QPainter& painter) const
         const QRectF plate(barOf(i).left(), height() - labelRise - plateHeight / 2,
                            metrics.horizontalAdvance(month) + 2 * platePadding, plateHeight);
         painter.setPen(Qt::NoPen);
-        painter.setBrush(withOpacity(themeColor(ThemeColor::canvas), plateOpacity));
+        painter.setBrush(withOpacity(themeColor(ThemeColor::card), plateOpacity));
         painter.drawRoundedRect(plate, radius::small / 2.0, radius::small / 2.0);
-        painter.setPen(inkOn(themeColor(ThemeColor::canvas)).secondary);
+        painter.setPen(themeColor(ThemeColor::text2));
         painter.drawText(plate, Qt::AlignCenter | Qt::TextSingleLine, month);
     }
 }
