@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "Command.h"
+#include "OutlineCommand.h"
 #include "PaintCommand.h"
 #include "WindowCommand.h"
 
@@ -9,7 +10,7 @@ namespace quorvane {
 
 std::span<const Command> guiCommands()
 {
-    static const std::array commands{paintCommand, windowCommand};
+    static const std::array commands{outlineCommand, paintCommand, windowCommand};
     return commands;
 }
 

@@ -1,10 +1,14 @@
 // SPDX-License-Identifier: MIT
 #include "PaintCommand.h"
 
+#include "BubblesScene.h"
 #include "CanvasArguments.h"
+#include "FlameScene.h"
 #include "JsonText.h"
 #include "LockedFlag.h"
+#include "MindMapScene.h"
 #include "SeededRandom.h"
+#include "SunburstScene.h"
 #include "Theme.h"
 #include "TreeSource.h"
 #include "TreemapScene.h"
@@ -14,6 +18,7 @@
 #include <QPalette>
 
 #include <algorithm>
+#include <array>
 #include <chrono>
 #include <iostream>
 #include <vector>
@@ -24,8 +29,30 @@ namespace {
 constexpr int repaints = 7;
 constexpr int hovers = 200;
 constexpr double largestSide = 16'384;
-constexpr OptionRule options[] = {
-    {"size", true}, {"mode", true}, {"focus", true}, {"hide", true}, {"dump", true}};
+constexpr OptionRule options[] = {{"size", true}, {"mode", true}, {"focus", true},
+                                  {"hide", true}, {"dump", true}, {"kind", true}};
+
+using MakeScene = ScenePointer (*)(const SceneRequest& request, const LockedFlag& stop);
+
+struct PaintedKind
+{
+    std::string_view name;
+    MakeScene make;
+};
+
+constexpr std::array kinds{
+    PaintedKind{"treemap", &TreemapScene::make}, PaintedKind{"sunburst", &SunburstScene::make},
+    PaintedKind{"flame", &FlameScene::make}, PaintedKind{"bubbles", &BubblesScene::make},
+    PaintedKind{"mindmap", &MindMapScene::make}};
+
+/// The treemap unless another is asked for; null for a name that is none.
+MakeScene kindOf(const Arguments& arguments)
+{
+    const std::string_view wanted = arguments.value("kind").value_or("treemap");
+    const auto found = std::find_if(kinds.begin(), kinds.end(),
+                                    [&](const PaintedKind& kind) { return kind.name == wanted; });
+    return found == kinds.end() ? nullptr : found->make;
+}
 
 /// The median of what one call takes over so many calls.
 template<typename Call>
@@ -56,14 +83,13 @@ void hover(QPainter& painter, const CanvasRendering& rendering, const QPointF& p
     }
 }
 
-std::string measuredLine(const SceneRequest& request)
+std::string measuredLine(const SceneRequest& request, MakeScene make)
 {
     const LockedFlag stop;
     const CanvasStyle style{font(TextStyle::caption), QApplication::palette().color(QPalette::Base),
                             1};
     ScenePointer scene;
-    const double layout =
-        medianMilliseconds(repaints, [&] { scene = TreemapScene::make(request, stop); });
+    const double layout = medianMilliseconds(repaints, [&] { scene = make(request, stop); });
     const CanvasRendering rendering = renderScene(scene, style, stop);
     QImage picture = rendering.bright;
     const double repaint = medianMilliseconds(repaints, [&] {
@@ -95,6 +121,10 @@ int runPaint(const Arguments& arguments)
     if (const std::string fault = readCanvasRequest(arguments, canvas); !fault.empty()) {
         return complain(fault, exitUsage);
     }
+    const MakeScene make = kindOf(arguments);
+    if (make == nullptr) {
+        return complain("--kind needs treemap, sunburst, flame, bubbles or mindmap", exitUsage);
+    }
     const auto isDrawable = [](double side) { return side >= 1 && side <= largestSide; };
     if (!isDrawable(canvas.size.width) || !isDrawable(canvas.size.height)) {
         return complain("--size needs sides from 1 to 16384 points", exitUsage);
@@ -115,7 +145,7 @@ int runPaint(const Arguments& arguments)
     request.size = QSizeF(canvas.size.width, canvas.size.height).toSize();
     request.sizeMode = canvas.mode;
     request.hidden = canvas.hidden;
-    std::cout << measuredLine(request);
+    std::cout << measuredLine(request, make);
     return exitSuccess;
 }
 
@@ -123,8 +153,9 @@ int runPaint(const Arguments& arguments)
 
 const Command paintCommand{
     "paint",
-    "(DIR | --dump FILE) [--size WxH] [--mode disk|logical] [--focus SUBPATH] [--hide KEY]...",
-    "Paint the treemap and tell the milliseconds of layout, full repaint and hover.", options,
+    "(DIR | --dump FILE) [--kind KIND] [--size WxH] [--mode disk|logical] [--focus SUBPATH] "
+    "[--hide KEY]...",
+    "Paint a visualiser and tell the milliseconds of layout, full repaint and hover.", options,
     runPaint};
 
 } // namespace quorvane

@@ -74,6 +74,9 @@ lint_rules() {
         logic_files | xargs -r grep -nE \
             '\bQ_OBJECT\b|#include <(QObject|QThread|QTimer|QEventLoop|QCoreApplication)>'
     ) || result=1
+    complain "Tips of the screens go through showPlainToolTip" < <(
+        cxx_files | grep -v '^src/widgets/ToolTip' | xargs -r grep -nE 'QToolTip::showText'
+    ) || result=1
     return "$result"
 }
 

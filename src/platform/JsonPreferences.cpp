@@ -88,9 +88,13 @@ JsonPreferences::FileState JsonPreferences::readFile(QJsonObject& object) const
         return FileState::missing;
     }
     if (!file.open(QIODevice::ReadOnly)) {
-        return FileState::broken;
+        return FileState::unreadable;
     }
-    const QJsonDocument document = QJsonDocument::fromJson(file.readAll());
+    const QByteArray bytes = file.readAll();
+    if (file.error() != QFileDevice::NoError) {
+        return FileState::unreadable;
+    }
+    const QJsonDocument document = QJsonDocument::fromJson(bytes);
     if (!document.isObject()) {
         return FileState::broken;
     }
@@ -123,7 +127,9 @@ bool JsonPreferences::setValue(std::string_view key, const PreferenceValue& valu
     for (auto entry = m_unwritten.constBegin(); entry != m_unwritten.constEnd(); ++entry) {
         m_values.insert(entry.key(), entry.value());
     }
-    if ((state == FileState::broken && !keepBrokenFileAside()) || !write()) {
+    // A file that could not be read now may be sound: it is neither moved nor overwritten.
+    if (state == FileState::unreadable || (state == FileState::broken && !keepBrokenFileAside()) ||
+        !write()) {
         return false;
     }
     m_unwritten = {};

@@ -25,7 +25,8 @@ public:
     static QString standardFilePath();
 
 private:
-    enum class FileState { missing, readable, broken };
+    /// unreadable: the file is there, but the system does not give it; it may be sound.
+    enum class FileState { missing, readable, broken, unreadable };
 
     FileState readFile(QJsonObject& object) const;
     bool keepBrokenFileAside() const;

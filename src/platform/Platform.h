@@ -7,6 +7,7 @@
 
 namespace quorvane {
 
+class FileContentCalls;
 class FileSystemCalls;
 class FolderChooser;
 class Preferences;
@@ -25,6 +26,8 @@ struct Platform
     FilePath home;
     /// Gives the calling thread a lower priority for processor and disk.
     std::function<void()> lowerThisThread;
+    /// How the bytes of files are read; absent for the system's own way.
+    FileContentCalls* fileContents = nullptr;
 };
 
 } // namespace quorvane

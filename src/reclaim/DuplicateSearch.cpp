@@ -311,6 +311,10 @@ bool DuplicateSearch::sampleOne(FileDigester& digester, Window& window, HeadTabl
     if (!sample) {
         return false;
     }
+    if (sample->isTurnedAway) {
+        // From the meeting on it belongs to whichever worker comes upon a file like it.
+        return true;
+    }
     window.digests[place] = sample->digest;
     if (sample->coversWholeFile) {
         window.files[place].markSampledWhole();

@@ -22,8 +22,8 @@ namespace quorvane::DuplicateFinder {
 /// least size until the walk is done, and 8 for each of them that shares its size with another,
 /// which stay. Then 40 for each set of files with equal ends, and 32 to 84 for each file of a
 /// window: windowFiles files, but all files of one size, or of equal ends, at least; 32 beyond
-/// mostTabledFiles. A quarter of a megabyte for each worker. A million files thus take 24
-/// megabytes; 40 if they all are of one size.
+/// mostTabledFiles. 65536 for each worker. A million files thus take 24 megabytes, and 40 if they
+/// all are of one size.
 class DuplicateSearch
 {
 public:

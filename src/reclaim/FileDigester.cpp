@@ -10,8 +10,10 @@
 namespace quorvane::DuplicateFinder {
 namespace {
 
-/// What one read asks for: a piece stays in the processor's cache until the hash has seen it.
-constexpr std::int64_t pieceBytes = std::min(endSampleBytes, blockBytes);
+/// What one read asks for, a part of a block: it stays in the processor's nearest caches until the
+/// hash has seen it, and is all the memory that a worker needs.
+constexpr std::int64_t pieceBytes = 65536;
+static_assert(blockBytes % pieceBytes == 0 && endSampleBytes % pieceBytes == 0);
 static_assert(headBytes <= pieceBytes);
 
 std::uint64_t headHash(std::int64_t size, std::span<const std::byte> head)
@@ -74,7 +76,8 @@ std::optional<Sample> FileDigester::partialDigest(const FileNode& node, const He
     }
     const std::int64_t size = node.scannedBytes();
     std::int64_t sampled = fill(file, headBytes);
-    if (isWanted &&
+    // Hardly a head is no sample either, which shows only when the rest is read.
+    if (isWanted && sampled >= leastSampleBytes &&
         !isWanted(headHash(size, {m_buffer.get(), static_cast<std::size_t>(sampled)}))) {
         return Sample{{}, true, false};
     }

@@ -95,6 +95,7 @@ void AppState::runDuplicateSearch(bool background)
     };
     DuplicateFinder::Options options;
     options.fileSystem = &m_platform.fileSystem;
+    options.contents = m_platform.fileContents;
     m_duplicateSearchTask = m_jobs.start(
         background ? JobPriority::utility : JobPriority::userInitiated,
         [root, onProgress, isCancelled, options](const Job& job) {

@@ -73,6 +73,53 @@ void appendVisibleArcs(const PolarCircle& circle, double nearest, double farthes
     }
 }
 
+bool crossesWholeRing(const PolarCircle& circle, double nearest, double farthest)
+{
+    return circle.distance > circle.slack && nearest > circle.slack &&
+           nearest > std::abs(circle.distance - circle.radius) + circle.slack &&
+           farthest < circle.distance + circle.radius - circle.slack;
+}
+
+ArcEnds arcAcrossRing(const PolarCircle& circle, double nearest, double farthest, double side)
+{
+    const auto pointAt = [&](double distance) {
+        const double angle =
+            circle.angle + side * halfSpan(circle.distance, circle.radius, distance);
+        return Point{distance * std::cos(angle), distance * std::sin(angle)};
+    };
+    return {pointAt(nearest), pointAt(farthest)};
+}
+
+bool arcCanMeet(const Disc& circle, const ArcEnds& arc, const Disc& other, double slack)
+{
+    // Along a circle the square of the distance from a point is a cosine, whose extremes lie in the
+    // direction of that point and opposite to it: between two places it stays on their side of a
+    // value unless it turns in between.
+    const double x = other.center.x - circle.center.x;
+    const double y = other.center.y - circle.center.y;
+    const Point near{arc.near.x - circle.center.x, arc.near.y - circle.center.y};
+    const Point far{arc.far.x - circle.center.x, arc.far.y - circle.center.y};
+    const double line = other.radius * other.radius;
+    const auto beyond = [&](const Point& place) {
+        const double dx = place.x - x;
+        const double dy = place.y - y;
+        return dx * dx + dy * dy - line;
+    };
+    const double atNear = beyond(near);
+    const double atFar = beyond(far);
+    double lowest = std::min(atNear, atFar);
+    double highest = std::max(atNear, atFar);
+    if (!((near.x * y - near.y * x) * (far.x * y - far.y * x) > 0)) {
+        const double distance = std::sqrt(x * x + y * y);
+        const double nearest = circle.radius - distance;
+        const double farthest = circle.radius + distance;
+        lowest = std::min(lowest, nearest * nearest - line);
+        highest = std::max(highest, farthest * farthest - line);
+    }
+    const double squareSlack = 4 * slack * (other.radius + slack);
+    return lowest <= squareSlack && highest >= -squareSlack;
+}
+
 bool isCircleCovered(const Disc& circle, std::span<const Disc> discs, std::vector<ArcSpan>& work)
 {
     work.clear();

@@ -36,6 +36,22 @@ struct Disc
     double radius = 0; ///< nothing when not positive
 };
 
+/// Where a circle crosses the edges of a ring about the origin.
+struct ArcEnds
+{
+    Point near;
+    Point far;
+};
+
+/// Whether a circle crosses the whole ring, from edge to edge on each side of its centre.
+bool crossesWholeRing(const PolarCircle& circle, double nearest, double farthest);
+/// The ends of the arc of such a circle; the side is -1 for the smaller angles and 1 for the
+/// larger.
+ArcEnds arcAcrossRing(const PolarCircle& circle, double nearest, double farthest, double side);
+/// Whether another circle may come nearer than the slack to any point of the arc. May say yes too
+/// often, never no.
+bool arcCanMeet(const Disc& circle, const ArcEnds& arc, const Disc& other, double slack);
+
 /// Whether open discs cover the whole line of a circle. Reuses the list for its work.
 bool isCircleCovered(const Disc& circle, std::span<const Disc> discs, std::vector<ArcSpan>& work);
 

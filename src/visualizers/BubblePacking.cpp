@@ -120,6 +120,7 @@ private:
     {
         ArcSpan arc;
         Index circle = 0;
+        std::optional<ArcEnds> ends; ///< where the line crosses the whole ring on this side
     };
 
     PlacedCircle circle(Index index) const { return {m_centers[index], m_radii[index]}; }
@@ -140,7 +141,12 @@ private:
     void weighSpecialPair(const Pair& pair);
     void settleSpecialPairs();
     void searchSights();
+    bool weighMeetings();
+    bool isLarge(Index index) const;
+    double likeSlackOf(double lineRadius) const;
+    bool canMeet(const Sight& sight, Index other) const;
     void collectSights();
+    void appendSights(Index index, double nearest, double farthest, double slack);
     bool isCoveredBy(Index index, double depth);
     bool buryIfCovered(Index index);
 
@@ -267,6 +273,23 @@ double Packing::slackOf(double lineRadius) const
     const double scale = m_reach + m_radii[0];
     return share * lineRadius + margin * machineEpsilon * scale * scale / lineRadius +
            margin * std::sqrt(lineRadius * machineEpsilon * scale);
+}
+
+/// Whether lines of places around a circle and around the smallest one differ so much that their
+/// meeting comes out less exact.
+bool Packing::isLarge(Index index) const
+{
+    constexpr double likeness = 8;
+    return m_radii[index] + m_radius > likeness * 2 * m_radius;
+}
+
+/// The same for pairs of which none is large. For lines L and at most 8 L, whose centres lie a
+/// thousandth of their size apart or more, a place is off by some 1e5 epsilon L.
+double Packing::likeSlackOf(double lineRadius) const
+{
+    constexpr double share = 1e-9;
+    constexpr double margin = 16;
+    return share * lineRadius + margin * machineEpsilon * (m_reach + m_radii[0]);
 }
 
 void Packing::wake()
@@ -397,21 +420,41 @@ void Packing::settleSpecialPairs()
     }
 }
 
+/// A first good place makes the ring thin; the thinner it is, the less each line shows of itself.
 void Packing::searchSights()
 {
-    collectSights();
-    std::sort(m_sights.begin(), m_sights.end(),
-              [](const Sight& a, const Sight& b) { return a.arc.start < b.arc.start; });
+    bool isDone = false;
+    while (!isDone) {
+        collectSights();
+        std::sort(m_sights.begin(), m_sights.end(),
+                  [](const Sight& a, const Sight& b) { return a.arc.start < b.arc.start; });
+        isDone = weighMeetings();
+    }
+}
+
+/// Weighs the pairs whose sights overlap. Gives up, with a better winner, when another search in
+/// what is left of the ring will be shorter.
+bool Packing::weighMeetings()
+{
+    const double thickness = m_winner.distance - m_floor;
+    std::size_t looks = 0;
     for (std::size_t i = 0; i < m_sights.size(); ++i) {
         for (std::size_t j = i + 1;
              j < m_sights.size() && m_sights[j].arc.start <= m_sights[i].arc.end; ++j) {
             const Index one = m_sights[i].circle;
             const Index other = m_sights[j].circle;
-            if (one != other) {
+            if (one != other && canMeet(m_sights[i], other) && canMeet(m_sights[j], one)) {
                 weigh({std::min(one, other), std::max(one, other)});
             }
+            ++looks;
+        }
+        constexpr std::size_t looksPerSight = 16;
+        if (looks > looksPerSight * m_sights.size() &&
+            m_winner.distance - m_floor < thickness / 2) {
+            return false;
         }
     }
+    return true;
 }
 
 /// Under which angles each circle that is awake shows places between the floor and the best one.
@@ -433,14 +476,36 @@ void Packing::collectSights()
         if (seen.unseenBlockers >= wanted && buryIfCovered(index)) {
             continue;
         }
-        m_arcs.clear();
         const double slack = slackOf(line);
-        appendVisibleArcs({seen.distance, seen.angle, line, slack}, std::max(m_floor - slack, 0.0),
-                          m_winner.distance + slack + roundingSlack, m_arcs);
-        for (const ArcSpan& arc : m_arcs) {
-            m_sights.push_back({arc, index});
-        }
+        appendSights(index, std::max(m_floor - slack, 0.0),
+                     m_winner.distance + slack + roundingSlack, slack);
     }
+}
+
+void Packing::appendSights(Index index, double nearest, double farthest, double slack)
+{
+    const Circle& seen = m_circles[index];
+    const PolarCircle line{seen.distance, seen.angle, m_radius + m_radii[index], slack};
+    m_arcs.clear();
+    appendVisibleArcs(line, nearest, farthest, m_arcs);
+    const bool isCrossing = m_arcs.size() == 2 && crossesWholeRing(line, nearest, farthest);
+    for (std::size_t side = 0; side < m_arcs.size(); ++side) {
+        Sight sight{m_arcs[side], index, std::nullopt};
+        if (isCrossing) {
+            sight.ends = arcAcrossRing(line, nearest, farthest, side == 0 ? -1 : 1);
+        }
+        m_sights.push_back(sight);
+    }
+}
+
+bool Packing::canMeet(const Sight& sight, Index other) const
+{
+    if (!sight.ends || isLarge(sight.circle) || isLarge(other)) {
+        return true;
+    }
+    const double line = m_radius + m_radii[other];
+    return arcCanMeet({m_centers[sight.circle], m_radius + m_radii[sight.circle]}, *sight.ends,
+                      {m_centers[other], line}, likeSlackOf(line));
 }
 
 bool Packing::isCoveredBy(Index index, double depth)

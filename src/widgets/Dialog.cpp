@@ -240,6 +240,16 @@ bool Dialog::eventFilter(QObject* watched, QEvent* event)
     return QWidget::eventFilter(watched, event);
 }
 
+bool Dialog::event(QEvent* event)
+{
+    if (event->type() == QEvent::ShortcutOverride) {
+        // What a key does elsewhere in the window, it does not do while the question stands.
+        event->accept();
+        return true;
+    }
+    return QWidget::event(event);
+}
+
 void Dialog::keyPressEvent(QKeyEvent* event)
 {
     // Nothing below the dialog may hear a key.

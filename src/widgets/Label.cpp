@@ -2,6 +2,7 @@
 #include "Label.h"
 
 #include "Painting.h"
+#include "ToolTip.h"
 
 #include <QHelpEvent>
 #include <QPainter>
@@ -171,7 +172,7 @@ bool ElidedLabel::event(QEvent* event)
 {
     if (event->type() == QEvent::ToolTip && toolTip().isEmpty()) {
         if (isElided()) {
-            QToolTip::showText(static_cast<QHelpEvent*>(event)->globalPos(), text(), this);
+            showPlainToolTip(static_cast<QHelpEvent*>(event)->globalPos(), text(), this);
         } else {
             QToolTip::hideText();
             event->ignore();

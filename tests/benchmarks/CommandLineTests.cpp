@@ -107,10 +107,28 @@ TEST(TreeSource, FoldersAreTakenFromTheCurrentOne)
 
 TEST(BenchProgram, EndsWith2ForWrongUsage)
 {
-    for (const char* arguments :
-         {"", "fly", "scan", "scan a b", "scan / --workers many", "tree", "tree x --entries 5",
-          "tree x --entries -1 --seed 1", "dump", "dump / --dump x", "treemap / --size big",
-          "treemap / --mode both", "treemap / --hide Everything", "dump / --sideways"}) {
+    for (const char* arguments : {"",
+                                  "fly",
+                                  "scan",
+                                  "scan a b",
+                                  "scan / --workers many",
+                                  "tree",
+                                  "tree x --entries 5",
+                                  "tree x --entries -1 --seed 1",
+                                  "dump",
+                                  "dump / --dump x",
+                                  "treemap / --size big",
+                                  "treemap / --mode both",
+                                  "treemap / --hide Everything",
+                                  "dump / --sideways",
+                                  "duplicates",
+                                  "duplicates a b",
+                                  "duplicates / --threads -1",
+                                  "duplicates / --threads 257",
+                                  "duplicate-corpus",
+                                  "duplicate-corpus x --files 5 --bytes 10240",
+                                  "duplicate-corpus x --files 0 --bytes 10240 --seed 1",
+                                  "duplicate-corpus x --files 5 --bytes 10239 --seed 1"}) {
         const Outcome outcome = run(arguments);
         EXPECT_EQ(outcome.code, 2) << arguments;
         EXPECT_FALSE(outcome.output.empty()) << arguments;
@@ -124,7 +142,9 @@ TEST(BenchProgram, EndsWith1WhenTheWorkFails)
          {std::string("scan ") + folder.path("none") + " --json",
           std::string("scan --floor ") + folder.path("none"),
           std::string("dump ") + folder.path("none"), "dump --dump " + folder.path("none"),
-          "dump --dump " + folder.path(), "treemap " + folder.path() + " --focus none"}) {
+          "dump --dump " + folder.path(), "treemap " + folder.path() + " --focus none",
+          "duplicates " + folder.path("none"),
+          "duplicate-corpus " + folder.path("none/x") + " --files 1 --bytes 2048 --seed 1"}) {
         const Outcome outcome = run(arguments);
         EXPECT_EQ(outcome.code, 1) << arguments << outcome.output;
     }

@@ -3,6 +3,8 @@
 #include "ProgramFixture.h"
 #include "SegmentedPicker.h"
 
+#include <QAction>
+
 namespace quorvane {
 namespace {
 
@@ -37,6 +39,19 @@ TEST_F(Texts, SidebarNamesItsParts)
     start();
     EXPECT_TRUE(headings().contains(QStringLiteral("Disk storage")));
     EXPECT_TRUE(headings().contains(QStringLiteral("File types")));
+}
+
+TEST_F(Texts, StagingAndDetailsAreCalledByTheirNames)
+{
+    start();
+    scanHome();
+    EXPECT_EQ(find("detailsButton")->toolTip(), QStringLiteral("Toggle the details panel"));
+    EXPECT_EQ(find<QAction>("stageSelectionAction")->text(), QStringLiteral("Stage Selection"));
+    EXPECT_EQ(find<QAction>("showStagedItemsAction")->text(), QStringLiteral("Show Staged Items"));
+    EXPECT_EQ(find<QAction>("settingsAction")->text(), QStringLiteral("Settings…"));
+    state().toggleStaged(state().share(state().rootNode.value()->largestChild()));
+    ASSERT_TRUE(waitUntilShown("stagedRow"));
+    EXPECT_EQ(find<QAbstractButton>("stagedRow")->text(), QStringLiteral("Staged for trash"));
 }
 
 TEST_F(Texts, FooterNamesItsPicker)

@@ -222,6 +222,22 @@ TEST(JsonPreferences, BrokenFileThatCannotBeMovedAsideIsNotOverwritten)
     EXPECT_EQ(contentsOf(fileIn(disk)), "{");
 }
 
+TEST(JsonPreferences, FileThatMayNotBeReadIsLeftAsItIs)
+{
+    DiskTree disk;
+    disk.fileWithContents("config/Quorvane/preferences.json", R"({"a":true})");
+    disk.mode("config/Quorvane", 0777);
+    disk.mode("config/Quorvane/preferences.json", 0000);
+    asUnprivilegedUser([&disk] {
+        JsonPreferences store(fileIn(disk));
+        EXPECT_EQ(store.value("a"), std::nullopt);
+        EXPECT_FALSE(store.setValue("b", true));
+        EXPECT_EQ(store.value("b"), PreferenceValue(true));
+    });
+    EXPECT_EQ(contentsOf(fileIn(disk)), R"({"a":true})");
+    EXPECT_FALSE(QFile::exists(fileIn(disk) + QStringLiteral(".broken")));
+}
+
 TEST(JsonPreferences, FolderThatCannotBeMadeRefusesTheWrite)
 {
     DiskTree disk;

@@ -1,9 +1,14 @@
 // SPDX-License-Identifier: MIT
+#include "FileContentCalls.h"
 #include "Gate.h"
 #include "StateFixture.h"
 #include "TreeText.h"
 
+#include <atomic>
+#include <cstddef>
+#include <cstdint>
 #include <set>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -13,6 +18,41 @@ namespace {
 using DuplicateFinder::Group;
 using DuplicateFinder::Groups;
 
+/// The bytes of files, behind a gate.
+class GatedContents final : public FileContentCalls
+{
+public:
+    explicit GatedContents(Gate& gate)
+        : m_gate(gate)
+    {}
+
+    int open(int parent, const char* name) override
+    {
+        m_gate.pass();
+        ++m_opened;
+        return m_system.open(parent, name);
+    }
+    bool status(int file, OpenFileStatus& status) override { return m_system.status(file, status); }
+    std::int64_t read(int file, std::span<std::byte> room) override
+    {
+        return m_system.read(file, room);
+    }
+    bool seek(int file, std::int64_t position) override { return m_system.seek(file, position); }
+    void close(int file) override { m_system.close(file); }
+    void willRead(int file, std::int64_t position, std::int64_t bytes) override
+    {
+        m_system.willRead(file, position, bytes);
+    }
+    void willReadOnce(int file) override { m_system.willReadOnce(file); }
+
+    int opened() const { return m_opened; }
+
+private:
+    Gate& m_gate;
+    FileContentCalls& m_system = FileContentCalls::system();
+    std::atomic<int> m_opened = 0;
+};
+
 class AppStateDuplicates : public StateFixture
 {
 protected:
@@ -20,10 +60,13 @@ protected:
     {
         platform.lowerThisThread = [this] { m_gate.pass(); };
         m_gate.open();
+        m_readGate.open();
+        platform.fileContents = &m_contents;
     }
     ~AppStateDuplicates() override
     {
         m_gate.open();
+        m_readGate.open();
         end();
     }
 
@@ -80,7 +123,25 @@ protected:
 
     QString flashed() { return state().flashMessage.value().value_or(QString()); }
 
+    /// A hundred pairs of equal files in a folder, each pair unlike the others.
+    void makePairs(const std::string& folder)
+    {
+        for (int i = 0; i < 100; ++i) {
+            const std::string text = folder + std::to_string(i) + std::string(2000, 'x');
+            disk.fileWithContents(folder + "/a" + std::to_string(i), text);
+            disk.fileWithContents(folder + "/b" + std::to_string(i), text);
+        }
+    }
+
+    /// Waits until the trees and groups of dropped searches have gone.
+    void awaitEnd(const std::weak_ptr<FileNode>& node)
+    {
+        ASSERT_TRUE(waitFor([&node] { return node.expired(); }));
+    }
+
     Gate m_gate;
+    Gate m_readGate;
+    GatedContents m_contents{m_readGate};
     std::shared_ptr<FileTree> m_tree;
 };
 
@@ -256,6 +317,104 @@ TEST_F(AppStateDuplicates, ANewSearchClearsTheOldResultAtOnce)
     EXPECT_EQ(state().duplicateCount.value(), 0);
     EXPECT_EQ(state().duplicateReclaimable.value(), 0);
     EXPECT_EQ(state().duplicateProgress.value(), 0);
+}
+
+TEST_F(AppStateDuplicates, ASearchThatIsStoppedWhileItReadsPublishesNothing)
+{
+    makePairs("f");
+    m_readGate.close();
+    scan(disk.root());
+    m_readGate.awaitVisitor();
+    state().stopDuplicateSearch();
+    EXPECT_FALSE(state().duplicateSearchIsRunning.value());
+    m_readGate.open();
+    const std::weak_ptr<FileNode> old = state().rootNode.value();
+    state().startScan(disk.root());
+    awaitEnd(old);
+    EXPECT_TRUE(groups().empty());
+    EXPECT_LT(m_contents.opened(), 200) << "the flag ends it at the next file";
+}
+
+TEST_F(AppStateDuplicates, ANewScanLetsTheSearchRunOnAndDropsWhatItFinds)
+{
+    makePairs("first");
+    disk.file("second/alone", 3000);
+    m_readGate.close();
+    scan(disk.path("first"));
+    m_readGate.awaitVisitor();
+    const std::weak_ptr<FileNode> old = state().rootNode.value();
+    state().startScan(disk.path("second"));
+    EXPECT_FALSE(state().duplicateSearchIsRunning.value());
+    m_readGate.open();
+    awaitEnd(old);
+    awaitScan();
+    awaitSearch();
+    EXPECT_TRUE(groups().empty());
+    EXPECT_EQ(state().duplicateCount.value(), 0);
+    EXPECT_GE(m_contents.opened(), 200) << "every file of the old tree was still read";
+}
+
+TEST_F(AppStateDuplicates, AnEarlierResultDoesNotOverwriteALaterSearch)
+{
+    makePairs("f");
+    m_readGate.close();
+    scan(disk.root());
+    m_readGate.awaitVisitor();
+    state().stopDuplicateSearch();
+    state().runDuplicateSearch();
+    int published = 0;
+    const auto watch = state().duplicateGroups.addNotifier([&published] { ++published; });
+    m_readGate.open();
+    awaitSearch();
+    EXPECT_EQ(groups().size(), 100U);
+    EXPECT_EQ(published, 1);
+}
+
+TEST_F(AppStateDuplicates, ProgressComesInOrderAndNeverFillsTheQueue)
+{
+    makePairs("f");
+    m_readGate.close();
+    scan(disk.root());
+    m_readGate.awaitVisitor();
+    EXPECT_TRUE(waitFor([this] { return state().duplicateProgress.value() >= 0.06; }))
+        << "the walk is over";
+    double last = 0;
+    bool isInOrder = true;
+    const auto watch = state().duplicateProgress.addNotifier([&] {
+        isInOrder = isInOrder && state().duplicateProgress.value() >= last;
+        last = state().duplicateProgress.value();
+    });
+    m_readGate.open();
+    awaitSearch();
+    EXPECT_TRUE(isInOrder);
+    EXPECT_EQ(last, 1);
+}
+
+TEST_F(AppStateDuplicates, FilesThatVanishBehindTheScanAreNoCopies)
+{
+    disk.fileWithContents("one", std::string(3000, 'x'));
+    disk.fileWithContents("two", std::string(3000, 'x'));
+    disk.fileWithContents("three", std::string(3000, 'x'));
+    m_readGate.close();
+    scan(disk.root());
+    m_readGate.awaitVisitor();
+    disk.remove("two");
+    m_readGate.open();
+    awaitSearch();
+    ASSERT_EQ(groups().size(), 1U);
+    EXPECT_EQ(names(0), (std::set<std::string>{"one", "three"}));
+}
+
+TEST_F(AppStateDuplicates, AStateThatGoesWhileFilesAreReadEndsTheSearch)
+{
+    makePairs("f");
+    m_readGate.close();
+    scan(disk.root());
+    m_readGate.awaitVisitor();
+    // An earlier search that nobody can reach any more ends, too.
+    state().startScan(disk.root());
+    m_readGate.open();
+    end();
 }
 
 TEST_F(AppStateDuplicates, AStateThatGoesDuringASearchEndsIt)

@@ -154,6 +154,7 @@ TEST_F(AppStateStaging, ABatchGoesOnBehindAFailure)
     EXPECT_EQ(state().rootNode.value()->fileCount(), 1);
     EXPECT_FALSE(node("a")->isStagedForTrash());
     EXPECT_NE(node("a"), oldA);
+    EXPECT_TRUE(std::filesystem::exists(disk.path("a").bytes()));
     EXPECT_TRUE(queue().empty());
 }
 

@@ -3,8 +3,10 @@
 
 #include "WidgetsFixture.h"
 
+#include <QAction>
 #include <QLineEdit>
 #include <QPointer>
+#include <QShortcut>
 #include <QSignalSpy>
 #include <QTest>
 
@@ -54,6 +56,31 @@ TEST_F(Dialogs, TabStaysInside)
     EXPECT_EQ(QApplication::focusWidget(), m_cancel);
     QTest::keyClick(QApplication::focusWidget(), Qt::Key_Backtab, Qt::ShiftModifier);
     EXPECT_EQ(QApplication::focusWidget(), m_move);
+}
+
+TEST_F(Dialogs, AKeyOfTheWindowDoesNothingWhileTheQuestionStands)
+{
+    auto* const shortcut = new QShortcut(QKeySequence(Qt::CTRL | Qt::Key_S), &m_window);
+    auto* const action = new QAction(&m_window);
+    action->setShortcut(Qt::ALT | Qt::Key_Left);
+    m_window.addAction(action);
+    const QSignalSpy keys(shortcut, &QShortcut::activated);
+    const QSignalSpy actions(action, &QAction::triggered);
+    const auto press = [] {
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_S, Qt::ControlModifier);
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Left, Qt::AltModifier);
+    };
+    press();
+    ASSERT_EQ(keys.count(), 1);
+    ASSERT_EQ(actions.count(), 1);
+    m_dialog->open();
+    press();
+    EXPECT_EQ(keys.count(), 1);
+    EXPECT_EQ(actions.count(), 1);
+    m_dialog->closeDialog();
+    press();
+    EXPECT_EQ(keys.count(), 2);
+    EXPECT_EQ(actions.count(), 2);
 }
 
 TEST_F(Dialogs, EscapeRejectsAndGivesTheFocusBack)

@@ -24,8 +24,8 @@ struct FakePlatform
 
     Platform platform()
     {
-        return {fileSystem, preferences, workspace,      folderChooser,
-                trash,      homeFolder,  lowerThisThread};
+        return {fileSystem, preferences, workspace,       folderChooser,
+                trash,      homeFolder,  lowerThisThread, fileContents};
     }
 
     FileSystemCalls& fileSystem;
@@ -36,6 +36,8 @@ struct FakePlatform
     FilePath homeFolder;
     /// Left empty: the threads of a test keep their priority.
     std::function<void()> lowerThisThread;
+    /// Absent for the system's own.
+    FileContentCalls* fileContents = nullptr;
 };
 
 } // namespace quorvane

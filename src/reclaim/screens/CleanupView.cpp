@@ -17,6 +17,8 @@
 #include <QShortcut>
 #include <QVBoxLayout>
 
+#include <utility>
+
 namespace quorvane {
 namespace {
 
@@ -105,6 +107,7 @@ QWidget* CleanupView::makeQueue()
     connect(m_list, &StagedList::unstageRequested, this,
             [this](const NodePointer& node) { m_state.unstage(*node); });
     column->addWidget(m_list);
+    column->addWidget(new Hairline);
 
     auto* const footer = new QWidget;
     footer->setObjectName(QStringLiteral("totalStagedSpace"));
@@ -128,19 +131,24 @@ QString CleanupView::confirmationTitle(std::size_t count)
 
 void CleanupView::setConfirmTrash(bool confirm)
 {
-    if (confirm == m_confirmTrash || (confirm && m_state.stagedNodes.value().empty())) {
+    const bool canAsk = !m_state.stagedNodes.value().empty() && !m_state.isTrashingStaged.value();
+    if (confirm == m_confirmTrash || (confirm && !canAsk)) {
         return;
     }
     m_confirmTrash = confirm;
     if (confirm) {
         openConfirmation();
-    } else if (m_dialog) {
+        return;
+    }
+    m_asked.clear();
+    if (m_dialog) {
         m_dialog->closeDialog();
     }
 }
 
 void CleanupView::openConfirmation()
 {
+    m_asked = m_state.stagedNodes.value();
     m_dialog = new Dialog(window());
     m_dialog->setObjectName(QStringLiteral("confirmTrashDialog"));
     m_dialog->setSymbol(QStringLiteral("trash.fill"), Tint::red);
@@ -149,10 +157,12 @@ void CleanupView::openConfirmation()
                           .arg(ByteFormatter::string(m_state.stagedSpace())));
     m_dialog->addButton(tr("Cancel"), ButtonRole::bordered, false);
     m_dialog->addButton(tr("Move to Trash"), ButtonRole::destructive, true);
-    connect(m_dialog, &Dialog::rejected, this, [this] { m_confirmTrash = false; });
+    connect(m_dialog, &Dialog::rejected, this, [this] { setConfirmTrash(false); });
     connect(m_dialog, &Dialog::accepted, this, [this] {
         m_confirmTrash = false;
-        m_state.sendStagedToTrash();
+        if (m_state.stagedNodes.value() == std::exchange(m_asked, {})) {
+            m_state.sendStagedToTrash();
+        }
     });
     m_dialog->open();
 }
@@ -169,14 +179,17 @@ void CleanupView::refreshQueue()
 {
     const std::vector<NodePointer>& staged = m_state.stagedNodes.value();
     const bool isEmpty = staged.empty();
-    if (isEmpty) {
+    if (staged != m_asked) {
         setConfirmTrash(false);
+    }
+    if (isEmpty) {
         if (isAncestorOf(window()->focusWidget())) {
             // The button and the list are about to go; the focus stays on this screen.
             setFocus(Qt::OtherFocusReason);
         }
     }
     m_move->setVisible(!isEmpty);
+    m_move->setEnabled(!m_state.isTrashingStaged.value());
     m_move->setText(tr("Move %1 to Trash").arg(staged.size()));
     m_empty->setVisible(isEmpty && !m_state.isTrashingStaged.value());
     m_queue->setVisible(!isEmpty);

@@ -1,8 +1,12 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "FileNode.h"
+
 #include <QPointer>
 #include <QWidget>
+
+#include <vector>
 
 class QShortcut;
 
@@ -29,7 +33,7 @@ public:
 
     /// Whether the confirmation is on show.
     bool confirmTrash() const { return m_confirmTrash; }
-    /// Has no effect while nothing is staged.
+    /// Has no effect while nothing is staged and while a batch is on its way.
     void setConfirmTrash(bool confirm);
 
     /// "Move {n} staged item{s} to Trash?"
@@ -53,6 +57,8 @@ private:
     StagedList* m_list = nullptr;
     Label* m_total = nullptr;
     QPointer<Dialog> m_dialog;
+    /// The queue that the dialog asks about: nothing else is sent by it.
+    std::vector<NodePointer> m_asked;
     bool m_confirmTrash = false;
     Refresher* m_refresher;
     Refresher* m_queueRefresher;

@@ -6,6 +6,7 @@
 #include "DuplicatesAccessibility.h"
 #include "Tokens.h"
 
+#include <QPaintEvent>
 #include <QPainter>
 #include <QPainterPath>
 #include <QScrollBar>

@@ -2,13 +2,13 @@
 #include "DuplicatesList.h"
 
 #include "DuplicatesAccessibility.h"
+#include "ToolTip.h"
 
 #include <QCursor>
 #include <QHelpEvent>
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QScrollBar>
-#include <QToolTip>
 
 #include <algorithm>
 #include <utility>
@@ -257,10 +257,7 @@ bool DuplicatesList::viewportEvent(QEvent* event)
         setHovered(std::nullopt);
     } else if (event->type() == QEvent::ToolTip) {
         const auto* const help = static_cast<QHelpEvent*>(event);
-        // A path is plain text, whatever it looks like.
-        const QString text = toolTipAt(help->pos());
-        QToolTip::showText(help->globalPos(),
-                           Qt::mightBeRichText(text) ? text.toHtmlEscaped() : text, viewport());
+        showPlainToolTip(help->globalPos(), toolTipAt(help->pos()), viewport());
         return true;
     }
     return QAbstractScrollArea::viewportEvent(event);

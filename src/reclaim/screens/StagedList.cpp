@@ -5,6 +5,7 @@
 #include "Painting.h"
 #include "Symbols.h"
 #include "Tokens.h"
+#include "ToolTip.h"
 
 #include <QHelpEvent>
 #include <QKeyEvent>
@@ -12,7 +13,6 @@
 #include <QPainter>
 #include <QScrollBar>
 #include <QStyledItemDelegate>
-#include <QToolTip>
 
 #include <algorithm>
 #include <utility>
@@ -29,6 +29,7 @@ constexpr int filesWidth = 110;
 constexpr int sizeWidth = 88;
 constexpr int buttonSymbolSide = 15;
 constexpr int fewestRows = 2;
+constexpr int tallestHint = 100000; ///< far above any screen, far below what layouts can add up
 
 QRect buttonArea(const QRect& row)
 {
@@ -188,7 +189,7 @@ void StagedList::setNodes(std::vector<NodePointer> nodes)
 
 QSize StagedList::sizeHint() const
 {
-    return {measure::emptyTextWidth, m_model->rowCount() * rowHeight};
+    return {measure::emptyTextWidth, std::min(m_model->rowCount() * rowHeight, tallestHint)};
 }
 
 QSize StagedList::minimumSizeHint() const
@@ -271,11 +272,11 @@ bool StagedList::viewportEvent(QEvent* event)
         const auto* const help = static_cast<QHelpEvent*>(event);
         const QModelIndex index = indexAt(help->pos());
         if (index.isValid()) {
-            QToolTip::showText(help->globalPos(),
-                               buttonAt(help->pos()) >= 0
-                                   ? tr("Unstage")
-                                   : index.data(StagedModel::pathRole).toString(),
-                               viewport());
+            showPlainToolTip(help->globalPos(),
+                             buttonAt(help->pos()) >= 0
+                                 ? tr("Unstage")
+                                 : index.data(StagedModel::pathRole).toString(),
+                             viewport());
             return true;
         }
     }

@@ -16,6 +16,7 @@ namespace {
 constexpr int sliderHeight = 20;
 constexpr int leastWidth = 64;
 constexpr int knob = 12;
+constexpr double knobEdge = 2;
 
 } // namespace
 
@@ -87,9 +88,11 @@ void MediaSlider::paintEvent(QPaintEvent*)
     const QRectF disc(center - knob / 2.0, (height() - knob) / 2.0, knob, knob);
     painter.setBrush(themeColor(ThemeColor::knobShadow));
     painter.drawEllipse(disc.translated(0, 1));
-    painter.setPen(themeColor(ThemeColor::controlEdge));
+    // White on white it would be lost in the light theme.
+    constexpr double half = knobEdge / 2;
+    painter.setPen(QPen(themeColor(ThemeColor::accent), knobEdge));
     painter.setBrush(themeColor(ThemeColor::knob));
-    painter.drawEllipse(disc.adjusted(0.5, 0.5, -0.5, -0.5));
+    painter.drawEllipse(disc.adjusted(half, half, -half, -half));
     if (hasFocus()) {
         paintFocusRing(painter, disc, knob / 2.0);
     }

@@ -63,6 +63,7 @@ void MediaWorker::open(int run, const FilePath& path, const std::shared_ptr<cons
 {
     close();
     m_run = run;
+    m_path = path;
     m_status = {};
     m_playback = std::make_unique<Playback>(stop);
     if (!m_playback->file.openRegular(path)) {
@@ -162,12 +163,13 @@ void MediaWorker::setPlaying(bool playing)
     QMediaPlayer& player = m_playback->player;
     if (!playing) {
         player.pause();
-        return;
+    } else if (player.mediaStatus() == QMediaPlayer::EndOfMedia) {
+        // Sound and picture end one after the other: what is still on its way from the first end
+        // would stop a player that starts again.
+        open(m_run, FilePath(m_path), std::shared_ptr(m_playback->stop));
+    } else {
+        player.play();
     }
-    if (player.mediaStatus() == QMediaPlayer::EndOfMedia) {
-        player.setPosition(0);
-    }
-    player.play();
 }
 
 void MediaWorker::seek(qint64 position)

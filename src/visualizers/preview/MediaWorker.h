@@ -50,6 +50,7 @@ private:
 
     std::shared_ptr<LatestFrame> m_frame;
     std::unique_ptr<Playback> m_playback;
+    FilePath m_path;
     MediaStatus m_status;
     int m_run = 0;
     float m_volume = 1;

@@ -7,6 +7,7 @@
 #include "Painting.h"
 #include "ShapePainting.h"
 #include "Tokens.h"
+#include "ToolTip.h"
 
 #include <QHelpEvent>
 #include <QPainter>
@@ -108,9 +109,9 @@ void AgeBarChart::paintMonths(QPainter& painter) const
         const QRectF plate(barOf(i).left(), height() - labelRise - plateHeight / 2,
                            metrics.horizontalAdvance(month) + 2 * platePadding, plateHeight);
         painter.setPen(Qt::NoPen);
-        painter.setBrush(withOpacity(themeColor(ThemeColor::canvas), plateOpacity));
+        painter.setBrush(withOpacity(themeColor(ThemeColor::card), plateOpacity));
         painter.drawRoundedRect(plate, radius::small / 2.0, radius::small / 2.0);
-        painter.setPen(inkOn(themeColor(ThemeColor::canvas)).secondary);
+        painter.setPen(themeColor(ThemeColor::text2));
         painter.drawText(plate, Qt::AlignCenter | Qt::TextSingleLine, month);
     }
 }
@@ -124,7 +125,7 @@ bool AgeBarChart::event(QEvent* event)
     for (std::size_t i = 0; i < m_buckets.size(); ++i) {
         const QRectF bar = barOf(i);
         if (help->pos().x() >= bar.left() && help->pos().x() < bar.right() + barGap) {
-            QToolTip::showText(help->globalPos(), textOf(m_buckets[i]), this);
+            showPlainToolTip(help->globalPos(), textOf(m_buckets[i]), this);
             return true;
         }
     }

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "KeyedScreen.h"
 
-#include "Progress.h"
+#include "LayoutSpinner.h"
 
 #include <QMetaObject>
 
@@ -10,9 +10,8 @@ namespace quorvane {
 KeyedScreen::KeyedScreen(AppState& state, QWidget* parent)
     : QWidget(parent)
     , m_state(state)
-    , m_spinner(new Spinner(QStringLiteral("Computing layout…"), this))
+    , m_spinner(new LayoutSpinner(this))
 {
-    m_spinner->hide();
     const auto changed = [this] { scheduleRefresh(); };
     m_observers.push_back(m_state.rootNode.addNotifier(changed));
     m_observers.push_back(m_state.focusNode.addNotifier(changed));
@@ -31,7 +30,7 @@ void KeyedScreen::stop()
         m_task->cancel();
         m_task = nullptr;
     }
-    m_spinner->hide();
+    m_spinner->stop();
 }
 
 void KeyedScreen::scheduleRefresh()
@@ -56,6 +55,7 @@ void KeyedScreen::refresh()
         // The old tree is let go even where nobody sees it.
         stop();
         m_key.clear();
+        m_hasContent = false;
         clear();
         return;
     }
@@ -68,24 +68,16 @@ void KeyedScreen::refresh()
     m_shown = node;
     m_task = startComputing(node);
     if (m_task) {
-        placeSpinner();
-        m_spinner->raise();
-        m_spinner->show();
+        m_spinner->centerIn(rect());
+        m_spinner->start(m_hasContent);
     }
 }
 
 void KeyedScreen::finish()
 {
     m_task = nullptr;
-    m_spinner->hide();
-}
-
-void KeyedScreen::placeSpinner()
-{
-    m_spinner->adjustSize();
-    QRect place = m_spinner->rect();
-    place.moveCenter(spinnerArea().center());
-    m_spinner->move(place.topLeft());
+    m_hasContent = true;
+    m_spinner->stop();
 }
 
 void KeyedScreen::showEvent(QShowEvent* event)
@@ -97,7 +89,7 @@ void KeyedScreen::showEvent(QShowEvent* event)
 void KeyedScreen::resizeEvent(QResizeEvent* event)
 {
     QWidget::resizeEvent(event);
-    placeSpinner();
+    m_spinner->centerIn(rect());
 }
 
 } // namespace quorvane

@@ -13,7 +13,7 @@
 
 namespace quorvane {
 
-class Spinner;
+class LayoutSpinner;
 
 /// A screen of the tree that is not drawn on a canvas. It computes its content off the main thread
 /// whenever its key changes; a result for an old key is never shown, and a screen that is not on
@@ -42,8 +42,6 @@ protected:
     virtual void clear() = 0;
     /// To be called first where a result is published.
     void finish();
-    /// The spinner's middle lies in the middle of this part of the screen.
-    virtual QRect spinnerArea() const { return rect(); }
 
     void showEvent(QShowEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
@@ -52,7 +50,6 @@ private:
     void scheduleRefresh();
     void refresh();
     void stop();
-    void placeSpinner();
 
     AppState& m_state;
     std::vector<QPropertyNotifier> m_observers;
@@ -60,7 +57,8 @@ private:
     QString m_key; ///< of the content on show or on its way
     std::weak_ptr<FileNode> m_shown;
     JobHandle m_task;
-    Spinner* m_spinner;
+    bool m_hasContent = false;
+    LayoutSpinner* m_spinner;
 };
 
 } // namespace quorvane

@@ -143,14 +143,20 @@ void MindMapScene::paintLabel(QPainter& painter, std::size_t item, const QColor&
     painter.restore();
 }
 
+void MindMapScene::paintAxis(QPainter& painter, const QSize& canvas, const QColor& ground)
+{
+    const double y = canvas.height() * 0.5;
+    painter.setPen(QPen(mixed(inkOn(ground).primary, axisOpacity, ground), axisWidth));
+    painter.drawLine(QPointF(0, y), QPointF(canvas.width(), y));
+}
+
 void MindMapScene::paint(QImage& picture, const CanvasStyle& style, bool dimmed) const
 {
     QPainter painter(&picture);
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setFont(labelFont(style, labelSize));
     const QColor ink = inkOn(style.ground).primary;
-    painter.setPen(QPen(mixed(ink, axisOpacity, style.ground), axisWidth));
-    painter.drawLine(QPointF(0, center().y()), QPointF(request().size.width(), center().y()));
+    paintAxis(painter, request().size, style.ground);
     const QRectF canvas(QPointF(0, 0), QSizeF(request().size));
     for (std::size_t i = 0; i < m_bands.size(); ++i) {
         if (!boundsOf(i).intersects(canvas)) {

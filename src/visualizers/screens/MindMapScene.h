@@ -24,6 +24,8 @@ public:
     {}
 
     QPointF center() const;
+    /// The line across a canvas of that size on which the fan's centre lies.
+    static void paintAxis(QPainter& painter, const QSize& canvas, const QColor& ground);
 
     std::size_t itemCount() const override { return m_bands.size(); }
     std::int64_t idOf(std::size_t item) const override;

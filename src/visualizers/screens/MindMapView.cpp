@@ -2,6 +2,10 @@
 #include "MindMapView.h"
 
 #include "MindMapScene.h"
+#include "Painting.h"
+#include "Tokens.h"
+
+#include <QPainter>
 
 namespace quorvane {
 
@@ -11,5 +15,17 @@ MindMapView::MindMapView(AppState& state, QWidget* parent)
                         QStringLiteral(" bands radiating from a center axis")},
                        parent)
 {}
+
+void MindMapView::paintEmpty(QPainter& painter) const
+{
+    MindMapScene::paintAxis(painter, size(), groundColor());
+    constexpr double shift = 60;
+    const QRectF area = QRectF(rect()).translated(shift, 0);
+    // The axis stops at the words.
+    QRectF words(0, 0, textWidth(TextStyle::body, emptyText()) + 2 * spacing::s, 20);
+    words.moveCenter(area.center());
+    painter.fillRect(words, groundColor());
+    paintEmptyText(painter, area);
+}
 
 } // namespace quorvane

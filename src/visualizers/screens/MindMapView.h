@@ -12,6 +12,10 @@ class MindMapView final : public VisualizerCanvas
 
 public:
     explicit MindMapView(AppState& state, QWidget* parent = nullptr);
+
+protected:
+    /// The axis, and the text to the right of the middle.
+    void paintEmpty(QPainter& painter) const override;
 };
 
 } // namespace quorvane

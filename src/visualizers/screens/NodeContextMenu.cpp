@@ -60,7 +60,7 @@ void popUpNodeContextMenu(AppState& state, const NodePointer& node, QWidget& own
     connectEntry(*reveal, *menu, state, node,
                  [&state](const NodePointer& shown) { state.revealInFinder(*shown); });
     QAction* const open =
-        menu->addItem(QStringLiteral("arrow.up.right.square"), QStringLiteral("Open"));
+        menu->addItem(QStringLiteral("arrowshape.turn.up.right"), QStringLiteral("Open"));
     open->setObjectName(QStringLiteral("openAction"));
     connectEntry(*open, *menu, state, node,
                  [&state](const NodePointer& shown) { state.openInApp(*shown); });

@@ -2,6 +2,7 @@
 #include "NodeListModel.h"
 
 #include "AppState.h"
+#include "ToolTip.h"
 
 #include <algorithm>
 #include <utility>
@@ -43,7 +44,7 @@ QVariant NodeListModel::data(const QModelIndex& index, int role) const
     case Qt::DisplayRole:
         return node.displayName();
     case Qt::ToolTipRole:
-        return AppState::displayPath(node.path());
+        return plainToolTip(AppState::displayPath(node.path()));
     default:
         return {};
     }

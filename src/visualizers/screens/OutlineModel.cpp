@@ -4,6 +4,7 @@
 #include "AppState.h"
 #include "ListRow.h"
 #include "Symbols.h"
+#include "ToolTip.h"
 
 #include <utility>
 
@@ -153,7 +154,8 @@ QVariant OutlineModel::data(const QModelIndex& index, int role) const
     case Qt::TextAlignmentRole:
         return isNameField(field) ? QVariant() : QVariant(int(Qt::AlignRight | Qt::AlignVCenter));
     case Qt::ToolTipRole:
-        return isNameField(field) ? QVariant(AppState::displayPath(row.path())) : QVariant();
+        return isNameField(field) ? QVariant(plainToolTip(AppState::displayPath(row.path())))
+                                  : QVariant();
     default:
         return {};
     }

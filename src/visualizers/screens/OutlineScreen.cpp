@@ -4,9 +4,12 @@
 #include "Card.h"
 #include "OutlineTable.h"
 
+#include <QEvent>
 #include <QHeaderView>
+#include <QScopedValueRollback>
 #include <QVBoxLayout>
 
+#include <algorithm>
 #include <utility>
 
 namespace quorvane {
@@ -15,6 +18,7 @@ namespace {
 constexpr int sizeColumnWidth = 120;
 constexpr int dateColumnWidth = 210;
 constexpr int leastColumnWidth = 60;
+constexpr int leastNameWidth = 160;
 
 } // namespace
 
@@ -28,16 +32,43 @@ OutlineScreen::OutlineScreen(AppState& state, std::vector<OutlineModel::Field> f
     QHeaderView* const header = m_table->header();
     header->setMinimumSectionSize(leastColumnWidth);
     header->setSectionResizeMode(QHeaderView::Interactive);
-    header->setSectionResizeMode(0, QHeaderView::Stretch);
+    header->setStretchLastSection(false);
     for (int column = 1; column < m_model->columnCount(); ++column) {
         header->resizeSection(column, sizeColumnWidth);
     }
+    connect(header, &QHeaderView::sectionResized, this, [this](int column) {
+        if (!m_isFitting) {
+            m_isNameWidthChosen = m_isNameWidthChosen || column == 0;
+            fitNameColumn();
+        }
+    });
+    m_table->viewport()->installEventFilter(this);
     auto* const inside = new QVBoxLayout(card);
     inside->setContentsMargins(1, 1, 1, 1);
     inside->addWidget(m_table);
     auto* const column = new QVBoxLayout(this);
     column->setContentsMargins(0, 0, 0, 0);
     column->addWidget(card);
+}
+
+bool OutlineScreen::eventFilter(QObject* watched, QEvent* event)
+{
+    if (watched == m_table->viewport() && event->type() == QEvent::Resize) {
+        fitNameColumn();
+    }
+    return KeyedScreen::eventFilter(watched, event);
+}
+
+/// Until the user gives the names a width, they have what the other columns leave.
+void OutlineScreen::fitNameColumn()
+{
+    if (m_isNameWidthChosen) {
+        return;
+    }
+    const QScopedValueRollback fitting(m_isFitting, true);
+    QHeaderView* const header = m_table->header();
+    const int others = header->length() - header->sectionSize(0);
+    header->resizeSection(0, std::max(m_table->viewport()->width() - others, leastNameWidth));
 }
 
 QString OutlineScreen::key() const

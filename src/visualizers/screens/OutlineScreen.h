@@ -6,6 +6,8 @@
 
 #include <vector>
 
+class QEvent;
+
 namespace quorvane {
 
 class OutlineTable;
@@ -26,10 +28,15 @@ protected:
     QString key() const override;
     JobHandle startComputing(const NodePointer& target) override;
     void clear() override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
+    void fitNameColumn();
+
     OutlineModel* m_model;
     OutlineTable* m_table;
+    bool m_isFitting = false;
+    bool m_isNameWidthChosen = false; ///< the user has dragged the name's edge
 };
 
 /// The tree as a table: name, both sizes and date. A click opens a folder as the one on show.

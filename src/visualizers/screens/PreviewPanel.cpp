@@ -21,6 +21,7 @@
 #include <QAbstractItemView>
 #include <QApplication>
 #include <QFontDatabase>
+#include <QFontMetrics>
 #include <QHBoxLayout>
 #include <QKeyEvent>
 #include <QPainter>
@@ -41,6 +42,8 @@ namespace {
 constexpr int headerHeight = 44;
 constexpr int panelMargin = 48;
 constexpr QSize largestPanel{960, 760};
+/// The whole name stands in the header's tip.
+constexpr int summaryNameWidth = 560;
 /// A reading that takes longer shows the summary meanwhile.
 constexpr std::chrono::milliseconds summaryDelay{150};
 
@@ -54,10 +57,14 @@ bool isPanelKey(int key)
     return key == Qt::Key_Space || isArrow(key);
 }
 
-/// "Folder · 4.0 KB"
+/// "File · 4.0 KB", "Folder · 4.0 KB · 12 files"
 QString summaryOf(const FileNode& node)
 {
-    return kindOf(node) % QStringLiteral(" · ") % node.formattedBytes();
+    const QString summary = kindOf(node) % QStringLiteral(" · ") % node.formattedBytes();
+    return node.isDirectory()
+               ? QString(summary % QStringLiteral(" · ") % QString::number(node.fileCount()) %
+                         QStringLiteral(" files"))
+               : summary;
 }
 
 } // namespace
@@ -171,10 +178,11 @@ void PreviewPanel::place()
 
 void PreviewPanel::bringToFront()
 {
-    const std::optional<FilePath>& url = QuickLookPreview::shared().url();
-    if (!url) {
+    const QuickLookPreview& source = QuickLookPreview::shared();
+    if (source.numberOfPreviewItems() == 0) {
         return;
     }
+    const std::optional<FilePath>& url = source.previewItemAt(0);
     // Who has gone on beside the open panel keeps the keyboard there.
     if (isHidden()) {
         m_focusBefore = QApplication::focusWidget();
@@ -303,7 +311,8 @@ void PreviewPanel::showSummary()
     const NodePointer selected = m_state.selectedNode.value();
     const bool isSelected = selected && selected->path() == m_path;
     m_summary->setSymbol(isSelected ? symbolOf(*selected) : QStringLiteral("doc.fill"));
-    m_summary->setHeading(m_name->text());
+    m_summary->setHeading(QFontMetrics(quorvane::font(TextStyle::heading))
+                              .elidedText(m_name->text(), Qt::ElideMiddle, summaryNameWidth));
     m_summary->setText(isSelected ? summaryOf(*selected) : QString());
     showKind(PreviewContent::Kind::summary, m_summary);
 }

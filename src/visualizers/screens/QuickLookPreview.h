@@ -37,6 +37,8 @@ public:
     const std::optional<FilePath>& url() const { return m_url; }
     /// 1 with a stored path, else 0.
     int numberOfPreviewItems() const { return m_url ? 1 : 0; }
+    /// The stored path, whatever the number: there is one at most.
+    const std::optional<FilePath>& previewItemAt(int) const { return m_url; }
 
     /// The panel that follows the source from now on. It outlives that, or is forgotten.
     void setPanel(QuickLookPanel& panel) { m_panel = &panel; }

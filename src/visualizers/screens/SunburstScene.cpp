@@ -34,10 +34,8 @@ double normalized(double angle)
     return rest < 0 ? rest + SunburstLayout::twoPi : rest;
 }
 
-bool holdsAngle(const SunburstLayout::Slice& slice, double angle)
+bool holdsAngle(double start, double end, double angle)
 {
-    const double start = normalized(slice.startAngle);
-    const double end = normalized(slice.endAngle);
     return start <= end ? start <= angle && angle <= end : angle >= start || angle < end;
 }
 
@@ -57,16 +55,21 @@ SunburstScene::SunburstScene(const SceneRequest& request, std::vector<SunburstLa
     : CanvasScene(request)
     , m_slices(std::move(slices))
 {
+    const double farthest = farthestRadius();
     for (std::size_t i = 0; i < m_slices.size(); ++i) {
         const SunburstLayout::Slice& slice = m_slices[i];
         auto ring = std::find_if(m_rings.begin(), m_rings.end(), [&](const Ring& known) {
             return known.inner == slice.innerRadius;
         });
         if (ring == m_rings.end()) {
-            m_rings.push_back({slice.innerRadius, slice.outerRadius, {}, nullptr});
+            m_rings.push_back({slice.innerRadius, slice.outerRadius, {}, {}, {}, nullptr});
             ring = std::prev(m_rings.end());
         }
         ring->items.push_back(i);
+        if (slice.innerRadius <= farthest) {
+            ring->starts.push_back(normalized(slice.startAngle));
+            ring->ends.push_back(normalized(slice.endAngle));
+        }
         ring->lastFolder = slice.node->parent();
     }
 }
@@ -74,6 +77,11 @@ SunburstScene::SunburstScene(const SceneRequest& request, std::vector<SunburstLa
 QPointF SunburstScene::center() const
 {
     return {request().size.width() / 2.0, request().size.height() / 2.0};
+}
+
+double SunburstScene::farthestRadius() const
+{
+    return std::hypot(request().size.width(), request().size.height()) / 2;
 }
 
 RingSector SunburstScene::sectorOf(std::size_t item) const
@@ -92,10 +100,12 @@ bool SunburstScene::isOnTop(std::size_t item) const
 
 std::optional<std::size_t> SunburstScene::firstHit(const Ring& ring, double angle) const
 {
-    const auto hit = std::find_if(ring.items.begin(), ring.items.end(), [&](std::size_t item) {
-        return holdsAngle(m_slices[item], angle);
-    });
-    return hit == ring.items.end() ? std::nullopt : std::optional(*hit);
+    for (std::size_t i = 0; i < ring.starts.size(); ++i) {
+        if (holdsAngle(ring.starts[i], ring.ends[i], angle)) {
+            return ring.items[i];
+        }
+    }
+    return std::nullopt;
 }
 
 std::optional<std::size_t> SunburstScene::itemAt(const QPointF& point) const
@@ -189,7 +199,7 @@ void SunburstScene::paint(QImage& picture, const CanvasStyle& style, bool dimmed
         return;
     }
     const QRectF canvas(QPointF(0, 0), QSizeF(request().size));
-    const double farthest = std::hypot(canvas.width(), canvas.height()) / 2;
+    const double farthest = farthestRadius();
     QPainter painter(&picture);
     painter.setRenderHint(QPainter::Antialiasing);
     for (const Ring& ring : m_rings) {
@@ -209,10 +219,17 @@ void SunburstScene::paint(QImage& picture, const CanvasStyle& style, bool dimmed
 void SunburstScene::restoreItem(QPainter& painter, std::size_t item, const QImage& bright,
                                 const QImage& dimmed) const
 {
-    static_cast<void>(bright);
     static_cast<void>(dimmed);
     painter.setRenderHint(QPainter::Antialiasing);
-    paintSlice(painter, item, 1, Qt::black);
+    if (!isOnTop(item)) {
+        paintSlice(painter, item, 1, Qt::black);
+        return;
+    }
+    painter.save();
+    painter.setClipPath(annulus(sectorOf(item)), Qt::IntersectClip);
+    copyPicture(painter, bright,
+                boundsOf(item).toAlignedRect().intersected(QRect({}, request().size)));
+    painter.restore();
 }
 
 void SunburstScene::paintHighlight(QPainter& painter, std::size_t item, Highlight highlight,

@@ -50,9 +50,13 @@ private:
         double inner = 0;
         double outer = 0;
         std::vector<std::size_t> items;
+        std::vector<double> starts; ///< of the items, from 0 to a turn; none where no pointer gets
+        std::vector<double> ends;
         const FileNode* lastFolder = nullptr; ///< whose children lie on top
     };
 
+    /// How far the canvas's corners lie from the centre, points.
+    double farthestRadius() const;
     RingSector sectorOf(std::size_t item) const;
     std::optional<std::size_t> firstHit(const Ring& ring, double angle) const;
     void paintSlice(QPainter& painter, std::size_t item, double opacity,

@@ -80,7 +80,7 @@ void TopSizesDelegate::paint(QPainter* painter, const QStyleOptionViewItem& opti
               QString::number(index.row() + 1));
     area.setLeft(area.left() + rankWidth + spacing::l);
     const bool isFolder = node->isDirectory();
-    paintSymbol(*painter, isFolder ? QStringLiteral("folder.fill") : QStringLiteral("doc"),
+    paintSymbol(*painter, isFolder ? QStringLiteral("folder") : QStringLiteral("doc"),
                 QRectF(area.left(), area.top(), measure::iconRow, area.height()), measure::iconRow,
                 themeColor(isFolder ? ThemeColor::accentText : ThemeColor::text2));
     area.setLeft(area.left() + measure::iconRow + spacing::m);

@@ -3,9 +3,9 @@
 
 #include "CanvasAccessibility.h"
 #include "HoverTooltip.h"
+#include "LayoutSpinner.h"
 #include "NodeColors.h"
 #include "Painting.h"
-#include "Progress.h"
 #include "Theme.h"
 #include "Tokens.h"
 
@@ -19,9 +19,7 @@
 #include <utility>
 
 namespace quorvane {
-namespace {
-
-QColor groundColor()
+QColor VisualizerCanvas::groundColor()
 {
     if (const std::optional<Color> wash = NodeColors::canvasWash()) {
         return QColor::fromRgbF(static_cast<float>(wash->r), static_cast<float>(wash->g),
@@ -30,8 +28,6 @@ QColor groundColor()
     return QApplication::palette().color(QPalette::Base);
 }
 
-} // namespace
-
 VisualizerCanvas::VisualizerCanvas(AppState& state, MakeScene makeScene, CanvasTraits traits,
                                    QWidget* parent)
     : QWidget(parent)
@@ -39,14 +35,13 @@ VisualizerCanvas::VisualizerCanvas(AppState& state, MakeScene makeScene, CanvasT
     , m_makeScene(makeScene)
     , m_traits(std::move(traits))
     , m_tooltip(new HoverTooltip(this))
-    , m_spinner(new Spinner(QStringLiteral("Computing layout…"), this))
+    , m_spinner(new LayoutSpinner(this))
 {
     setObjectName(m_traits.objectName);
     installCanvasAccessibility();
     setMouseTracking(true);
     setFocusPolicy(Qt::StrongFocus);
     m_tooltip->hide();
-    m_spinner->hide();
     observe();
 }
 
@@ -146,13 +141,13 @@ void VisualizerCanvas::startLayout(const QString& key, const CanvasStyle& style)
                 canvas->publish(std::move(rendering));
             }
         });
-    m_spinner->setVisible(!m_rendering.scene);
+    m_spinner->start(m_rendering.scene != nullptr);
 }
 
 void VisualizerCanvas::publish(CanvasRendering rendering)
 {
     m_layoutTask = nullptr;
-    m_spinner->hide();
+    m_spinner->stop();
     m_state.jobs().release(std::exchange(m_rendering, std::move(rendering)));
     announceCanvasContent(*this);
     refreshSelection();
@@ -174,7 +169,7 @@ void VisualizerCanvas::clearRendering()
         m_layoutTask = nullptr;
     }
     m_key.clear();
-    m_spinner->hide();
+    m_spinner->stop();
     setHovered(std::nullopt, {});
     if (m_rendering.scene) {
         m_state.jobs().release(std::exchange(m_rendering, {}));
@@ -228,12 +223,21 @@ void VisualizerCanvas::paintEvent(QPaintEvent* event)
         paintContent(painter);
         painter.setClipping(false);
     } else if (!isComputingLayout() && !m_isLayoutScheduled) {
-        paintText(painter, QRectF(rect()), Qt::AlignCenter, TextStyle::body, ink().secondary,
-                  emptyText());
+        paintEmpty(painter);
     }
     if (hasFocus() && m_focusIsVisible) {
         paintFocusLine(painter, QRectF(rect()), radius::surface);
     }
+}
+
+void VisualizerCanvas::paintEmpty(QPainter& painter) const
+{
+    paintEmptyText(painter, QRectF(rect()));
+}
+
+void VisualizerCanvas::paintEmptyText(QPainter& painter, const QRectF& area) const
+{
+    paintText(painter, area, Qt::AlignCenter, TextStyle::body, ink().secondary, emptyText());
 }
 
 void VisualizerCanvas::paintContent(QPainter& painter) const

@@ -18,7 +18,7 @@
 namespace quorvane {
 
 class HoverTooltip;
-class Spinner;
+class LayoutSpinner;
 
 /// What sets one drawn visualiser apart from the others beside its scene.
 struct CanvasTraits
@@ -56,14 +56,19 @@ public:
     /// What assistive technology reads for the canvas as a whole.
     QString accessibleLabel() const;
     QString accessibleValue() const;
-    /// Shown in the middle when there is nothing to draw.
-    virtual QString emptyText() const;
+    /// Shown when there is nothing to draw.
+    QString emptyText() const;
     /// Acts as a click on an item, or on none.
     void activate(std::optional<std::size_t> item);
 
 protected:
     /// For what a visualiser writes over its picture.
     CanvasInk ink() const;
+    /// What lies behind every item, by the palette.
+    static QColor groundColor();
+    /// Writes emptyText() on the empty ground, in the middle unless a visualiser has another place.
+    virtual void paintEmpty(QPainter& painter) const;
+    void paintEmptyText(QPainter& painter, const QRectF& area) const;
 
     bool event(QEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
@@ -115,7 +120,7 @@ private:
     bool m_focusIsVisible = false;
     QPointF m_hoverLocation;
     HoverTooltip* m_tooltip;
-    Spinner* m_spinner;
+    LayoutSpinner* m_spinner;
 };
 
 } // namespace quorvane

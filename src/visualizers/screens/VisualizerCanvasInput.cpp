@@ -2,8 +2,8 @@
 #include "VisualizerCanvas.h"
 
 #include "HoverTooltip.h"
+#include "LayoutSpinner.h"
 #include "NodeContextMenu.h"
-#include "Progress.h"
 #include "Tokens.h"
 
 #include <QAccessible>
@@ -63,8 +63,7 @@ bool VisualizerCanvas::event(QEvent* event)
 void VisualizerCanvas::resizeEvent(QResizeEvent* event)
 {
     QWidget::resizeEvent(event);
-    m_spinner->adjustSize();
-    m_spinner->move((width() - m_spinner->width()) / 2, (height() - m_spinner->height()) / 2);
+    m_spinner->centerIn(rect());
     scheduleLayout();
 }
 

@@ -185,6 +185,69 @@ TEST_F(CleanupViewTests, ShowsTheBatchWhileItRuns)
     ASSERT_TRUE(waitFor([this] { return !m_state.isScanning.value(); }));
 }
 
+TEST_F(CleanupViewTests, TheQuestionSendsNothingButWhatItNamed)
+{
+    stage("film.mov");
+    m_view.setConfirmTrash(true);
+    Button* const accept = dialogButton(QStringLiteral("Move to Trash"));
+    m_state.toggleStaged(node("Caches"));
+    accept->click();
+    EXPECT_FALSE(m_state.isTrashingStaged.value());
+    EXPECT_TRUE(m_platform.trash.asked().empty());
+    EXPECT_EQ(m_state.stagedNodes.value().size(), 2U);
+}
+
+TEST_F(CleanupViewTests, AQueueThatChangesWithdrawsTheQuestion)
+{
+    stage("film.mov");
+    m_view.setConfirmTrash(true);
+    stage("Caches");
+    EXPECT_FALSE(m_view.confirmTrash());
+    m_view.setConfirmTrash(true);
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    EXPECT_EQ(dialog()->accessibleName(), QStringLiteral("Move 2 staged items to Trash?"));
+}
+
+TEST_F(CleanupViewTests, ASecondBatchWaitsForTheFirst)
+{
+    Gate gate;
+    m_platform.trash.answer = [&gate](const FilePath&) {
+        gate.pass();
+        return Trash::Outcome::moved;
+    };
+    stage("film.mov");
+    m_state.sendStagedToTrash();
+    stage("Caches");
+    EXPECT_TRUE(part<StagedList>("stagedList").isVisible());
+    EXPECT_FALSE(part<Button>("moveToTrashButton").isEnabled());
+    QTest::keyClick(&m_view, Qt::Key_Delete, Qt::ControlModifier);
+    EXPECT_FALSE(m_view.confirmTrash());
+    gate.open();
+    ASSERT_TRUE(waitFor(
+        [this] { return !m_state.isTrashingStaged.value() && !m_state.isScanning.value(); }));
+    EXPECT_EQ(m_platform.trash.asked(), std::vector{FilePath("/scan/film.mov")});
+}
+
+TEST_F(CleanupViewTests, SaysWhatToDoWithoutAQueue)
+{
+    const auto& empty = part<EmptyState>("cleanupEmpty");
+    QStringList texts;
+    for (const Label* const label : empty.findChildren<Label*>()) {
+        texts.push_back(label->text());
+    }
+    EXPECT_TRUE(texts.contains(QStringLiteral("Nothing staged yet")));
+    EXPECT_TRUE(texts.contains(
+        QStringLiteral("Right-click any folder or file in Analysis and choose “Stage for Cleanup”. "
+                       "Review the list, then trash it in one move — nothing is ever deleted in "
+                       "the background.")));
+    stage("film.mov");
+    QStringList footer;
+    for (const Label* const label : part<QWidget>("totalStagedSpace").findChildren<Label*>()) {
+        footer.push_back(label->text());
+    }
+    EXPECT_TRUE(footer.contains(QStringLiteral("Total staged space")));
+}
+
 TEST_F(CleanupViewTests, AQueueThatGoesTakesItsQuestionAlong)
 {
     stage("film.mov");

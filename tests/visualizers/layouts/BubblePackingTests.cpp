@@ -129,6 +129,10 @@ std::vector<Family> families()
         {"forty octaves", 200, power(40)},
         {"small canvas", 21, power(12)},
         {"smaller than the tolerance", 2, power(6)},
+        {"dust around a giant", 470,
+         [](test::Dice& dice) { return dice.chance(0.02) ? 1e12 : 1000 + 1000 * dice.fraction(); }},
+        {"grains below the tolerance around a giant", 470,
+         [](test::Dice& dice) { return dice.chance(0.01) ? 1e12 : 1e5 + 5e4 * dice.fraction(); }},
         {"one giant", 470,
          [](test::Dice& dice) {
              return dice.chance(0.02) ? 5e9 : 4096.0 * (1 + std::floor(3 * dice.fraction()));

@@ -8,6 +8,7 @@
 #include "FilmRotation.h"
 #include "LatestFrame.h"
 #include "PreviewSamples.h"
+#include "Theme.h"
 #include "WaitFor.h"
 
 #include <gtest/gtest.h>
@@ -171,6 +172,8 @@ TEST_F(MediaTests, TheViewHasControls)
     QObject::connect(&view, &MediaView::opened, [&isOpened] { isOpened = true; });
     view.open(film());
     ASSERT_TRUE(waitFor([&isOpened] { return isOpened; }));
+    EXPECT_TRUE(waitFor([&view] { return view.grab().toImage().pixelColor(200, 100).red() > 200; }))
+        << "a frame fills the stage";
     auto* const play = view.findChild<ToolButton*>(QStringLiteral("mediaPlayButton"));
     auto* const place = view.findChild<MediaSlider*>(QStringLiteral("mediaPosition"));
     EXPECT_EQ(place->maximum(), 2000);
@@ -182,11 +185,6 @@ TEST_F(MediaTests, TheViewHasControls)
     QTest::mouseClick(place, Qt::LeftButton, {}, QPoint(place->width() * 3 / 4, 5));
     EXPECT_TRUE(waitFor([&view] { return view.player().status().position >= 1300; }));
     EXPECT_EQ(view.findChild<QWidget*>(QStringLiteral("mediaVolume"))->isEnabled(), canBeHeard());
-    const QImage shown = view.grab().toImage();
-    EXPECT_TRUE(waitFor([&view] {
-        const QColor middle = view.grab().toImage().pixelColor(200, 100);
-        return middle.red() > 200 || middle.blue() > 200;
-    })) << "a frame fills the stage";
 }
 
 TEST_F(MediaTests, VolumeAndMuteGoTogether)
@@ -264,6 +262,23 @@ TEST(LatestFrameTests, ANewerFrameTakesThePlaceOfOneThatWaits)
     EXPECT_EQ(frame.take().size(), QSize(2, 2));
     EXPECT_TRUE(frame.take().isNull());
     EXPECT_TRUE(frame.put(old));
+}
+
+TEST(MediaSliderTests, TheKnobStandsOutFromAnyGround)
+{
+    setTheme(AppTheme::light, AccentChoice::blue);
+    MediaSlider slider(QStringLiteral("Position"));
+    slider.setRange(0, 100);
+    slider.setValue(50);
+    slider.resize(212, 20);
+    const QImage image = slider.grab().toImage();
+    // The middle of a knob of 12 points is white, and its edge left and right is not.
+    EXPECT_EQ(image.pixelColor(106, 10), themeColor(ThemeColor::knob));
+    for (const int x : {100, 111}) {
+        EXPECT_LT(image.pixelColor(x, 10).red(), 64) << x;
+        EXPECT_GT(image.pixelColor(x, 10).blue(), 200) << x;
+    }
+    setTheme(AppTheme::dark, AccentChoice::blue);
 }
 
 } // namespace

@@ -116,6 +116,13 @@ TEST_F(PreviewContentTests, KnowsSoundAndFilmByWhatTheyHold)
     EXPECT_EQ(read("source.ts").kind, Kind::text) << "a name that films have as well";
 }
 
+TEST_F(PreviewContentTests, ALinkShowsWhatItLeadsTo)
+{
+    m_disk.fileWithContents("letter", "Dear all");
+    m_disk.symbolicLink("letter", "link");
+    EXPECT_EQ(read("link").text, QStringLiteral("Dear all"));
+}
+
 TEST_F(PreviewContentTests, OpensADocument)
 {
     m_disk.fileWithContents("paper.pdf", test::documentOfPages(2).toStdString());

@@ -89,6 +89,7 @@ TEST_F(PreviewPanelTests, SpaceOpensAndClosesIt)
     EXPECT_EQ(panel()->shownKind(), PreviewContent::Kind::text);
     EXPECT_EQ(QuickLookPreview::shared().url(), m_disk.path("one.txt"));
     EXPECT_EQ(QuickLookPreview::shared().numberOfPreviewItems(), 1);
+    EXPECT_EQ(QuickLookPreview::shared().previewItemAt(0), m_disk.path("one.txt"));
     QTest::keyClick(panel(), Qt::Key_Space);
     EXPECT_FALSE(panel()->isVisible());
 }
@@ -202,6 +203,14 @@ TEST_F(PreviewPanelTests, EachKindOfBrokenFileShowsItsCard)
         EXPECT_TRUE(tells(QStringLiteral("File · 20 B")));
         QTest::keyClick(panel(), Qt::Key_Space);
     }
+}
+
+TEST_F(PreviewPanelTests, AFolderShowsWhatIsInside)
+{
+    m_state.select(m_tree->rootPointer());
+    ASSERT_TRUE(opens());
+    EXPECT_EQ(panel()->shownKind(), PreviewContent::Kind::summary);
+    EXPECT_TRUE(tells(QStringLiteral("Folder · 30 B · 2 files")));
 }
 
 TEST_F(PreviewPanelTests, SaysThatATextGoesOn)
@@ -394,6 +403,28 @@ TEST_F(PreviewPanelTests, ShowsAFileWhoseNameIsNotUtf8)
     ASSERT_TRUE(showsText("first"));
     EXPECT_EQ(QuickLookPreview::shared().url(), m_disk.path(name));
     EXPECT_TRUE(tells(QStringLiteral("caf\uFFFD <b>.txt")));
+}
+
+TEST_F(PreviewPanelTests, TheCardOfALongNameStaysInThePanel)
+{
+    const std::string name = "begin" + std::string(200, 'w') + "end";
+    m_disk.file(name);
+    test::TreeTextOptions options;
+    options.rootPath = m_disk.root();
+    m_tree = test::treeFromText(name + " 20\n", options);
+    m_state.rootNode = m_tree->rootPointer();
+    m_state.select(NodePointer(m_tree->rootPointer(), &m_tree->root().children()[0]));
+    ASSERT_TRUE(opens());
+    ASSERT_EQ(panel()->shownKind(), PreviewContent::Kind::summary);
+    int headings = 0;
+    for (const QLabel* const label : panel()->findChildren<QLabel*>()) {
+        if (label->isVisible() && label->text().startsWith(QStringLiteral("beginw")) &&
+            label->text().endsWith(QStringLiteral("wend")) && label->text().contains(u'…')) {
+            ++headings;
+            EXPECT_LE(label->sizeHint().width(), panel()->width());
+        }
+    }
+    EXPECT_EQ(headings, 1);
 }
 
 } // namespace

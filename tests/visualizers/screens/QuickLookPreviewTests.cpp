@@ -41,6 +41,7 @@ TEST_F(QuickLookPreviewTests, WithoutAPanelItStoresThePathAndDoesNothingElse)
     preview().show(FilePath("/scan/three"));
     EXPECT_EQ(preview().url(), FilePath("/scan/three"));
     EXPECT_EQ(preview().numberOfPreviewItems(), 1);
+    EXPECT_EQ(preview().previewItemAt(0), FilePath("/scan/three"));
     preview().toggle(*node("one"));
     preview().toggle(*node("one"));
     EXPECT_EQ(preview().url(), node("one")->path());

@@ -1,0 +1,123 @@
+// SPDX-License-Identifier: MIT
+#include "DuplicateFinder.h"
+
+#include "TreeText.h"
+
+#include <gtest/gtest.h>
+
+#include <limits>
+
+namespace quorvane::DuplicateFinder {
+namespace {
+
+using test::nodeAt;
+using test::treeFromText;
+
+std::vector<FileNode*> nodes(FileTree& tree, const std::vector<std::string_view>& paths)
+{
+    std::vector<FileNode*> found;
+    for (const std::string_view path : paths) {
+        found.push_back(&nodeAt(tree.root(), path));
+    }
+    return found;
+}
+
+TEST(DuplicateGroup, ThreeCopiesOf2048BytesGive4096BytesBack)
+{
+    const auto tree = treeFromText("a 2048\nb 2048\nc 2048\n");
+    const Group group(2048, nodes(*tree, {"b", "a", "c"}), tree->rootPointer());
+    EXPECT_EQ(group.bytes(), 2048);
+    EXPECT_EQ(group.reclaimableBytes(), 4096);
+    EXPECT_EQ(group.formattedSize(), QStringLiteral("2.0 KB"));
+    EXPECT_EQ(group.formattedReclaimable(), QStringLiteral("4.0 KB"));
+}
+
+TEST(DuplicateGroup, IdNamesSizeFirstFileAndCount)
+{
+    const auto tree = treeFromText("a 2048\nb 2048\nc 2048\n");
+    // Ids count up from 1 in the order of the lines.
+    EXPECT_EQ(Group(2048, nodes(*tree, {"c", "a"}), tree->rootPointer()).id(),
+              QStringLiteral("dup-2048-3-2"));
+    EXPECT_EQ(Group(7, {}, tree->rootPointer()).id(), QStringLiteral("dup-7-0-0"));
+}
+
+TEST(DuplicateGroup, EmptyListHasNothingNewestAndNothingToGain)
+{
+    const Group group(5000, {}, nullptr);
+    EXPECT_EQ(group.newestFile(), nullptr);
+    EXPECT_EQ(group.reclaimableBytes(), 0);
+    EXPECT_EQ(group.folderCount(), 0);
+    EXPECT_TRUE(group.topFolders().empty());
+}
+
+TEST(DuplicateGroup, NewestFileIsTheFirstOfTheLatest)
+{
+    const auto tree = treeFromText("a 9 9 @50\nb 9 9 @70\nc 9 9 @70\nd 9 9 @60\n");
+    const Group group(9, nodes(*tree, {"a", "b", "c", "d"}), tree->rootPointer());
+    EXPECT_EQ(group.newestFile()->name(), "b");
+}
+
+TEST(DuplicateGroup, MissingDateCountsAsOlderThanAny)
+{
+    const auto tree = treeFromText("a 9 9 @-4000000000\n");
+    const NodePointer dateless = FileTree::stagedItem("x", FilePath("/x"), 9);
+    const NodePointer other = FileTree::stagedItem("y", FilePath("/y"), 9);
+    FileNode* const dated = &nodeAt(tree->root(), "a");
+    EXPECT_EQ(Group(9, {dateless.get(), dated}, tree->rootPointer()).newestFile(), dated);
+    EXPECT_EQ(Group(9, {dateless.get(), other.get()}, dateless).newestFile(), dateless.get());
+}
+
+TEST(DuplicateGroup, FoldersOfOneNameAreCountedApart)
+{
+    const auto tree = treeFromText("a/\n  x/\n    f 1\nb/\n  x/\n    f 1\nc/\n  y/\n    f 1\n");
+    const Group group(1, nodes(*tree, {"a/x/f", "b/x/f", "c/y/f"}), tree->rootPointer());
+    EXPECT_EQ(group.folderCount(), 3);
+    EXPECT_EQ(group.topFolders(), (std::vector{QStringLiteral("x"), QStringLiteral("x")}));
+}
+
+TEST(DuplicateGroup, CopiesInOneFolderCountItOnce)
+{
+    const auto tree = treeFromText("a/\n  f 1\n  g 1\nh 1\n");
+    const Group group(1, nodes(*tree, {"a/f", "a/g", "h"}), tree->rootPointer());
+    EXPECT_EQ(group.folderCount(), 2);
+    EXPECT_EQ(group.topFolders(), (std::vector{QStringLiteral("a"), QStringLiteral("scan")}));
+}
+
+TEST(DuplicateGroup, FolderAtTheTopIsASlash)
+{
+    const auto tree = treeFromText("f 1\ng 1\n", {.rootPath = FilePath("/")});
+    EXPECT_EQ(Group(1, nodes(*tree, {"f", "g"}), tree->rootPointer()).topFolders(),
+              std::vector{QStringLiteral("/")});
+}
+
+TEST(DuplicateGroup, KeepsItsTreeAlive)
+{
+    auto tree = treeFromText("a 9\nb 9\n");
+    const std::weak_ptr<FileTree> watch = tree;
+    {
+        const Group group(9, nodes(*tree, {"a", "b"}), tree->rootPointer());
+        tree.reset();
+        EXPECT_EQ(group.files().front()->name(), "a");
+    }
+    EXPECT_TRUE(watch.expired());
+}
+
+TEST(DuplicateGroup, EqualityIsThatOfSizeAndFiles)
+{
+    const auto tree = treeFromText("a 9\nb 9\nc 9\n");
+    const Group group(9, nodes(*tree, {"a", "b"}), tree->rootPointer());
+    EXPECT_EQ(group, Group(9, nodes(*tree, {"a", "b"}), tree->rootPointer()));
+    EXPECT_FALSE(group == Group(9, nodes(*tree, {"a", "c"}), tree->rootPointer()));
+    EXPECT_FALSE(group == Group(8, nodes(*tree, {"a", "b"}), tree->rootPointer()));
+}
+
+TEST(DuplicateGroup, ProductBeyond64BitsEndsTheProgram)
+{
+    const auto tree = treeFromText("a 9\nb 9\nc 9\n");
+    EXPECT_DEATH(Group(std::numeric_limits<std::int64_t>::max(), nodes(*tree, {"a", "b", "c"}),
+                       tree->rootPointer()),
+                 "byte sum overflows in DuplicateFinder.reclaimableBytes");
+}
+
+} // namespace
+} // namespace quorvane::DuplicateFinder

@@ -1,0 +1,148 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "FileContentCalls.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
+#include <functional>
+#include <limits>
+#include <map>
+#include <mutex>
+#include <string>
+
+namespace quorvane::test {
+
+/// One file's contents, and what goes wrong with them.
+struct MemoryFile
+{
+    std::string bytes;
+    bool opens = true;
+    bool hasStatus = true;
+    bool isRegularFile = true;
+    bool seeks = true;
+    std::int64_t readable = std::numeric_limits<std::int64_t>::max(); ///< beyond it reads fail
+    std::int64_t changedSeconds = 1'000'000'000;
+};
+
+/// File contents that lie in memory, by absolute path. What is not there cannot be opened. Set up
+/// before use, or from beforeOpen; the calls themselves may come from any thread.
+class MemoryContents final : public FileContentCalls
+{
+public:
+    /// Runs before each open outside any lock, with how often this path was opened before.
+    std::function<void(const std::string& path, int before)> beforeOpen;
+
+    MemoryFile& file(const std::string& path)
+    {
+        const std::lock_guard guard(m_lock);
+        return m_files[path];
+    }
+    void remove(const std::string& path)
+    {
+        const std::lock_guard guard(m_lock);
+        m_files.erase(path);
+    }
+
+    int opened(const std::string& path) const
+    {
+        const std::lock_guard guard(m_lock);
+        const auto found = m_opened.find(path);
+        return found == m_opened.end() ? 0 : found->second;
+    }
+    int openedInAll() const
+    {
+        const std::lock_guard guard(m_lock);
+        return m_lastDescriptor;
+    }
+    /// Files that were opened and not closed.
+    std::size_t openNow() const
+    {
+        const std::lock_guard guard(m_lock);
+        return m_open.size();
+    }
+    std::int64_t bytesRead() const
+    {
+        const std::lock_guard guard(m_lock);
+        return m_bytesRead;
+    }
+    std::size_t largestRead() const
+    {
+        const std::lock_guard guard(m_lock);
+        return m_largestRead;
+    }
+
+    int open(int, const char* name) override
+    {
+        if (beforeOpen) {
+            beforeOpen(name, opened(name));
+        }
+        const std::lock_guard guard(m_lock);
+        ++m_opened[name];
+        const auto found = m_files.find(name);
+        if (found == m_files.end() || !found->second.opens) {
+            return -1;
+        }
+        m_open[++m_lastDescriptor] = {found->second, 0};
+        return m_lastDescriptor;
+    }
+    bool status(int descriptor, OpenFileStatus& status) override
+    {
+        const std::lock_guard guard(m_lock);
+        const MemoryFile& file = m_open.at(descriptor).file;
+        status.isRegularFile = file.isRegularFile;
+        status.changedSeconds = file.changedSeconds;
+        return file.hasStatus;
+    }
+    std::int64_t read(int descriptor, std::span<std::byte> room) override
+    {
+        const std::lock_guard guard(m_lock);
+        Open& open = m_open.at(descriptor);
+        m_largestRead = std::max(m_largestRead, room.size());
+        const auto size = static_cast<std::int64_t>(open.file.bytes.size());
+        const std::int64_t end = std::min(size, open.file.readable);
+        if (open.position >= end) {
+            return open.position >= size ? 0 : -1;
+        }
+        const std::int64_t got =
+            std::min(end - open.position, static_cast<std::int64_t>(room.size()));
+        std::memcpy(room.data(), open.file.bytes.data() + open.position,
+                    static_cast<std::size_t>(got));
+        open.position += got;
+        m_bytesRead += got;
+        return got;
+    }
+    bool seek(int descriptor, std::int64_t position) override
+    {
+        const std::lock_guard guard(m_lock);
+        Open& open = m_open.at(descriptor);
+        open.position = position;
+        return open.file.seeks;
+    }
+    void close(int descriptor) override
+    {
+        const std::lock_guard guard(m_lock);
+        m_open.erase(descriptor);
+    }
+    void willRead(int, std::int64_t, std::int64_t) override {}
+    void willReadOnce(int) override {}
+
+private:
+    struct Open
+    {
+        MemoryFile file;
+        std::int64_t position = 0;
+    };
+
+    mutable std::mutex m_lock;
+    std::map<std::string, MemoryFile> m_files;
+    std::map<std::string, int> m_opened;
+    std::map<int, Open> m_open;
+    int m_lastDescriptor = 0;
+    std::int64_t m_bytesRead = 0;
+    std::size_t m_largestRead = 0;
+};
+
+} // namespace quorvane::test
