@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "ShortenedName.h"
 
+#include "ToolTip.h"
+
 #include <QHelpEvent>
 #include <QPainter>
 #include <QTextLayout>
@@ -95,10 +97,7 @@ bool ShortenedName::event(QEvent* event)
         QToolTip::hideText();
         event->ignore();
     } else {
-        // A name is no markup, whatever stands in it.
-        QToolTip::showText(static_cast<QHelpEvent*>(event)->globalPos(),
-                           QStringLiteral("<p>") + text().toHtmlEscaped() + QStringLiteral("</p>"),
-                           this);
+        showPlainToolTip(static_cast<QHelpEvent*>(event)->globalPos(), text(), this);
     }
     return true;
 }
