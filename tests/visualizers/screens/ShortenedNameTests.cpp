@@ -7,6 +7,7 @@
 
 #include <QApplication>
 #include <QHelpEvent>
+#include <QTextDocument>
 #include <QToolTip>
 
 namespace quorvane {
@@ -87,8 +88,9 @@ TEST_F(ShortenedNameTests, TheTipTellsTheWholeNameAsItStands)
     const QString text = QStringLiteral("<b>") + QString(200, QLatin1Char('w'));
     showName(text);
     askForTip();
-    EXPECT_EQ(QToolTip::text(), QStringLiteral("<p>&lt;b&gt;") + QString(200, QLatin1Char('w')) +
-                                    QStringLiteral("</p>"));
+    QTextDocument shown;
+    shown.setHtml(QToolTip::text());
+    EXPECT_EQ(shown.toPlainText(), text);
     showName(QStringLiteral("short"));
     askForTip();
     EXPECT_TRUE(waitFor([] { return QToolTip::text().isEmpty() || !QToolTip::isVisible(); }));
