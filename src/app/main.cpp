@@ -17,7 +17,6 @@
 
 #include <chrono>
 #include <cstdio>
-#include <cstdlib>
 #include <filesystem>
 #include <memory>
 #include <optional>
@@ -35,9 +34,9 @@ constexpr int usageError = 2;
 /// The bytes of the home folder's path, whatever their encoding.
 FilePath homeFolder()
 {
-    const char* const home = std::getenv("HOME");
-    if (home != nullptr && *home == '/') {
-        return FilePath(home);
+    const QByteArray home = qgetenv("HOME");
+    if (home.startsWith('/')) {
+        return FilePath(home.toStdString());
     }
     return FilePath(QFile::encodeName(QDir::homePath()).toStdString());
 }

@@ -162,7 +162,7 @@ GroupPaths naive(const DiskTree& disk)
 
 TEST(DuplicateFinderOnDisk, GroupsAreThoseOfAPlainComparison)
 {
-    for (const std::uint64_t seed : {1, 2, 3}) {
+    for (const std::uint64_t seed : {1U, 2U, 3U}) {
         SCOPED_TRACE(seed);
         test::Dice dice(seed);
         DiskTree disk(DiskTree::Place::memory);

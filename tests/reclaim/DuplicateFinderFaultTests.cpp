@@ -18,7 +18,6 @@ namespace {
 using DuplicateFinder::Pass;
 using test::FinderTest;
 using test::GroupPaths;
-using test::MemoryFile;
 using test::textOf;
 
 constexpr std::int64_t longAgo = 1'000'000'000;

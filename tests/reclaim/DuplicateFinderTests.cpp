@@ -298,7 +298,8 @@ TEST_F(FinderTest, MoreSizesThanAWindowHolds)
     GroupPaths expected;
     for (const int i : {39999, 20000, 3, 0}) {
         for (const char* name : {"a", "b"}) {
-            contents(name + std::to_string(i), textOf('q', static_cast<std::size_t>(2000 + i)));
+            contents(name + std::to_string(i),
+                     textOf('q', std::size_t{2000} + static_cast<std::size_t>(i)));
         }
         expected.push_back({"a" + std::to_string(i), "b" + std::to_string(i)});
     }

@@ -82,7 +82,7 @@ protected:
 
 TEST_F(FileDigesterTest, SampleOfASmallFileIsTheWhole)
 {
-    for (const std::size_t bytes : {16, 4095, 4096, 4097, 300000, 524287, 524288}) {
+    for (const std::size_t bytes : {16U, 4095U, 4096U, 4097U, 300000U, 524287U, 524288U}) {
         const std::string text = textOf('q', bytes);
         const std::optional<Sample> sample = m_digester.partialDigest(node(bytes, text));
         ASSERT_TRUE(sample) << bytes;
@@ -93,7 +93,7 @@ TEST_F(FileDigesterTest, SampleOfASmallFileIsTheWhole)
 
 TEST_F(FileDigesterTest, SampleOfALargeFileIsHeadAndTailInOne)
 {
-    for (const std::size_t bytes : {524289, 1000000}) {
+    for (const std::size_t bytes : {524289U, 1000000U}) {
         const std::string text = textOf('q', bytes);
         const std::optional<Sample> sample = m_digester.partialDigest(node(bytes, text));
         ASSERT_TRUE(sample) << bytes;
@@ -147,7 +147,7 @@ TEST_F(FileDigesterTest, GrownFileIsNotCoveredByItsSample)
 
 TEST_F(FileDigesterTest, FullDigestIsThatOfAllBytes)
 {
-    for (const std::size_t bytes : {0, 1, 262144, 1048575, 1048576, 1048577, 3000000}) {
+    for (const std::size_t bytes : {0U, 1U, 262144U, 1048575U, 1048576U, 1048577U, 3000000U}) {
         const std::string text = textOf('q', bytes);
         EXPECT_EQ(hexOf(m_digester.fullDigest(node(bytes, text)).value()), expectedHex(text))
             << bytes;
@@ -156,7 +156,7 @@ TEST_F(FileDigesterTest, FullDigestIsThatOfAllBytes)
 
 TEST_F(FileDigesterTest, FullDigestOfAFileWithAFaultIsThatOfItsFront)
 {
-    for (const std::size_t readable : {0, 1, 1048576, 1500000}) {
+    for (const std::size_t readable : {0U, 1U, 1048576U, 1500000U}) {
         const std::string text = textOf('q', 2000000);
         const FileNode& file = node(2000000, text);
         m_contents.file("/scan/f").readable = static_cast<std::int64_t>(readable);

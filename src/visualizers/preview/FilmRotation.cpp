@@ -63,7 +63,7 @@ std::optional<Box> boxAt(QIODevice& device, qint64 place, qint64 limit)
 std::optional<Box> find(QIODevice& device, const char* name, qint64 place, qint64 limit)
 {
     for (int i = 0; i < mostBoxes && place < limit; ++i) {
-        const std::optional<Box> box = boxAt(device, place, limit);
+        std::optional<Box> box = boxAt(device, place, limit);
         if (!box || box->name == name) {
             return box;
         }

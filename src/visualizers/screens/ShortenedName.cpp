@@ -63,7 +63,7 @@ int ShortenedName::linesOf(const QString& text, qreal width) const
 
 QString ShortenedName::shownText() const
 {
-    const QString whole = inOneParagraph(text());
+    QString whole = inOneParagraph(text());
     const qreal width = contentsRect().width();
     if (linesOf(whole, width) <= m_mostLines) {
         return whole;

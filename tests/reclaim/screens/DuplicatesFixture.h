@@ -41,7 +41,9 @@ protected:
         for (int group = 0; group < count; ++group) {
             std::vector<FileNode*> members;
             for (int copy = 0; copy < copies; ++copy) {
-                members.push_back(&files[static_cast<std::size_t>(group * copies + copy)]);
+                members.push_back(
+                    &files[static_cast<std::size_t>(group) * static_cast<std::size_t>(copies) +
+                           static_cast<std::size_t>(copy)]);
             }
             groups.emplace_back(2048, std::move(members), m_tree->rootPointer());
         }
