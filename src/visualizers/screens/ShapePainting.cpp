@@ -37,6 +37,11 @@ QPen hoverPen()
     return {QColor::fromRgbF(1, 1, 1, hoverOpacity), highlightWidth};
 }
 
+QPen hoverPenOver(const QColor& item)
+{
+    return {mixed(Qt::white, hoverOpacity, item), highlightWidth};
+}
+
 void strokeSelected(QPainter& painter, const QPainterPath& outline, const QColor& accent)
 {
     painter.setBrush(Qt::NoBrush);

@@ -59,6 +59,8 @@ private:
     double farthestRadius() const;
     RingSector sectorOf(std::size_t item) const;
     std::optional<std::size_t> firstHit(const Ring& ring, double angle) const;
+    void fillSlice(QPainter& painter, std::size_t item, const QPainterPath& outline, double opacity,
+                   const QColor& ground) const;
     void paintSlice(QPainter& painter, std::size_t item, double opacity,
                     const QColor& ground) const;
     void paintHub(QPainter& painter, const CanvasStyle& style) const;

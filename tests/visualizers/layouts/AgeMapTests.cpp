@@ -58,6 +58,28 @@ TEST(AgeMap, AddsBytesByLocalMonth)
     EXPECT_EQ(map.buckets[1], (AgeBucket{QStringLiteral("Mar 2025"), QDate(2025, 3, 1), 11}));
 }
 
+TEST(AgeMap, FileWithoutADateCountsNowhere)
+{
+    NodeValues root;
+    root.name = "scan";
+    root.metadata.isDirectory = true;
+    const auto tree = FileTree::create(FilePath("/scan"), root);
+    NodeValues undated{1, "undated", {}};
+    undated.metadata.isRegularFile = true;
+    undated.metadata.logicalSize = 90 * mebibyte;
+    NodeValues dated = undated;
+    dated.id = 2;
+    dated.name = "dated";
+    dated.metadata.dateModified = 86400;
+    tree->addChildren(tree->root(), std::vector{undated, dated});
+    tree->root().finalizeTree();
+    const AgeMap map =
+        computeAgeMap(tree->root(), SizeMode::logical, {}, nullptr, local(2026, 3, 10));
+    ASSERT_EQ(map.buckets.size(), 1U);
+    EXPECT_EQ(map.buckets[0].bytes, 90 * mebibyte);
+    EXPECT_EQ(untouchedOf(map), std::vector<std::string>{"dated"});
+}
+
 TEST(AgeMap, SizeModeChoosesTheBytes)
 {
     const std::string text = file("a", 100, 4096) + at(local(2025, 2, 1));

@@ -43,6 +43,17 @@ TEST(BubblesLayout, PaintsByIdWhatIsPackedBySize)
     EXPECT_EQ(bubbles[1].bubble.center, Point{});
 }
 
+TEST(BubblesLayout, EqualItemsArePackedByNameAndPaintedById)
+{
+    const auto bubbles = bubblesOf(test::treeFromText("c 5\nb 5\na 5\n"));
+    ASSERT_EQ(namesOf(bubbles), (Names{"c", "b", "a"}));
+    // The first of the packing stands on the origin, the second beside it on the axis.
+    EXPECT_EQ(bubbles[2].bubble.center, Point{});
+    EXPECT_DOUBLE_EQ(bubbles[1].bubble.center.x, 2 * bubbles[1].bubble.radius);
+    EXPECT_EQ(bubbles[1].bubble.center.y, 0);
+    EXPECT_NE(bubbles[0].bubble.center.y, 0);
+}
+
 TEST(BubblesLayout, OnlyChildOpensItsContent)
 {
     const auto tree = test::treeFromText("only/\n  a 1\n  b/\n    c 1\n");

@@ -10,30 +10,39 @@
 
 #include <string>
 #include <utility>
+#include <vector>
 
 namespace quorvane {
 namespace {
 
+std::string symbolOf(const std::string& line)
+{
+    const auto tree = test::treeFromText(line + " 1\n");
+    return ListRow::iconName(tree->root().children()[0]).toStdString();
+}
+
 TEST(ListRow, SymbolFollowsTheExtension)
 {
-    const std::pair<const char*, const char*> rows[] = {
-        {"a.png", "photo"},
-        {"a.JPEG", "photo"},
-        {"a.pdf", "doc.richtext"},
-        {"a.tar.gz", "archivebox"},
-        {"a.7z", "archivebox"},
-        {"a.cpp", "chevron.left.forwardslash.chevron.right"},
-        {"a.h", "chevron.left.forwardslash.chevron.right"},
-        {"a.m4v", "film"},
-        {"a.flac", "music.note"},
-        {"a.xyz", "doc"},
-        {"png", "doc"},
-        {"a.", "doc"},
-        {".png", "photo"}};
-    for (const auto& [name, symbol] : rows) {
-        const auto tree = test::treeFromText(std::string(name) + " 1\n");
-        EXPECT_EQ(ListRow::iconName(tree->root().children()[0]), QLatin1String(symbol)) << name;
+    const std::pair<const char*, std::vector<const char*>> rows[] = {
+        {"photo", {"png", "jpg", "jpeg", "heic", "gif", "tiff", "JPEG"}},
+        {"doc.richtext", {"pdf"}},
+        {"archivebox", {"zip", "dmg", "7z", "tar", "gz", "bz2", "tar.gz"}},
+        {"chevron.left.forwardslash.chevron.right",
+         {"swift", "py", "js", "ts", "rb", "go", "rs", "c", "cpp", "h"}},
+        {"film", {"mp4", "mov", "m4v"}},
+        {"music.note", {"mp3", "m4a", "wav", "flac"}},
+        {"doc", {"xyz", "txt", "mkv", ""}}};
+    for (const auto& [symbol, extensions] : rows) {
+        for (const char* const extension : extensions) {
+            EXPECT_EQ(symbolOf(std::string("a.") + extension), symbol) << extension;
+        }
     }
+}
+
+TEST(ListRow, NameWithoutADotIsAnythingElse)
+{
+    EXPECT_EQ(symbolOf("png"), "doc");
+    EXPECT_EQ(symbolOf(".png"), "photo");
 }
 
 TEST(ListRow, LinksAndFoldersComeFirst)

@@ -61,6 +61,21 @@ TEST(MindMapLayout, OpensThreeLevels)
     EXPECT_TRUE(bands[2].hasChildren);
 }
 
+TEST(MindMapLayout, DeepTreeLooksAsOneCutAtTheThirdLevel)
+{
+    const std::vector<Band> cut = bandsOf("1/\n  2/\n    3/\n      x 8\n    y 4\nz 4\n");
+    const Names names = namesOf(cut);
+    const std::vector<Band> deep =
+        bandsOf("1/\n  2/\n    3/\n      4/\n        5/\n          x 8\n    y 4\nz 4\n");
+    ASSERT_EQ(names, namesOf(deep));
+    for (std::size_t i = 0; i < cut.size(); ++i) {
+        EXPECT_EQ(cut[i].start, deep[i].start);
+        EXPECT_EQ(cut[i].end, deep[i].end);
+        EXPECT_EQ(cut[i].outer, deep[i].outer);
+        EXPECT_EQ(cut[i].hasChildren, deep[i].hasChildren);
+    }
+}
+
 TEST(MindMapLayout, FolderOfEmptyItemsCountsAsWithoutChildren)
 {
     const auto tree = test::treeFromText("a/\n  x 0 5\nb 0 1\n");

@@ -6,6 +6,9 @@
 #include "MindMapView.h"
 #include "SunburstView.h"
 
+#include <algorithm>
+#include <utility>
+
 namespace quorvane {
 namespace {
 
@@ -81,11 +84,110 @@ TYPED_TEST(DrawnVisualizersTests, WheelDoesNotZoom)
     EXPECT_EQ(this->m_state.focusNode.value(), this->m_state.rootNode.value());
 }
 
+TYPED_TEST(DrawnVisualizersTests, FolderOfNothingButEmptyItemsSaysSo)
+{
+    this->open("a.mp4 0\nbox/\n  b.mp4 0\n");
+    EXPECT_EQ(this->m_view.scene()->itemCount(), 0U);
+    EXPECT_EQ(this->m_view.emptyText(), QStringLiteral("Nothing to display"));
+}
+
+TYPED_TEST(DrawnVisualizersTests, WithoutATreeItSaysSo)
+{
+    this->m_view.resize(400, 300);
+    this->m_view.show();
+    EXPECT_EQ(this->m_view.emptyText(), QStringLiteral("No scan yet"));
+    EXPECT_TRUE(this->m_view.accessibleLabel().endsWith(QStringLiteral(" of , 0 bytes")));
+    EXPECT_TRUE(this->m_view.accessibleValue().startsWith(QStringLiteral("0 ")));
+}
+
+TYPED_TEST(DrawnVisualizersTests, ValueCountsTheItems)
+{
+    this->open("a.mp4 600\n");
+    ASSERT_EQ(this->m_view.scene()->itemCount(), 1U);
+    EXPECT_TRUE(this->m_view.accessibleValue().startsWith(QStringLiteral("1 ")));
+}
+
 TYPED_TEST(DrawnVisualizersTests, EmptyFolderSaysSo)
 {
     this->open("empty/\n");
     EXPECT_EQ(this->m_view.scene()->itemCount(), 0U);
     EXPECT_EQ(this->m_view.emptyText(), QStringLiteral("Nothing to display"));
+}
+
+class SmallBubblesTests : public CanvasFixture
+{};
+
+TEST_F(SmallBubblesTests, CanvasOfAHundredPointsHasTheEmptyText)
+{
+    showTree(twoFolders);
+    BubblesView view(m_state);
+    view.resize(400, 100);
+    view.show();
+    ASSERT_TRUE(waitFor([&] { return view.scene() && !view.isComputingLayout(); }));
+    EXPECT_EQ(view.scene()->itemCount(), 0U);
+    EXPECT_EQ(view.emptyText(), QStringLiteral("Nothing to display"));
+    view.resize(400, 101);
+    EXPECT_TRUE(waitFor([&] { return view.scene()->itemCount() > 0; }));
+}
+
+class EmptyMindMapTests : public CanvasFixture
+{
+protected:
+    /// What the view shows once nothing is on its way.
+    QImage picture()
+    {
+        m_view.resize(800, 600);
+        m_view.show();
+        EXPECT_TRUE(waitFor([this] {
+            return !m_view.isComputingLayout() && (m_view.scene() || !m_state.shownNode());
+        }));
+        QApplication::processEvents();
+        return m_view.grab().toImage();
+    }
+
+    /// The columns that differ from the ground in the rows above the axis, where only words are.
+    static std::pair<int, int> wordColumns(const QImage& picture)
+    {
+        const QRgb ground = picture.pixel(400, 100);
+        int first = picture.width();
+        int last = -1;
+        for (int y = 285; y < 298; ++y) {
+            for (int x = 0; x < picture.width(); ++x) {
+                if (picture.pixel(x, y) != ground) {
+                    first = std::min(first, x);
+                    last = std::max(last, x);
+                }
+            }
+        }
+        return {first, last};
+    }
+
+    void expectAxisAndWords()
+    {
+        const QImage shown = picture();
+        const QRgb ground = shown.pixel(400, 100);
+        for (const int x : {12, 200, 700, 787}) {
+            const bool isOnAxis = shown.pixel(x, 299) != ground || shown.pixel(x, 300) != ground;
+            EXPECT_TRUE(isOnAxis) << x;
+        }
+        const auto [first, last] = wordColumns(shown);
+        ASSERT_GT(last, first);
+        // 60 points right of the middle.
+        EXPECT_NEAR((first + last) / 2.0, 460, 3);
+    }
+
+    MindMapView m_view{m_state};
+};
+
+TEST_F(EmptyMindMapTests, WithoutATreeItHasItsAxisAndTheWordsBesideTheMiddle)
+{
+    expectAxisAndWords();
+}
+
+TEST_F(EmptyMindMapTests, EmptyFolderHasItsAxisAndTheWordsBesideTheMiddle)
+{
+    showTree("empty/\n");
+    expectAxisAndWords();
 }
 
 class CanvasTextsTests : public CanvasFixture

@@ -3,6 +3,8 @@
 
 #include "SceneFixture.h"
 
+#include <vector>
+
 namespace quorvane {
 namespace {
 
@@ -40,6 +42,36 @@ TEST_F(MindMapSceneTests, FoldersAreArcsAndFilesAreSpokes)
     EXPECT_EQ(folder.pixelColor(40 + 50, 270), QColor(Qt::black));
     const auto file = render(scene("a.mp4 1\n")).bright;
     EXPECT_GT(file.pixelColor(40 + 30, 295).lightness(), 20);
+}
+
+TEST_F(MindMapSceneTests, RadiiDoNotFollowTheCanvas)
+{
+    const auto large = scene("box/\n  a.mp4 1\n", {800, 600});
+    const std::vector<QRectF> wide{large->boundsOf(0), large->boundsOf(1)};
+    const auto small = scene("box/\n  a.mp4 1\n", {90, 60});
+    ASSERT_EQ(small->itemCount(), 2U);
+    for (std::size_t i = 0; i < 2; ++i) {
+        const QRectF& there = wide[i];
+        const QRectF here = small->boundsOf(i);
+        EXPECT_NEAR(here.width(), there.width(), 1e-9);
+        EXPECT_NEAR(here.height(), there.height(), 1e-9);
+        EXPECT_NEAR(here.center().y(), 30, 1e-9);
+    }
+    EXPECT_EQ(render(small).bright.size(), QSize(90, 60));
+}
+
+TEST_F(MindMapSceneTests, FolderOfHiddenItemsIsASpoke)
+{
+    m_tree = test::treeFromText("box/\n  Caches/\n    c 1\n");
+    SceneRequest request;
+    request.target = m_tree->rootPointer();
+    request.size = {800, 600};
+    request.sizeMode = SizeMode::logical;
+    request.hidden = BloatKeys{"Caches"};
+    const LockedFlag stop;
+    const QImage picture = render(MindMapScene::make(request, stop)).bright;
+    // Off the axis, and where no arc would be.
+    EXPECT_GT(picture.pixelColor(40 + 30, 295).lightness(), 20);
 }
 
 TEST_F(MindMapSceneTests, HoveredArcHasAHalo)

@@ -3,6 +3,7 @@
 
 #include "CanvasFixture.h"
 #include "Menu.h"
+#include "Symbols.h"
 
 #include <QAction>
 #include <QPointer>
@@ -78,6 +79,24 @@ TEST_F(NodeContextMenuTests, OffersToUnstageWhatIsStaged)
     EXPECT_EQ(entry("stageAction").text(), QStringLiteral("Unstage from Cleanup"));
     entry("stageAction").trigger();
     EXPECT_TRUE(m_state.stagedNodes.value().empty());
+}
+
+TEST_F(NodeContextMenuTests, EntriesHaveTheirSymbols)
+{
+    const auto shows = [this](const char* name, const char* symbol) {
+        return entry(name).icon().pixmap(16).toImage() ==
+               symbolIcon(QLatin1String(symbol)).pixmap(16).toImage();
+    };
+    popUp(node("folder/file"));
+    EXPECT_TRUE(shows("stageAction", "trash"));
+    EXPECT_TRUE(shows("revealAction", "folder"));
+    EXPECT_TRUE(shows("openAction", "arrowshape.turn.up.right"));
+    m_menu->close();
+    QCoreApplication::sendPostedEvents(m_menu, QEvent::DeferredDelete);
+    ASSERT_FALSE(m_menu);
+    m_state.toggleStaged(node("folder/file"));
+    popUp(node("folder/file"));
+    EXPECT_TRUE(shows("stageAction", "arrow.uturn.backward"));
 }
 
 TEST_F(NodeContextMenuTests, TheScanRootCannotBeStaged)

@@ -3,6 +3,7 @@
 
 #include "CanvasFixture.h"
 #include "OutlineTable.h"
+#include "Symbols.h"
 
 #include <QAbstractItemModelTester>
 #include <QHeaderView>
@@ -148,6 +149,21 @@ TEST_F(FoldersViewTests, ShowsFilesOfFoldersAndSizes)
     EXPECT_EQ(textOf("box", 1), QStringLiteral("2"));
     EXPECT_EQ(textOf("lone.mp4", 1), QString());
     EXPECT_EQ(textOf("box", 2), QStringLiteral("1000 B"));
+}
+
+TEST_F(FoldersViewTests, StagedRowsHaveTheTrash)
+{
+    open(someFiles);
+    const auto icon = [this](const char* path) {
+        return qvariant_cast<QIcon>(row(path).data(Qt::DecorationRole)).pixmap(16).toImage();
+    };
+    const auto symbol = [](const char* name, ThemeColor color) {
+        return symbolIcon(QLatin1String(name), color).pixmap(16).toImage();
+    };
+    EXPECT_EQ(icon("box"), symbol("folder", ThemeColor::accentText));
+    m_state.toggleStaged(node("box"));
+    EXPECT_EQ(icon("box"), symbol("trash.fill", ThemeColor::redText));
+    EXPECT_EQ(icon("lone.mp4"), symbol("folder", ThemeColor::accentText));
 }
 
 TEST_F(FoldersViewTests, ClickOnlySelects)

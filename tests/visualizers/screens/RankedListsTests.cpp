@@ -7,6 +7,12 @@
 #include "TopSizesDelegate.h"
 #include "TopSizesView.h"
 
+#include <QLabel>
+
+#include <algorithm>
+#include <utility>
+#include <vector>
+
 namespace quorvane {
 namespace {
 
@@ -27,6 +33,25 @@ protected:
         auto* const list = m_screen.template findChild<NodeListView*>();
         QTest::mouseClick(list->viewport(), Qt::LeftButton, {},
                           list->visualRect(list->model()->index(row, 0)).center());
+    }
+
+    /// All words on the screen beside the rows of its list, from the top.
+    QStringList visibleTexts() const
+    {
+        QApplication::processEvents();
+        std::vector<std::pair<int, QString>> found;
+        for (const QLabel* const label : m_screen.template findChildren<QLabel*>()) {
+            if (label->isVisible() && !label->text().isEmpty()) {
+                found.emplace_back(label->mapTo(&m_screen, QPoint(0, 0)).y(), label->text());
+            }
+        }
+        std::stable_sort(found.begin(), found.end(),
+                         [](const auto& a, const auto& b) { return a.first < b.first; });
+        QStringList texts;
+        for (const auto& [top, text] : found) {
+            texts << text;
+        }
+        return texts;
     }
 
     Screen m_screen{m_state};
@@ -77,6 +102,30 @@ TEST_F(TopSizesViewTests, RowTellsRankSizeShareAndFiles)
     EXPECT_EQ(delegate.describe(*node("lone.mp4"), 4), QStringLiteral("4. lone.mp4, 500 B"));
 }
 
+TEST_F(TopSizesViewTests, WithoutAScanItSaysSo)
+{
+    m_screen.show();
+    EXPECT_EQ(visibleTexts(),
+              QStringList{QStringLiteral("Scan a folder to rank the largest items.")});
+}
+
+TEST_F(AgeMapViewTests, WithoutAScanItSaysSo)
+{
+    m_screen.show();
+    EXPECT_EQ(visibleTexts(), QStringList{QStringLiteral("No scan yet")});
+}
+
+TEST_F(AgeMapViewTests, HeadsItsChartAndItsList)
+{
+    open("new.txt 5 5 @86400\n");
+    ASSERT_TRUE(waitFor([this] { return m_screen.chart().buckets().size() == 1; }));
+    EXPECT_EQ(
+        visibleTexts(),
+        (QStringList{QStringLiteral("Bytes by last modified"), QStringLiteral("Big & untouched"),
+                     QStringLiteral("Big & Untouched: files over 50 MB untouched for a year+"),
+                     QStringLiteral("Nothing big and untouched here. Clean drive!")}));
+}
+
 TEST_F(AgeMapViewTests, ShowsMonthsAndOldFiles)
 {
     open("old.bin 60000000 60000000 @86400\nnew.txt 5 5 @86400\n");
@@ -94,6 +143,7 @@ TEST_F(AgeMapViewTests, FolderWithoutDatedFilesSaysSo)
     open("empty/\n");
     ASSERT_TRUE(waitFor([this] { return !m_screen.isComputing() && m_screen.chart().isHidden(); }));
     EXPECT_TRUE(m_screen.chart().buckets().empty());
+    EXPECT_TRUE(visibleTexts().contains(QStringLiteral("No dated files in this folder.")));
 }
 
 TEST(AgeBarChartTests, BarsStandOnTheBottomAsTallAsTheirShare)

@@ -37,6 +37,45 @@ TEST_F(SunburstSceneTests, WholeTurnIsFoundOnOneAngleAlone)
     EXPECT_EQ(nameAt(*one, 550, 400), "nothing");
 }
 
+TEST_F(SunburstSceneTests, OnlyChildIsDrawnAsAWholeRing)
+{
+    const QImage picture = render(scene("only.mp4 5\n", square)).bright;
+    for (const QPoint& place : {QPoint(550, 400), QPoint(250, 400), QPoint(400, 550)}) {
+        EXPECT_GT(picture.pixelColor(place).lightness(), 20);
+    }
+    EXPECT_EQ(picture.pixelColor(650, 400), QColor(Qt::black));
+}
+
+TEST_F(SunburstSceneTests, HiddenSliceBelowThePointerIsDrawnOverTheOneThatIsSeen)
+{
+    const auto one = scene("a/\n  x.mp4 2\n  y.mp4 1\nb/\n  z.pdf 1\n  w.pdf 1\n", square);
+    const CanvasRendering rendering = render(one);
+    const QImage picture = hover(rendering, itemNamed(*one, "a/x.mp4"));
+    // On the right, in the middle of the second ring.
+    const QColor seen = rendering.bright.pixelColor(650, 400);
+    const QColor found = picture.pixelColor(650, 400);
+    EXPECT_NE(found, seen);
+    EXPECT_NE(found, rendering.dimmed.pixelColor(650, 400));
+    // The same slice where nothing lies above it.
+    const auto alone = scene("a/\n  x.mp4 2\n  y.mp4 1\nb.pdf 2\n", square);
+    const QColor free = render(alone).bright.pixelColor(650, 400);
+    EXPECT_NEAR(found.red(), free.red(), 2);
+    EXPECT_NEAR(found.green(), free.green(), 2);
+    EXPECT_NEAR(found.blue(), free.blue(), 2);
+}
+
+TEST_F(SunburstSceneTests, FrameRunsAroundTheWholeSlice)
+{
+    const auto one = scene("half.mp4 1\nrest.mp4 1\n", square);
+    const QImage picture = hover(render(one), 0);
+    // Outer and inner arc at three o'clock, and both straight edges.
+    for (const QPoint& place :
+         {QPoint(599, 400), QPoint(500, 400), QPoint(400, 250), QPoint(400, 550)}) {
+        const int beside = picture.pixelColor(place - QPoint(1, 0)).lightness();
+        EXPECT_GT(std::max(picture.pixelColor(place).lightness(), beside), 200);
+    }
+}
+
 TEST_F(SunburstSceneTests, EarlierSliceWinsOnTheLineBetweenRings)
 {
     const auto one = scene("a/\n  x 2\n  y 1\nb/\n  z 1\n", square);
