@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "FileDigester.h"
 
-#include "DirectoryWalk.h"
+#include "AliasFilter.h"
+#include "OpenFile.h"
 
 #include <algorithm>
 #include <functional>
@@ -25,41 +26,6 @@ std::uint64_t headHash(std::int64_t size, std::span<const std::byte> head)
 
 } // namespace
 
-/// A regular file that is open for reading, closed at the end of its life.
-class FileDigester::OpenFile
-{
-public:
-    OpenFile(FileSystemCalls& fileSystem, FileContentCalls& contents, const FileNode& node)
-        : m_contents(contents)
-    {
-        const ReachablePlace place(fileSystem, node.path());
-        if (!place.isReachable()) {
-            return;
-        }
-        m_descriptor = contents.open(place.parent(), place.name());
-        m_isReadable =
-            m_descriptor >= 0 && contents.status(m_descriptor, m_status) && m_status.isRegularFile;
-    }
-    OpenFile(const OpenFile&) = delete;
-    OpenFile& operator=(const OpenFile&) = delete;
-    ~OpenFile()
-    {
-        if (m_descriptor >= 0) {
-            m_contents.close(m_descriptor);
-        }
-    }
-
-    bool isReadable() const { return m_isReadable; }
-    int descriptor() const { return m_descriptor; }
-    std::int64_t changedSeconds() const { return m_status.changedSeconds; }
-
-private:
-    FileContentCalls& m_contents;
-    int m_descriptor = -1;
-    OpenFileStatus m_status;
-    bool m_isReadable = false;
-};
-
 FileDigester::FileDigester(FileSystemCalls& fileSystem, FileContentCalls& contents,
                            std::int64_t unchangedBefore)
     : m_fileSystem(fileSystem)
@@ -70,7 +36,7 @@ FileDigester::FileDigester(FileSystemCalls& fileSystem, FileContentCalls& conten
 
 std::optional<Sample> FileDigester::partialDigest(const FileNode& node, const HeadFilter& isWanted)
 {
-    const OpenFile file(m_fileSystem, m_contents, node);
+    const OpenFile file(m_fileSystem, m_contents, node.path());
     if (!file.isReadable()) {
         return std::nullopt;
     }
@@ -106,17 +72,19 @@ std::optional<Sample> FileDigester::partialDigest(const FileNode& node, const He
 
 std::optional<Digest> FileDigester::fullDigest(const FileNode& node)
 {
-    const OpenFile file(m_fileSystem, m_contents, node);
+    const OpenFile file(m_fileSystem, m_contents, node.path());
+    m_identity = identityHint(file.status());
     return file.isReadable() ? readWhole(file) : std::nullopt;
 }
 
 std::optional<Digest> FileDigester::fullDigest(const FileNode& node, const Digest& sample)
 {
-    const OpenFile file(m_fileSystem, m_contents, node);
+    const OpenFile file(m_fileSystem, m_contents, node.path());
     if (!file.isReadable()) {
         return std::nullopt;
     }
-    return file.changedSeconds() < m_unchangedBefore ? sample : readWhole(file);
+    m_identity = identityHint(file.status());
+    return file.status().changedSeconds < m_unchangedBefore ? sample : readWhole(file);
 }
 
 std::optional<Digest> FileDigester::readWhole(const OpenFile& file)

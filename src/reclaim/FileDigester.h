@@ -15,6 +15,8 @@
 
 namespace quorvane::DuplicateFinder {
 
+class OpenFile;
+
 using Digest = Sha256::Digest;
 
 /// Up to this size a file is sampled whole, in bytes.
@@ -68,9 +70,10 @@ public:
     /// Bytes read so far.
     std::int64_t bytesRead() const { return m_bytesRead; }
 
-private:
-    class OpenFile;
+    /// identityHint() of the file that fullDigest() opened last.
+    std::uint32_t identity() const { return m_identity; }
 
+private:
     std::optional<Digest> readWhole(const OpenFile& file);
     /// Reads at most so many bytes into the front of the buffer, fewer only at the end or a fault.
     std::int64_t fill(const OpenFile& file, std::int64_t most);
@@ -84,6 +87,7 @@ private:
     Sha256 m_hash;
     std::unique_ptr<std::byte[]> m_buffer;
     bool m_hasReachedEnd = false;
+    std::uint32_t m_identity = 0;
     std::int64_t m_bytesRead = 0;
 };
 
