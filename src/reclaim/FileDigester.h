@@ -28,8 +28,7 @@ inline constexpr std::int64_t leastSampleBytes = 16;
 /// The most that the digest of a whole file takes in at once, in bytes.
 inline constexpr std::int64_t blockBytes = 1048576;
 
-/// By the first bytes of a file, as many as there are up to that, it is seen whether any other
-/// begins like it.
+/// By so many first bytes of a file that has more it is seen whether any other begins like it.
 inline constexpr std::int64_t headBytes = 4096;
 
 /// What the two ends of a file came to.
