@@ -25,6 +25,7 @@ namespace {
 constexpr std::int64_t oldestDate = 1'300'000'000; // March 2011
 constexpr std::uint64_t dateSpan = 400'000'000;    // up to November 2023
 constexpr std::uint64_t streamOfNames = 6'000'000'011;
+constexpr std::uint64_t streamOfDates = 7'000'000'001;
 constexpr unsigned mostThreads = 4;
 constexpr std::int64_t pieceBytes = 262144;
 
@@ -99,10 +100,12 @@ private:
             }
             isDone = write(file, piece.data(), static_cast<std::size_t>(size)) == size;
         }
+        // By the file's own number, so that copies differ in their dates.
+        SeededRandom dates(m_plan.shape().seed + streamOfDates, i);
         timespec time = {};
-        time.tv_sec = oldestDate + static_cast<std::int64_t>(random.below(dateSpan));
-        const std::array<timespec, 2> dates{time, time};
-        isDone = isDone && futimens(file, dates.data()) == 0;
+        time.tv_sec = oldestDate + static_cast<std::int64_t>(dates.below(dateSpan));
+        const std::array<timespec, 2> times{time, time};
+        isDone = isDone && futimens(file, times.data()) == 0;
         return close(file) == 0 && isDone;
     }
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "DuplicateSearch.h"
 
+#include "AliasFilter.h"
 #include "CheckedMath.h"
 
 #include <algorithm>
@@ -57,6 +58,8 @@ DuplicateSearch::DuplicateSearch(const NodePointer& root, std::int64_t minimumBy
     , m_progress(progress)
     , m_isCancelled(isCancelled)
     , m_options(options)
+    , m_fileSystem(options.fileSystem != nullptr ? *options.fileSystem : FileSystemCalls::system())
+    , m_contents(options.contents != nullptr ? *options.contents : FileContentCalls::system())
     , m_clock(options.clock ? options.clock : steadySeconds)
     , m_workerProgress(progress, m_clock)
     , m_passStart(steadySeconds())
@@ -153,14 +156,10 @@ void DuplicateSearch::keepEqualSizes(std::vector<SizedFile>& files)
 bool DuplicateSearch::sample()
 {
     const std::int64_t unchangedBefore = secondsSince1970() - coarsestDate;
-    FileSystemCalls& fileSystem =
-        m_options.fileSystem != nullptr ? *m_options.fileSystem : FileSystemCalls::system();
-    FileContentCalls& contents =
-        m_options.contents != nullptr ? *m_options.contents : FileContentCalls::system();
     const std::size_t workers = std::min(workerCount(m_options.workers), m_candidates.size());
     for (std::size_t i = 0; i < workers; ++i) {
         m_digesters.push_back(
-            std::make_unique<FileDigester>(fileSystem, contents, unchangedBefore));
+            std::make_unique<FileDigester>(m_fileSystem, m_contents, unchangedBefore));
     }
     m_workerProgress.begin(samplingRange, m_candidates.size());
     const auto sizeAt = [this](std::size_t place) {
@@ -248,7 +247,7 @@ bool DuplicateSearch::narrow(const BucketAt& bucketAt,
 
 DuplicateSearch::Window DuplicateSearch::openWindow(const BucketAt& bucketAt, std::size_t begin)
 {
-    Window window{begin, {}, {}, {}};
+    Window window{begin, {}, {}, {}, {}};
     window.digests.reserve(std::min(windowFiles, m_candidates.size() - begin));
     std::size_t end = begin;
     while (end < m_candidates.size() && end - begin < windowFiles) {
@@ -324,6 +323,7 @@ bool DuplicateSearch::sampleOne(FileDigester& digester, Window& window, HeadTabl
 
 void DuplicateSearch::verifyWindow(Window& window)
 {
+    window.identities.resize(window.files.size());
     // As listed: the longest file is begun first, so that no worker is left alone with it.
     inParallel(window.files.size(), [&](FileDigester& digester, std::size_t i) {
         runStep(window, digester, i, [&](FileDigester& own, std::size_t place) {
@@ -333,9 +333,26 @@ void DuplicateSearch::verifyWindow(Window& window)
                     ? own.fullDigest(*candidate.file(), window.digests[place])
                     : own.fullDigest(*candidate.file());
             window.digests[place] = full.value_or(Digest{});
+            window.identities[place] = own.identity();
             return full.has_value();
         });
     });
+    dropAliases(window);
+}
+
+void DuplicateSearch::dropAliases(Window& window) const
+{
+    const AliasFilter filter(m_fileSystem, m_contents);
+    std::size_t begin = 0;
+    for (const std::size_t end : window.ends) {
+        if (m_isCancelled()) {
+            return;
+        }
+        const std::size_t size = end - window.begin - begin;
+        filter.dropAliases(window.files.subspan(begin, size),
+                           std::span(window.identities).subspan(begin, size));
+        begin += size;
+    }
 }
 
 void DuplicateSearch::runStep(Window& window, FileDigester& digester, std::size_t place,

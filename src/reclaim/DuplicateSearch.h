@@ -22,8 +22,8 @@ namespace quorvane::DuplicateFinder {
 /// least size until the walk is done, and 8 for each of them that shares its size with another,
 /// which stay. Then 40 for each set of files with equal ends, and 32 to 84 for each file of a
 /// window: windowFiles files, but all files of one size, or of equal ends, at least; 32 beyond
-/// mostTabledFiles. 65536 for each worker. A million files thus take 24 megabytes, and 40 if they
-/// all are of one size.
+/// mostTabledFiles, and 4 more while they are verified. 65536 for each worker. A million files thus
+/// take 24 megabytes, and 44 if they all are of one size.
 class DuplicateSearch
 {
 public:
@@ -54,7 +54,8 @@ private:
         std::size_t begin;
         std::vector<std::size_t> ends; ///< of its buckets
         std::span<Candidate> files;
-        std::vector<Digest> digests; ///< of its files, at first those of their buckets
+        std::vector<Digest> digests;           ///< of its files, at first those of their buckets
+        std::vector<std::uint32_t> identities; ///< hints of its files, once they are verified
     };
     /// What happens to the file at that place of a window: it gives it a new digest. False drops
     /// the file.
@@ -75,6 +76,7 @@ private:
     Window openWindow(const BucketAt& bucketAt, std::size_t begin);
     void sampleWindow(Window& window);
     void verifyWindow(Window& window);
+    void dropAliases(Window& window) const;
     static bool sampleOne(FileDigester& digester, Window& window, HeadTable* heads,
                           std::uint32_t place);
     void runStep(Window& window, FileDigester& digester, std::size_t place, const Step& step);
@@ -88,6 +90,8 @@ private:
     const ProgressCallback& m_progress;
     const CancelCallback& m_isCancelled;
     const Options& m_options;
+    FileSystemCalls& m_fileSystem;
+    FileContentCalls& m_contents;
     const std::function<double()> m_clock;
     WorkerProgress m_workerProgress;
     std::vector<std::unique_ptr<FileDigester>> m_digesters;

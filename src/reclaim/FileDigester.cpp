@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "FileDigester.h"
 
-#include "DirectoryWalk.h"
+#include "AliasFilter.h"
+#include "OpenFile.h"
 
 #include <algorithm>
 #include <functional>
@@ -14,7 +15,7 @@ namespace {
 /// hash has seen it, and is all the memory that a worker needs.
 constexpr std::int64_t pieceBytes = 65536;
 static_assert(blockBytes % pieceBytes == 0 && endSampleBytes % pieceBytes == 0);
-static_assert(headBytes <= pieceBytes);
+static_assert(headBytes < pieceBytes);
 
 std::uint64_t headHash(std::int64_t size, std::span<const std::byte> head)
 {
@@ -24,41 +25,6 @@ std::uint64_t headHash(std::int64_t size, std::span<const std::byte> head)
 }
 
 } // namespace
-
-/// A regular file that is open for reading, closed at the end of its life.
-class FileDigester::OpenFile
-{
-public:
-    OpenFile(FileSystemCalls& fileSystem, FileContentCalls& contents, const FileNode& node)
-        : m_contents(contents)
-    {
-        const ReachablePlace place(fileSystem, node.path());
-        if (!place.isReachable()) {
-            return;
-        }
-        m_descriptor = contents.open(place.parent(), place.name());
-        m_isReadable =
-            m_descriptor >= 0 && contents.status(m_descriptor, m_status) && m_status.isRegularFile;
-    }
-    OpenFile(const OpenFile&) = delete;
-    OpenFile& operator=(const OpenFile&) = delete;
-    ~OpenFile()
-    {
-        if (m_descriptor >= 0) {
-            m_contents.close(m_descriptor);
-        }
-    }
-
-    bool isReadable() const { return m_isReadable; }
-    int descriptor() const { return m_descriptor; }
-    std::int64_t changedSeconds() const { return m_status.changedSeconds; }
-
-private:
-    FileContentCalls& m_contents;
-    int m_descriptor = -1;
-    OpenFileStatus m_status;
-    bool m_isReadable = false;
-};
 
 FileDigester::FileDigester(FileSystemCalls& fileSystem, FileContentCalls& contents,
                            std::int64_t unchangedBefore)
@@ -70,15 +36,17 @@ FileDigester::FileDigester(FileSystemCalls& fileSystem, FileContentCalls& conten
 
 std::optional<Sample> FileDigester::partialDigest(const FileNode& node, const HeadFilter& isWanted)
 {
-    const OpenFile file(m_fileSystem, m_contents, node);
+    const OpenFile file(m_fileSystem, m_contents, node.path());
     if (!file.isReadable()) {
         return std::nullopt;
     }
     const std::int64_t size = node.scannedBytes();
-    std::int64_t sampled = fill(file, headBytes);
-    // Hardly a head is no sample either, which shows only when the rest is read.
-    if (isWanted && sampled >= leastSampleBytes &&
-        !isWanted(headHash(size, {m_buffer.get(), static_cast<std::size_t>(sampled)}))) {
+    // One byte more shows whether the head is all there is: such a file is read here and now, as
+    // waiting would have it read twice.
+    const std::int64_t asked = size <= headBytes ? headBytes + 1 : headBytes;
+    std::int64_t sampled = fill(file, asked);
+    if (isWanted && sampled == asked &&
+        !isWanted(headHash(size, {m_buffer.get(), static_cast<std::size_t>(headBytes)}))) {
         return Sample{{}, true, false};
     }
     m_hash.start();
@@ -86,7 +54,9 @@ std::optional<Sample> FileDigester::partialDigest(const FileNode& node, const He
     bool coversWholeFile = false;
     if (size <= wholeSampleBytes) {
         // One byte more shows a file that has grown: its whole is for the next pass to read.
-        sampled += feed(file, wholeSampleBytes + 1 - sampled);
+        if (!m_hasReachedEnd) {
+            sampled += feed(file, wholeSampleBytes + 1 - sampled);
+        }
         coversWholeFile = m_hasReachedEnd;
     } else {
         const std::int64_t tail = size - endSampleBytes;
@@ -106,17 +76,19 @@ std::optional<Sample> FileDigester::partialDigest(const FileNode& node, const He
 
 std::optional<Digest> FileDigester::fullDigest(const FileNode& node)
 {
-    const OpenFile file(m_fileSystem, m_contents, node);
+    const OpenFile file(m_fileSystem, m_contents, node.path());
+    m_identity = identityHint(file.status());
     return file.isReadable() ? readWhole(file) : std::nullopt;
 }
 
 std::optional<Digest> FileDigester::fullDigest(const FileNode& node, const Digest& sample)
 {
-    const OpenFile file(m_fileSystem, m_contents, node);
+    const OpenFile file(m_fileSystem, m_contents, node.path());
     if (!file.isReadable()) {
         return std::nullopt;
     }
-    return file.changedSeconds() < m_unchangedBefore ? sample : readWhole(file);
+    m_identity = identityHint(file.status());
+    return file.status().changedSeconds < m_unchangedBefore ? sample : readWhole(file);
 }
 
 std::optional<Digest> FileDigester::readWhole(const OpenFile& file)
@@ -131,7 +103,6 @@ std::optional<Digest> FileDigester::readWhole(const OpenFile& file)
 std::int64_t FileDigester::feed(const OpenFile& file, std::int64_t most)
 {
     std::int64_t fed = 0;
-    m_hasReachedEnd = false;
     while (fed < most) {
         const std::int64_t wanted = std::min(most - fed, pieceBytes);
         const std::int64_t got = fill(file, wanted);
@@ -148,6 +119,7 @@ std::int64_t FileDigester::fill(const OpenFile& file, std::int64_t most)
 {
     const std::span<std::byte> room(m_buffer.get(), static_cast<std::size_t>(most));
     std::size_t filled = 0;
+    m_hasReachedEnd = false;
     while (filled < room.size()) {
         const std::int64_t got = m_contents.read(file.descriptor(), room.subspan(filled));
         if (got <= 0) {

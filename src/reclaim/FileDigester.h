@@ -15,6 +15,8 @@
 
 namespace quorvane::DuplicateFinder {
 
+class OpenFile;
+
 using Digest = Sha256::Digest;
 
 /// Up to this size a file is sampled whole, in bytes.
@@ -26,8 +28,7 @@ inline constexpr std::int64_t leastSampleBytes = 16;
 /// The most that the digest of a whole file takes in at once, in bytes.
 inline constexpr std::int64_t blockBytes = 1048576;
 
-/// By the first bytes of a file, as many as there are up to that, it is seen whether any other
-/// begins like it.
+/// By so many first bytes of a file that has more it is seen whether any other begins like it.
 inline constexpr std::int64_t headBytes = 4096;
 
 /// What the two ends of a file came to.
@@ -68,9 +69,10 @@ public:
     /// Bytes read so far.
     std::int64_t bytesRead() const { return m_bytesRead; }
 
-private:
-    class OpenFile;
+    /// identityHint() of the file that fullDigest() opened last.
+    std::uint32_t identity() const { return m_identity; }
 
+private:
     std::optional<Digest> readWhole(const OpenFile& file);
     /// Reads at most so many bytes into the front of the buffer, fewer only at the end or a fault.
     std::int64_t fill(const OpenFile& file, std::int64_t most);
@@ -84,6 +86,7 @@ private:
     Sha256 m_hash;
     std::unique_ptr<std::byte[]> m_buffer;
     bool m_hasReachedEnd = false;
+    std::uint32_t m_identity = 0;
     std::int64_t m_bytesRead = 0;
 };
 

@@ -131,6 +131,40 @@ TEST(DuplicateCorpus, HoldsEveryKindOfFile)
     EXPECT_EQ(groups, 160);
 }
 
+TEST(DuplicateCorpus, CopiesHaveDatesOfTheirOwnThatTheSeedGives)
+{
+    std::vector<std::map<std::string, std::int64_t>> runs;
+    std::map<std::string, std::set<std::int64_t>> byContents;
+    std::map<std::string, std::size_t> copies;
+    for (int run = 0; run < 2; ++run) {
+        const TemporaryFolder folder;
+        ASSERT_EQ(generateCorpus(FilePath(folder.path()), {400, 4'000'000, 9}), std::nullopt);
+        runs.emplace_back();
+        for (const auto& entry : std::filesystem::recursive_directory_iterator(folder.path())) {
+            struct stat status = {};
+            ASSERT_EQ(lstat(entry.path().c_str(), &status), 0);
+            if (!S_ISREG(status.st_mode) || status.st_nlink > 1) {
+                continue;
+            }
+            runs.back()[entry.path().native().substr(folder.path().size())] = status.st_mtime;
+            EXPECT_GE(status.st_mtime, 1'300'000'000);
+            EXPECT_LT(status.st_mtime, 1'700'000'000);
+            if (run == 0 && status.st_size >= 1024) {
+                const std::string contents = contentsOf(entry.path());
+                byContents[contents].insert(status.st_mtime);
+                ++copies[contents];
+            }
+        }
+    }
+    EXPECT_EQ(runs[0], runs[1]);
+    std::size_t groups = 0;
+    for (const auto& item : copies) {
+        groups += item.second > 1 ? 1 : 0;
+        EXPECT_EQ(byContents[item.first].size(), item.second);
+    }
+    EXPECT_GE(groups, 20U);
+}
+
 TEST(DuplicateCorpus, RefusesAFolderThatHoldsSomething)
 {
     const TemporaryFolder folder;

@@ -137,6 +137,22 @@ TEST_F(FaultTest, SampleThatCoveredTheFileIsReadOnce)
     EXPECT_EQ(m_passes.at(2).bytesRead, 0);
 }
 
+TEST_F(FaultTest, FilesThatAreNoMoreThanAHeadAreReadOnce)
+{
+    for (const std::size_t bytes : {std::size_t{2048}, std::size_t{4096}}) {
+        threeCopies(bytes);
+        m_passes.clear();
+        const std::int64_t before = m_contents.bytesRead();
+        int opened = 0;
+        m_contents.beforeOpen = [&](const std::string&, int) { ++opened; };
+        EXPECT_EQ(found(), (GroupPaths{{"a", "b", "c"}}));
+        EXPECT_EQ(m_contents.bytesRead() - before, static_cast<std::int64_t>(3 * bytes));
+        // Once in each of the two passes.
+        EXPECT_EQ(opened, 6);
+        m_contents.beforeOpen = nullptr;
+    }
+}
+
 TEST_F(FaultTest, UnreadableFilesAllFallOut)
 {
     threeCopies(small);

@@ -201,6 +201,43 @@ TEST_F(FileDigesterTest, HeadFilterSeesSizeAndHeadAlone)
     EXPECT_EQ(m_digester.bytesRead(), 3 * 4096);
 }
 
+TEST_F(FileDigesterTest, FileThatIsNoMoreThanAHeadNeverWaits)
+{
+    const auto fail = [](std::uint64_t) {
+        ADD_FAILURE();
+        return false;
+    };
+    // Also one that shrank, and one that cannot be read beyond.
+    const std::string text = textOf('q', 4097);
+    for (const auto& [scanned, bytes] : {std::pair(2048, 2048), std::pair(4096, 4096),
+                                         std::pair(4096, 100), std::pair(9000, 100)}) {
+        const std::string part = text.substr(0, static_cast<std::size_t>(bytes));
+        const std::int64_t before = m_digester.bytesRead();
+        const std::optional<Sample> sample =
+            m_digester.partialDigest(node(static_cast<std::size_t>(scanned), part), fail);
+        EXPECT_EQ(hexOf(sample.value().digest), expectedHex(part)) << scanned;
+        EXPECT_TRUE(sample->coversWholeFile) << scanned;
+        EXPECT_EQ(m_digester.bytesRead() - before, bytes) << scanned;
+    }
+    const FileNode& file = node(4096, text);
+    m_contents.file("/scan/f").readable = 4095;
+    EXPECT_EQ(hexOf(m_digester.partialDigest(file, fail).value().digest),
+              expectedHex(text.substr(0, 4095)));
+}
+
+TEST_F(FileDigesterTest, FileThatGrewBeyondAHeadWaits)
+{
+    int asked = 0;
+    const auto turnAway = [&](std::uint64_t) {
+        ++asked;
+        return false;
+    };
+    const std::string text = textOf('q', 5000);
+    EXPECT_TRUE(m_digester.partialDigest(node(2048, text), turnAway).value().isTurnedAway);
+    EXPECT_EQ(hexOf(m_digester.partialDigest(node(2048, text)).value().digest), expectedHex(text));
+    EXPECT_EQ(asked, 1);
+}
+
 TEST(HeadTable, TellsEveryoneButTheFirstAndTellsOfTheFirstOnce)
 {
     HeadTable table(4);

@@ -25,6 +25,9 @@ struct MemoryFile
     bool seeks = true;
     std::int64_t readable = std::numeric_limits<std::int64_t>::max(); ///< beyond it reads fail
     std::int64_t changedSeconds = 1'000'000'000;
+    std::uint64_t device = 1;
+    std::uint64_t inode = 0; ///< 0: one that no other path has
+    std::uint64_t links = 1;
 };
 
 /// File contents that lie in memory, by absolute path. What is not there cannot be opened. Set up
@@ -86,6 +89,9 @@ public:
             return -1;
         }
         m_open[++m_lastDescriptor] = {found->second, 0};
+        if (found->second.inode == 0) {
+            m_open[m_lastDescriptor].file.inode = ownInode(name);
+        }
         return m_lastDescriptor;
     }
     bool status(int descriptor, OpenFileStatus& status) override
@@ -94,6 +100,9 @@ public:
         const MemoryFile& file = m_open.at(descriptor).file;
         status.isRegularFile = file.isRegularFile;
         status.changedSeconds = file.changedSeconds;
+        status.device = file.device;
+        status.inode = file.inode;
+        status.links = file.links;
         return file.hasStatus;
     }
     std::int64_t read(int descriptor, std::span<std::byte> room) override
@@ -130,6 +139,11 @@ public:
     void willReadOnce(int) override {}
 
 private:
+    static std::uint64_t ownInode(const char* path)
+    {
+        return std::hash<std::string>()(path) | std::uint64_t{1} << 63;
+    }
+
     struct Open
     {
         MemoryFile file;

@@ -33,6 +33,9 @@ bool PosixFileContentCalls::status(int file, OpenFileStatus& status)
     }
     status.isRegularFile = S_ISREG(entry.st_mode);
     status.changedSeconds = std::max<std::int64_t>(entry.st_ctime, entry.st_mtime);
+    status.device = static_cast<std::uint64_t>(entry.st_dev);
+    status.inode = entry.st_ino;
+    status.links = entry.st_nlink;
     return true;
 }
 
