@@ -13,6 +13,7 @@
 #include "JobRunner.h"
 #include "LockedFlag.h"
 #include "Platform.h"
+#include "RunningSearches.h"
 #include "ScanProgress.h"
 #include "SizeMode.h"
 #include "VisualizerType.h"
@@ -206,6 +207,7 @@ private:
     JobHandle m_driveTask;
     JobHandle m_duplicateSearchTask; ///< its address is the run's id
     std::shared_ptr<LockedFlag> m_activeDuplicateCancelFlag;
+    std::shared_ptr<RunningSearches> m_runningSearches = std::make_shared<RunningSearches>();
     /// Made for the groups in it; looked up again when others are on show.
     mutable std::shared_ptr<const DuplicateIndex> m_duplicateIndex;
     bool m_isReadingDrive = false;

@@ -98,10 +98,15 @@ void AppState::runDuplicateSearch(bool background)
     options.contents = m_platform.fileContents;
     m_duplicateSearchTask = m_jobs.start(
         background ? JobPriority::utility : JobPriority::userInitiated,
-        [root, onProgress, isCancelled, options](const Job& job) {
+        [root, onProgress, isCancelled, options, flag,
+         running = m_runningSearches](const Job& job) {
             FoundDuplicates found;
+            if (!running->enter(flag, isCancelled)) {
+                return found;
+            }
             Groups groups = DuplicateFinder::find(root, DuplicateFinder::defaultMinimumBytes,
                                                   onProgress, isCancelled, options);
+            running->leave(flag);
             // What nobody waits for any longer ends here, tree and all, not on the main thread.
             if (!job.isCancelled()) {
                 found.groups = std::make_shared<const Groups>(std::move(groups));
@@ -179,6 +184,7 @@ void AppState::trashOthers(const FileNode& keep)
         return;
     }
     const std::vector<FileNode*> toStage = stagedCopies(*group, keep, false);
+    const std::size_t staged = stagedNodes.value().size();
     std::unordered_set<std::int64_t> kept;
     for (FileNode* const file : group->files()) {
         if (file->id() == keep.id()) {
@@ -192,8 +198,10 @@ void AppState::trashOthers(const FileNode& keep)
         file->setStagedForTrash(true);
         queue.push_back(share(file));
     }
-    // One write, whatever its length: each tells every screen.
-    stagedNodes = std::move(queue);
+    // One write, whatever its length, and none without a change: each tells every screen.
+    if (!toStage.empty() || queue.size() != staged) {
+        stagedNodes = std::move(queue);
+    }
     const QString name = keep.displayName();
     if (toStage.empty()) {
         flash(QStringLiteral("Kept \"%1\" — the duplicate copies are already staged for Trash.")

@@ -49,7 +49,6 @@ void Mailbox::close()
 
 bool Mailbox::isClosed() const
 {
-    const std::lock_guard guard(m_lock);
     return m_isClosed;
 }
 

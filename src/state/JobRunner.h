@@ -4,6 +4,7 @@
 #include "LockedFlag.h"
 #include "TaskPool.h"
 
+#include <atomic>
 #include <chrono>
 #include <deque>
 #include <functional>
@@ -42,13 +43,13 @@ public:
     void runNext();
     /// Main thread: drops what waits and takes no more.
     void close();
-    /// Any thread.
+    /// Any thread. Takes no lock: work asks it often, and must not hold the main thread up.
     bool isClosed() const;
 
 private:
     mutable std::mutex m_lock;
     std::deque<std::function<void()>> m_waiting;
-    bool m_isClosed = false;
+    std::atomic<bool> m_isClosed = false; ///< written under the lock
 };
 
 /// Posts work to the main thread from any thread, as long as the runner that made it lives.

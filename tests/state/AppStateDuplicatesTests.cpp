@@ -1,148 +1,49 @@
 // SPDX-License-Identifier: MIT
-#include "FileContentCalls.h"
-#include "Gate.h"
-#include "StateFixture.h"
-#include "TreeText.h"
+#include "DuplicateSearchFixture.h"
 
-#include <atomic>
-#include <cstddef>
-#include <cstdint>
+#include <QCoreApplication>
+#include <QEvent>
+#include <QObject>
+
+#include <algorithm>
 #include <set>
-#include <span>
 #include <string>
-#include <vector>
+#include <thread>
 
 namespace quorvane {
 namespace {
 
-using DuplicateFinder::Group;
-using DuplicateFinder::Groups;
-
-/// The bytes of files, behind a gate.
-class GatedContents final : public FileContentCalls
+/// Counts the blocks that come to the main thread from others as long as it lives.
+class PostedBlocks final : public QObject
 {
 public:
-    explicit GatedContents(Gate& gate)
-        : m_gate(gate)
-    {}
+    PostedBlocks() { QCoreApplication::instance()->installEventFilter(this); }
 
-    int open(int parent, const char* name) override
+    bool eventFilter(QObject* target, QEvent* event) override
     {
-        m_gate.pass();
-        ++m_opened;
-        return m_system.open(parent, name);
+        m_count += event->type() == QEvent::MetaCall ? 1 : 0;
+        return QObject::eventFilter(target, event);
     }
-    bool status(int file, OpenFileStatus& status) override { return m_system.status(file, status); }
-    std::int64_t read(int file, std::span<std::byte> room) override
-    {
-        return m_system.read(file, room);
-    }
-    bool seek(int file, std::int64_t position) override { return m_system.seek(file, position); }
-    void close(int file) override { m_system.close(file); }
-    void willRead(int file, std::int64_t position, std::int64_t bytes) override
-    {
-        m_system.willRead(file, position, bytes);
-    }
-    void willReadOnce(int file) override { m_system.willReadOnce(file); }
-
-    int opened() const { return m_opened; }
+    int count() const { return m_count; }
 
 private:
-    Gate& m_gate;
-    FileContentCalls& m_system = FileContentCalls::system();
-    std::atomic<int> m_opened = 0;
+    int m_count = 0;
 };
 
-class AppStateDuplicates : public StateFixture
+class AppStateDuplicates : public DuplicateSearchFixture
 {
 protected:
-    AppStateDuplicates()
+    /// Long enough for whatever else is ready to run: a few jobs go there and back.
+    void awaitOtherJobs()
     {
-        platform.lowerThisThread = [this] { m_gate.pass(); };
-        m_gate.open();
-        m_readGate.open();
-        platform.fileContents = &m_contents;
-    }
-    ~AppStateDuplicates() override
-    {
-        m_gate.open();
-        m_readGate.open();
-        end();
-    }
-
-    /// What yields to other work waits, the automatic search with it. Before the model starts: a
-    /// thread that has been there passes no more.
-    void holdUtilityWork() { m_gate.close(); }
-    void letUtilityWorkGo() { m_gate.open(); }
-
-    void awaitSearch()
-    {
-        ASSERT_TRUE(waitFor([this] { return !state().duplicateSearchIsRunning.value(); }));
-    }
-
-    NodePointer node(std::string_view path)
-    {
-        return state().share(&test::nodeAt(*state().rootNode.value(), path));
-    }
-
-    const Groups& groups() { return *state().duplicateGroups.value(); }
-
-    /// Names of a group's files, sorted: their order means nothing.
-    std::set<std::string> names(std::size_t group)
-    {
-        std::set<std::string> found;
-        for (const FileNode* const file : groups().at(group).files()) {
-            found.emplace(file->name());
-        }
-        return found;
-    }
-
-    /// One group of four copies, "a" to "d", in the finder's place.
-    void showFourCopies()
-    {
-        m_tree = test::treeFromText("a 2048 2048 @40\nb 2048 2048 @10\nc 2048 2048 @30\n"
-                                    "d 2048 2048 @20\nalone 2048\n");
-        state().rootNode = m_tree->rootPointer();
-        std::vector<FileNode*> files;
-        for (const char* const name : {"a", "b", "c", "d"}) {
-            files.push_back(&test::nodeAt(m_tree->root(), name));
-        }
-        state().duplicateGroups =
-            std::make_shared<const Groups>(Groups{Group(2048, files, m_tree->rootPointer())});
-    }
-
-    std::vector<std::string> queue()
-    {
-        std::vector<std::string> found;
-        for (const NodePointer& staged : state().stagedNodes.value()) {
-            EXPECT_TRUE(staged->isStagedForTrash());
-            found.emplace_back(staged->name());
-        }
-        return found;
-    }
-
-    QString flashed() { return state().flashMessage.value().value_or(QString()); }
-
-    /// A hundred pairs of equal files in a folder, each pair unlike the others.
-    void makePairs(const std::string& folder)
-    {
-        for (int i = 0; i < 100; ++i) {
-            const std::string text = folder + std::to_string(i) + std::string(2000, 'x');
-            disk.fileWithContents(folder + "/a" + std::to_string(i), text);
-            disk.fileWithContents(folder + "/b" + std::to_string(i), text);
+        for (int i = 0; i < 5; ++i) {
+            bool isDone = false;
+            state().jobs().start(
+                JobPriority::userInitiated, [](const Job&) { return true; },
+                [&isDone](bool done) { isDone = done; });
+            ASSERT_TRUE(waitFor([&isDone] { return isDone; }));
         }
     }
-
-    /// Waits until the trees and groups of dropped searches have gone.
-    void awaitEnd(const std::weak_ptr<FileNode>& node)
-    {
-        ASSERT_TRUE(waitFor([&node] { return node.expired(); }));
-    }
-
-    Gate m_gate;
-    Gate m_readGate;
-    GatedContents m_contents{m_readGate};
-    std::shared_ptr<FileTree> m_tree;
 };
 
 TEST_F(AppStateDuplicates, StartsWithNothing)
@@ -370,7 +271,7 @@ TEST_F(AppStateDuplicates, AnEarlierResultDoesNotOverwriteALaterSearch)
     EXPECT_EQ(published, 1);
 }
 
-TEST_F(AppStateDuplicates, ProgressComesInOrderAndNeverFillsTheQueue)
+TEST_F(AppStateDuplicates, ProgressComesInOrder)
 {
     makePairs("f");
     m_readGate.close();
@@ -388,6 +289,71 @@ TEST_F(AppStateDuplicates, ProgressComesInOrderAndNeverFillsTheQueue)
     awaitSearch();
     EXPECT_TRUE(isInOrder);
     EXPECT_EQ(last, 1);
+}
+
+TEST_F(AppStateDuplicates, WhileTheMainThreadIsBusyOneReportWaitsForIt)
+{
+    // Ten reports from the walk, one at its end, and then the search stands at the gate.
+    constexpr int reports = 10;
+    constexpr int nodesOfAReport = 2048;
+    std::string text;
+    for (int i = 0; i < reports * nodesOfAReport; ++i) {
+        text += "f" + std::to_string(i) + " 10\n";
+    }
+    disk.fileWithContents("one", std::string(2000, 'x'));
+    disk.fileWithContents("two", std::string(2000, 'x'));
+    m_tree = test::treeFromText(text + "one 2000\ntwo 2000\n", {disk.root()});
+    ASSERT_TRUE(waitFor([this] { return state().driveStat.value().totalBytes > 0; }));
+    state().rootNode = m_tree->rootPointer();
+    QCoreApplication::processEvents();
+    m_readGate.close();
+    PostedBlocks posted;
+    state().runDuplicateSearch();
+    m_readGate.awaitVisitor();
+    EXPECT_EQ(state().duplicateProgress.value(), 0);
+    QCoreApplication::sendPostedEvents(QCoreApplication::instance(), QEvent::MetaCall);
+    EXPECT_EQ(posted.count(), 1);
+    EXPECT_EQ(state().duplicateProgress.value(), 0.06) << "the report that came last";
+    m_readGate.open();
+    awaitSearch();
+    EXPECT_EQ(groups().size(), 1U);
+}
+
+TEST_F(AppStateDuplicates, StoppingAndStartingOverNeverPilesSearchesUp)
+{
+    makePairs("f");
+    m_readGate.close();
+    scan(disk.root());
+    m_readGate.awaitVisitor();
+    for (int i = 0; i < 3; ++i) {
+        state().stopDuplicateSearch();
+        state().runDuplicateSearch();
+        EXPECT_TRUE(state().duplicateSearchIsRunning.value());
+        awaitOtherJobs();
+    }
+    const int workers = std::max(1, static_cast<int>(std::thread::hardware_concurrency()));
+    EXPECT_LE(m_contents.mostInside(), workers) << "the first search alone is among the files";
+    EXPECT_EQ(state().duplicateProgress.value(), 0) << "the last one has not begun";
+    m_readGate.open();
+    awaitSearch();
+    EXPECT_EQ(groups().size(), 100U);
+    EXPECT_LE(m_contents.mostInside(), workers);
+}
+
+TEST_F(AppStateDuplicates, ASearchThatAScanHasDroppedHoldsNoOtherUp)
+{
+    makePairs("first");
+    disk.fileWithContents("second/one", std::string(3000, 'x'));
+    disk.fileWithContents("second/two", std::string(3000, 'x'));
+    m_readGate.close();
+    scan(disk.path("first"));
+    m_readGate.awaitVisitor();
+    scan(disk.path("second"));
+    EXPECT_TRUE(waitFor([this] { return state().duplicateProgress.value() >= 0.06; }))
+        << "it walks while the other still reads";
+    m_readGate.open();
+    awaitSearch();
+    EXPECT_EQ(groups().size(), 1U);
 }
 
 TEST_F(AppStateDuplicates, FilesThatVanishBehindTheScanAreNoCopies)
@@ -425,167 +391,6 @@ TEST_F(AppStateDuplicates, AStateThatGoesDuringASearchEndsIt)
     scan(disk.root());
     letUtilityWorkGo();
     end();
-}
-
-TEST_F(AppStateDuplicates, KeepingOneStagesTheOthersInTheOrderOfTheGroup)
-{
-    showFourCopies();
-    EXPECT_FALSE(state().isKeeper(*node("c")));
-    state().trashOthers(*node("c"));
-    EXPECT_EQ(queue(), (std::vector<std::string>{"a", "b", "d"}));
-    EXPECT_EQ(flashed(), QStringLiteral("Kept \"c\" — staged 3 duplicate copys for Trash."));
-    EXPECT_TRUE(state().isKeeper(*node("c")));
-    EXPECT_FALSE(state().isKeeper(*node("a"))) << "a staged file is no keeper";
-    EXPECT_FALSE(state().isKeeper(*node("alone"))) << "a file without copies is none";
-}
-
-TEST_F(AppStateDuplicates, KeepingAStagedCopyTakesItOutAndPutsTheOthersIn)
-{
-    showFourCopies();
-    for (const char* const name : {"a", "alone", "b", "c"}) {
-        state().toggleStaged(node(name));
-    }
-    state().trashOthers(*node("b"));
-    EXPECT_EQ(queue(), (std::vector<std::string>{"a", "alone", "c", "d"}));
-    EXPECT_EQ(flashed(), QStringLiteral("Kept \"b\" — staged 1 duplicate copy for Trash."))
-        << "only what is staged anew counts";
-    EXPECT_FALSE(node("b")->isStagedForTrash());
-    EXPECT_TRUE(state().isKeeper(*node("b")));
-}
-
-TEST_F(AppStateDuplicates, KeepingTheKeeperAgainTellsThatTheOthersAreStaged)
-{
-    showFourCopies();
-    for (const char* const name : {"a", "b", "d"}) {
-        state().toggleStaged(node(name));
-    }
-    EXPECT_TRUE(state().isKeeper(*node("c"))) << "however the others came into the queue";
-    state().trashOthers(*node("c"));
-    EXPECT_EQ(flashed(),
-              QStringLiteral("Kept \"c\" — the duplicate copies are already staged for Trash."));
-    EXPECT_EQ(queue(), (std::vector<std::string>{"a", "b", "d"}));
-}
-
-TEST_F(AppStateDuplicates, AllStagedThenKeepingOneStagesNothingNew)
-{
-    showFourCopies();
-    for (const char* const name : {"a", "b", "c", "d"}) {
-        state().toggleStaged(node(name));
-    }
-    EXPECT_FALSE(state().isKeeper(*node("d")));
-    state().trashOthers(*node("d"));
-    EXPECT_EQ(queue(), (std::vector<std::string>{"a", "b", "c"}));
-    EXPECT_EQ(flashed(),
-              QStringLiteral("Kept \"d\" — the duplicate copies are already staged for Trash."));
-}
-
-TEST_F(AppStateDuplicates, UnstagingAnotherCopyByAnyRouteEndsTheKeeper)
-{
-    showFourCopies();
-    state().trashOthers(*node("a"));
-    ASSERT_TRUE(state().isKeeper(*node("a")));
-    state().unstage(*node("c"));
-    EXPECT_FALSE(state().isKeeper(*node("a")));
-    state().toggleStaged(node("c"));
-    EXPECT_TRUE(state().isKeeper(*node("a")));
-}
-
-TEST_F(AppStateDuplicates, UnkeepingTakesTheOthersOutAgain)
-{
-    showFourCopies();
-    state().toggleStaged(node("alone"));
-    state().trashOthers(*node("b"));
-    state().unkeep(*node("b"));
-    EXPECT_EQ(queue(), std::vector<std::string>{"alone"});
-    EXPECT_EQ(flashed(), QStringLiteral("Un-kept \"b\" — 3 copyies removed from Trash."));
-    EXPECT_FALSE(state().isKeeper(*node("b")));
-    EXPECT_FALSE(node("a")->isStagedForTrash());
-
-    state().toggleStaged(node("d"));
-    state().unkeep(*node("b"));
-    EXPECT_EQ(flashed(), QStringLiteral("Un-kept \"b\" — 1 copy removed from Trash."));
-    state().dismissFlash();
-    state().unkeep(*node("b"));
-    EXPECT_EQ(state().flashMessage.value(), std::nullopt) << "nothing was staged any more";
-}
-
-TEST_F(AppStateDuplicates, AFileInNoGroupIsLeftAlone)
-{
-    showFourCopies();
-    state().trashOthers(*node("alone"));
-    state().unkeep(*node("alone"));
-    EXPECT_TRUE(queue().empty());
-    EXPECT_EQ(state().flashMessage.value(), std::nullopt);
-}
-
-TEST_F(AppStateDuplicates, AGroupOfOneHasNoKeeper)
-{
-    showFourCopies();
-    state().duplicateGroups = std::make_shared<const Groups>(
-        Groups{Group(2048, {node("a").get()}, m_tree->rootPointer())});
-    EXPECT_FALSE(state().isKeeper(*node("a")));
-}
-
-TEST_F(AppStateDuplicates, TheFirstGroupWithTheFileCounts)
-{
-    showFourCopies();
-    const NodePointer root = m_tree->rootPointer();
-    const auto file = [this](const char* name) { return node(name).get(); };
-    state().duplicateGroups = std::make_shared<const Groups>(
-        Groups{Group(2048, {file("c"), file("d")}, root), Group(2048, {file("b"), file("a")}, root),
-               Group(2048, {file("a"), file("d")}, root)});
-    state().trashOthers(*node("a"));
-    EXPECT_EQ(queue(), std::vector<std::string>{"b"});
-}
-
-TEST_F(AppStateDuplicates, NamesOfAnySortStandAsTheyAreInTheFlash)
-{
-    m_tree = test::treeFromText("100%2 2048\n%1 2048\n");
-    state().rootNode = m_tree->rootPointer();
-    FileNode& odd = test::nodeAt(m_tree->root(), "100%2");
-    state().duplicateGroups = std::make_shared<const Groups>(
-        Groups{Group(2048, {&odd, &test::nodeAt(m_tree->root(), "%1")}, m_tree->rootPointer())});
-    state().trashOthers(odd);
-    EXPECT_EQ(flashed(), QStringLiteral("Kept \"100%2\" — staged 1 duplicate copy for Trash."));
-    state().unkeep(odd);
-    EXPECT_EQ(flashed(), QStringLiteral("Un-kept \"100%2\" — 1 copy removed from Trash."));
-}
-
-TEST_F(AppStateDuplicates, TwentyThousandCopiesAreStagedInOneWrite)
-{
-    constexpr int count = 20000;
-    std::string text;
-    for (int i = 0; i < count; ++i) {
-        text += "f" + std::to_string(i) + " 2048\n";
-    }
-    m_tree = test::treeFromText(text);
-    state().rootNode = m_tree->rootPointer();
-    std::vector<FileNode*> files;
-    for (FileNode& file : m_tree->root().children()) {
-        files.push_back(&file);
-    }
-    state().duplicateGroups =
-        std::make_shared<const Groups>(Groups{Group(2048, files, m_tree->rootPointer())});
-    int writes = 0;
-    const auto watch = state().stagedNodes.addNotifier([&writes] { ++writes; });
-    state().trashOthers(*files[7]);
-    EXPECT_EQ(state().stagedNodes.value().size(), count - 1U);
-    EXPECT_EQ(writes, 1);
-    EXPECT_TRUE(state().isKeeper(*files[7]));
-    state().unkeep(*files[7]);
-    EXPECT_TRUE(state().stagedNodes.value().empty());
-    EXPECT_EQ(writes, 2);
-}
-
-TEST_F(AppStateDuplicates, UnstagingWhatIsNotListedTellsNobody)
-{
-    showFourCopies();
-    state().toggleStaged(node("a"));
-    int writes = 0;
-    const auto watch = state().stagedNodes.addNotifier([&writes] { ++writes; });
-    state().unstage(*node("b"));
-    EXPECT_EQ(writes, 0);
-    EXPECT_EQ(queue(), std::vector<std::string>{"a"});
 }
 
 } // namespace

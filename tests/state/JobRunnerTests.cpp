@@ -211,6 +211,20 @@ TEST_F(JobRunnerTest, DrainingEndsAJobThatWaitsForTheMainThread)
     EXPECT_FALSE(hasRun);
 }
 
+TEST_F(JobRunnerTest, APosterKnowsWhenNobodyTakesItsBlocksAnyMore)
+{
+    static_assert(std::atomic<bool>::is_always_lock_free);
+    const MainThreadPoster post = m_runner->poster();
+    EXPECT_FALSE(post.isClosed());
+    EXPECT_TRUE(m_runner->drain(std::chrono::seconds(30)));
+    EXPECT_TRUE(post.isClosed());
+    int runs = 0;
+    post([&runs] { ++runs; });
+    m_runner.reset();
+    QCoreApplication::processEvents();
+    EXPECT_EQ(runs, 0);
+}
+
 TEST_F(JobRunnerTest, EndDropsWhatWaitsForTheMainThread)
 {
     std::atomic<bool> isWorkDone = false;
