@@ -28,7 +28,7 @@ void RunningSearches::leave(const Flag& search)
 {
     {
         const std::lock_guard guard(m_lock);
-        m_inside.erase(std::remove(m_inside.begin(), m_inside.end(), search), m_inside.end());
+        std::erase(m_inside, search);
     }
     m_left.notify_all();
 }
