@@ -18,6 +18,8 @@ NodeListView::NodeListView(AppState& state, NodeListModel& model, QWidget* paren
 {
     setModel(&model);
     setFrameShape(QFrame::NoFrame);
+    // The card draws the ground, so that its round corners stay free.
+    viewport()->setAutoFillBackground(false);
     setUniformItemSizes(true);
     setMouseTracking(true);
     setVerticalScrollMode(ScrollPerPixel);

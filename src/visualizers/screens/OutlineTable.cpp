@@ -21,6 +21,8 @@ OutlineTable::OutlineTable(AppState& state, OutlineModel& model, QWidget* parent
     setModel(&model);
     setFrameShape(QFrame::NoFrame);
     setMouseTracking(true);
+    // While rows slide open or shut the view ignores clicks.
+    setAnimated(false);
     connect(this, &QAbstractItemView::clicked, this,
             [this](const QModelIndex& index) { Q_EMIT rowActivated(m_outline.sharedNode(index)); });
     m_selectedChanged = m_state.selectedNode.addNotifier([this] { showSelection(); });

@@ -151,6 +151,21 @@ TEST_F(FoldersViewTests, ShowsFilesOfFoldersAndSizes)
     EXPECT_EQ(textOf("box", 2), QStringLiteral("1000 B"));
 }
 
+TEST_F(FoldersViewTests, RowThatHasJustAppearedCanBeClicked)
+{
+    open(someFiles);
+    OutlineTable& table = m_screen.table();
+    const QRect box = table.visualRect(row("box"));
+    // Left of the name, where the chevron is.
+    QTest::mouseClick(table.viewport(), Qt::LeftButton, {}, {box.left() - 6, box.center().y()});
+    ASSERT_TRUE(table.isExpanded(row("box")));
+    click("box/a.png");
+    EXPECT_EQ(m_state.selectedNode.value(), node("box/a.png"));
+    table.collapse(row("box"));
+    click("lone.mp4");
+    EXPECT_EQ(m_state.selectedNode.value(), node("lone.mp4"));
+}
+
 TEST_F(FoldersViewTests, StagedRowsHaveTheTrash)
 {
     open(someFiles);
