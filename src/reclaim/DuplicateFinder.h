@@ -5,8 +5,12 @@
 
 #include <QString>
 
+#include <algorithm>
+#include <array>
+#include <cstddef>
 #include <cstdint>
 #include <functional>
+#include <span>
 #include <vector>
 
 namespace quorvane {
@@ -18,6 +22,8 @@ class FileSystemCalls;
 /// the ones with equal ends, of these the ones with an equal digest of the whole. No state.
 namespace quorvane::DuplicateFinder {
 
+class GroupTexts;
+
 /// One set of identical files. A plain value; all but reclaimableBytes() is computed once, so that
 /// a list of groups draws without work. Readable from any thread.
 class Group
@@ -26,6 +32,8 @@ public:
     /// files: nodes of one tree, at least two for a real group. tree shares ownership of that tree
     /// (its root will do), so that the group keeps its files alive.
     Group(std::int64_t bytes, std::vector<FileNode*> files, NodePointer tree);
+    /// The same for one of many groups, which share equal texts.
+    Group(std::int64_t bytes, std::vector<FileNode*> files, NodePointer tree, GroupTexts& texts);
 
     /// Size of each copy.
     std::int64_t bytes() const { return m_bytes; }
@@ -40,10 +48,16 @@ public:
     /// Number of different folders in which the files lie.
     std::int64_t folderCount() const { return m_folderCount; }
     /// Names of the first two of these folders, for the screen. Two folders may share a name.
-    const std::vector<QString>& topFolders() const { return m_topFolders; }
+    std::span<const QString> topFolders() const
+    {
+        return std::span(m_topFolders)
+            .first(std::min(static_cast<std::size_t>(m_folderCount), m_topFolders.size()));
+    }
 
     /// What keeping one copy gains. A product beyond 64 bits ends the program.
     std::int64_t reclaimableBytes() const;
+    /// The same for so many copies of so many bytes.
+    static std::int64_t reclaimable(std::int64_t bytes, std::size_t count);
 
     friend bool operator==(const Group& a, const Group& b)
     {
@@ -51,7 +65,7 @@ public:
     }
 
 private:
-    void noteFolders();
+    void noteFolders(GroupTexts& texts);
 
     std::int64_t m_bytes;
     std::vector<FileNode*> m_files;
@@ -61,7 +75,7 @@ private:
     QString m_formattedReclaimable;
     FileNode* m_newestFile = nullptr;
     std::int64_t m_folderCount = 0;
-    std::vector<QString> m_topFolders;
+    std::array<QString, 2> m_topFolders;
 };
 
 using Groups = std::vector<Group>;

@@ -1,19 +1,15 @@
 // SPDX-License-Identifier: MIT
-#include "ByteFormatter.h"
 #include "CheckedMath.h"
 #include "DuplicateFinder.h"
-#include "FilePath.h"
-#include "Text.h"
+#include "GroupTexts.h"
 
 #include <algorithm>
-#include <string_view>
+#include <memory>
 #include <unordered_set>
 #include <utility>
 
 namespace quorvane::DuplicateFinder {
 namespace {
-
-constexpr std::size_t mostTopFolders = 2;
 
 QString idOf(std::int64_t bytes, const std::vector<FileNode*>& files)
 {
@@ -31,41 +27,42 @@ FileNode* newestOf(const std::vector<FileNode*>& files)
     return newest == files.end() ? nullptr : *newest;
 }
 
-QString folderName(const FileNode& file)
-{
-    const FilePath folder = file.path().parent();
-    const std::string_view name = folder.lastComponent();
-    return displayText(name.empty() ? std::string_view(folder.bytes()) : name);
-}
-
 } // namespace
 
 Group::Group(std::int64_t bytes, std::vector<FileNode*> files, NodePointer tree)
+    : Group(bytes, std::move(files), std::move(tree), *std::make_unique<GroupTexts>())
+{}
+
+Group::Group(std::int64_t bytes, std::vector<FileNode*> files, NodePointer tree, GroupTexts& texts)
     : m_bytes(bytes)
     , m_files(std::move(files))
     , m_tree(std::move(tree))
     , m_id(idOf(bytes, m_files))
-    , m_formattedSize(ByteFormatter::string(bytes))
-    , m_formattedReclaimable(ByteFormatter::string(reclaimableBytes()))
+    , m_formattedSize(texts.size(bytes))
+    , m_formattedReclaimable(texts.size(reclaimableBytes()))
     , m_newestFile(newestOf(m_files))
 {
-    noteFolders();
+    noteFolders(texts);
 }
 
 std::int64_t Group::reclaimableBytes() const
 {
-    const auto count = static_cast<std::int64_t>(m_files.size());
-    return checkedMultiply(m_bytes, std::max<std::int64_t>(count - 1, 0),
+    return reclaimable(m_bytes, m_files.size());
+}
+
+std::int64_t Group::reclaimable(std::int64_t bytes, std::size_t count)
+{
+    return checkedMultiply(bytes, std::max<std::int64_t>(static_cast<std::int64_t>(count) - 1, 0),
                            "DuplicateFinder.reclaimableBytes");
 }
 
-void Group::noteFolders()
+void Group::noteFolders(GroupTexts& texts)
 {
     // In one tree a folder's path and its node stand for each other.
     std::unordered_set<const FileNode*> folders;
     for (const FileNode* file : m_files) {
-        if (folders.insert(file->parent()).second && m_topFolders.size() < mostTopFolders) {
-            m_topFolders.push_back(folderName(*file));
+        if (folders.insert(file->parent()).second && folders.size() <= m_topFolders.size()) {
+            m_topFolders[folders.size() - 1] = texts.folder(*file);
         }
     }
     m_folderCount = static_cast<std::int64_t>(folders.size());

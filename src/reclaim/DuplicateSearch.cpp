@@ -3,6 +3,8 @@
 
 #include "AliasFilter.h"
 #include "CheckedMath.h"
+#include "GroupTexts.h"
+#include "SizeCounters.h"
 
 #include <algorithm>
 #include <atomic>
@@ -25,9 +27,6 @@ constexpr ProgressRange verifyingRange{0.4, 0.6, std::numeric_limits<double>::in
 /// How far a file's dates may lag behind the clock, in seconds: some file systems count in twos.
 constexpr std::int64_t coarsestDate = 2;
 
-/// The widest tree of a plausible size; a list for more files grows as it fills.
-constexpr std::int64_t mostReserved = std::int64_t{1} << 25;
-
 double steadySeconds()
 {
     return std::chrono::duration<double>(std::chrono::steady_clock::now().time_since_epoch())
@@ -46,6 +45,29 @@ std::size_t workerCount(int wanted)
     const unsigned count =
         wanted > 0 ? static_cast<unsigned>(wanted) : std::thread::hardware_concurrency();
     return std::max(count, 1U);
+}
+
+/// Visits a tree's nodes, the last of a folder's children first, until the visitor returns false.
+template<typename Visitor>
+bool visitNodes(FileNode& root, const Visitor& visit)
+{
+    // What stands for the children of a folder that are yet to come, last one first.
+    std::vector<std::span<FileNode>> stack{std::span<FileNode>(&root, 1)};
+    while (!stack.empty()) {
+        if (stack.back().empty()) {
+            stack.pop_back();
+            continue;
+        }
+        FileNode& node = stack.back().back();
+        stack.back() = stack.back().first(stack.back().size() - 1);
+        if (!visit(node)) {
+            return false;
+        }
+        if (node.isDirectory()) {
+            stack.push_back(node.children());
+        }
+    }
+    return true;
 }
 
 } // namespace
@@ -103,33 +125,36 @@ bool DuplicateSearch::collect(std::vector<SizedFile>& files)
     const auto total = static_cast<double>(
         std::max(checkedAdd(checkedAdd(root.fileCount(), root.directoryCount(), place), 1, place),
                  std::int64_t{1}));
-    // Room that is never written to takes no memory.
-    files.reserve(
-        static_cast<std::size_t>(std::clamp<std::int64_t>(root.fileCount(), 0, mostReserved)));
+    const auto isWanted = [this](const FileNode& node) {
+        return node.isRegularFile() && node.scannedBytes() >= m_minimumBytes;
+    };
+    SizeCounters sizes;
     std::int64_t count = 0;
-    // What stands for the children of a folder that are yet to come, last one first.
-    std::vector<std::span<FileNode>> stack{std::span<FileNode>(&root, 1)};
-    while (!stack.empty()) {
-        if (stack.back().empty()) {
-            stack.pop_back();
-            continue;
-        }
-        FileNode& node = stack.back().back();
-        stack.back() = stack.back().first(stack.back().size() - 1);
+    const bool isCounted = visitNodes(root, [&](FileNode& node) {
         if (m_isCancelled()) {
             return false;
         }
-        if (node.isDirectory()) {
-            stack.push_back(node.children());
-        } else if (node.isRegularFile() && node.scannedBytes() >= m_minimumBytes) {
-            files.push_back({node.scannedBytes(), &node});
+        if (isWanted(node)) {
+            sizes.add(node.scannedBytes());
         }
         if (++count % walkStep == 0) {
             m_progress(static_cast<double>(count) * walkEnd / total);
         }
+        return true;
+    });
+    if (!isCounted) {
+        return false;
     }
     m_walked = static_cast<std::size_t>(count);
-    return true;
+    // Once more, now that it is known for which files there has to be room.
+    files.reserve(sizes.shared());
+    count = 0;
+    return sizes.shared() == 0 || visitNodes(root, [&](FileNode& node) {
+               if (isWanted(node) && sizes.isShared(node.scannedBytes())) {
+                   files.push_back({node.scannedBytes(), &node});
+               }
+               return ++count % walkStep != 0 || !m_isCancelled();
+           });
 }
 
 void DuplicateSearch::keepEqualSizes(std::vector<SizedFile>& files)
@@ -198,27 +223,45 @@ Groups DuplicateSearch::build()
     if (m_isCancelled()) {
         return {};
     }
+    const std::vector<FoundGroup> sorted = sortedGroups();
     Groups groups;
-    groups.reserve(m_buckets.size());
-    std::size_t begin = 0;
-    for (const Bucket& bucket : m_buckets) {
+    groups.reserve(sorted.size());
+    GroupTexts texts;
+    for (const FoundGroup& found : sorted) {
         std::vector<FileNode*> files;
-        files.reserve(bucket.end - begin);
-        for (; begin < bucket.end; ++begin) {
-            files.push_back(m_candidates[begin].file());
+        files.reserve(found.end - found.begin);
+        for (std::size_t place = found.begin; place < found.end; ++place) {
+            files.push_back(m_candidates[place].file());
         }
         const std::int64_t bytes = files.front()->scannedBytes();
-        groups.emplace_back(bytes, std::move(files), m_root);
+        groups.emplace_back(bytes, std::move(files), m_root, texts);
     }
-    std::stable_sort(groups.begin(), groups.end(), [](const Group& a, const Group& b) {
-        const std::int64_t ours = a.reclaimableBytes();
-        const std::int64_t theirs = b.reclaimableBytes();
-        return ours != theirs ? ours > theirs
-                              : a.files().front()->name() < b.files().front()->name();
-    });
     report(Pass::building, groups.size());
     m_progress(1.0);
     return groups;
+}
+
+std::vector<DuplicateSearch::FoundGroup> DuplicateSearch::sortedGroups()
+{
+    // Before the groups are made, which are much larger than what sorts them.
+    std::vector<FoundGroup> found;
+    found.reserve(m_buckets.size());
+    std::size_t begin = 0;
+    for (; !m_buckets.empty(); m_buckets.pop_front()) {
+        const std::size_t end = m_buckets.front().end;
+        const std::int64_t bytes = m_candidates[begin].file()->scannedBytes();
+        found.push_back({Group::reclaimable(bytes, end - begin), begin, end});
+        begin = end;
+    }
+    std::sort(found.begin(), found.end(), [this](const FoundGroup& a, const FoundGroup& b) {
+        if (a.reclaimable != b.reclaimable) {
+            return a.reclaimable > b.reclaimable;
+        }
+        const int names =
+            m_candidates[a.begin].file()->name().compare(m_candidates[b.begin].file()->name());
+        return names != 0 ? names < 0 : a.begin < b.begin;
+    });
+    return found;
 }
 
 bool DuplicateSearch::narrow(const BucketAt& bucketAt,

@@ -18,12 +18,13 @@ namespace quorvane::DuplicateFinder {
 
 /// One search from the walk to the groups. Made for one run() on one thread.
 ///
-/// Memory beyond the tree and the groups that come out, in bytes: 16 for each regular file of the
-/// least size until the walk is done, and 8 for each of them that shares its size with another,
-/// which stay. Then 40 for each set of files with equal ends, and 32 to 84 for each file of a
-/// window: windowFiles files, but all files of one size, or of equal ends, at least; 32 beyond
-/// mostTabledFiles, and 4 more while they are verified. 65536 for each worker. A million files thus
-/// take 24 megabytes, and 44 if they all are of one size.
+/// Memory beyond the tree and the groups that come out, in bytes: a million for the
+/// counters of sizes and 16 for each regular file that seems to share its size with another, until
+/// the walk is done, and 8 for each of those that do, which stay. Then 40 for each set of files
+/// with equal ends, later 24, and 32 to 84 for each file of a window: windowFiles files, but all
+/// files of one size, or of equal ends, at least; 32 beyond mostTabledFiles, and 4 more while they
+/// are verified. 65536 for each worker. A million files thus take 24 megabytes, and 44 if they all
+/// are of one size.
 class DuplicateSearch
 {
 public:
@@ -48,6 +49,13 @@ private:
         std::int64_t bytes;
         FileNode* file;
     };
+    /// Candidates that make a group.
+    struct FoundGroup
+    {
+        std::int64_t reclaimable;
+        std::size_t begin;
+        std::size_t end;
+    };
     /// A run of buckets whose files are digested before those of the next.
     struct Window
     {
@@ -68,6 +76,7 @@ private:
     bool sample();
     bool verify();
     Groups build();
+    std::vector<FoundGroup> sortedGroups();
 
     bool collect(std::vector<SizedFile>& files);
     void keepEqualSizes(std::vector<SizedFile>& files);

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "DuplicateFinder.h"
 
+#include "GroupTexts.h"
 #include "TreeText.h"
 
 #include <gtest/gtest.h>
@@ -12,6 +13,11 @@ namespace {
 
 using test::nodeAt;
 using test::treeFromText;
+
+std::vector<QString> topFolders(const Group& group)
+{
+    return {group.topFolders().begin(), group.topFolders().end()};
+}
 
 std::vector<FileNode*> nodes(FileTree& tree, const std::vector<std::string_view>& paths)
 {
@@ -72,7 +78,7 @@ TEST(DuplicateGroup, FoldersOfOneNameAreCountedApart)
     const auto tree = treeFromText("a/\n  x/\n    f 1\nb/\n  x/\n    f 1\nc/\n  y/\n    f 1\n");
     const Group group(1, nodes(*tree, {"a/x/f", "b/x/f", "c/y/f"}), tree->rootPointer());
     EXPECT_EQ(group.folderCount(), 3);
-    EXPECT_EQ(group.topFolders(), (std::vector{QStringLiteral("x"), QStringLiteral("x")}));
+    EXPECT_EQ(topFolders(group), (std::vector{QStringLiteral("x"), QStringLiteral("x")}));
 }
 
 TEST(DuplicateGroup, CopiesInOneFolderCountItOnce)
@@ -80,14 +86,30 @@ TEST(DuplicateGroup, CopiesInOneFolderCountItOnce)
     const auto tree = treeFromText("a/\n  f 1\n  g 1\nh 1\n");
     const Group group(1, nodes(*tree, {"a/f", "a/g", "h"}), tree->rootPointer());
     EXPECT_EQ(group.folderCount(), 2);
-    EXPECT_EQ(group.topFolders(), (std::vector{QStringLiteral("a"), QStringLiteral("scan")}));
+    EXPECT_EQ(topFolders(group), (std::vector{QStringLiteral("a"), QStringLiteral("scan")}));
 }
 
 TEST(DuplicateGroup, FolderAtTheTopIsASlash)
 {
     const auto tree = treeFromText("f 1\ng 1\n", {.rootPath = FilePath("/")});
-    EXPECT_EQ(Group(1, nodes(*tree, {"f", "g"}), tree->rootPointer()).topFolders(),
+    EXPECT_EQ(topFolders(Group(1, nodes(*tree, {"f", "g"}), tree->rootPointer())),
               std::vector{QStringLiteral("/")});
+}
+
+TEST(DuplicateGroup, GroupsShareTheTextsThatAreEqual)
+{
+    const auto tree = treeFromText("a/\n  f 5000\n  g 5000\nb/\n  f 5000\n  g 5000\n  h 5000\n");
+    GroupTexts texts;
+    const Group pair(5000, nodes(*tree, {"a/f", "b/f"}), tree->rootPointer(), texts);
+    const Group three(5000, nodes(*tree, {"b/g", "a/g", "b/h"}), tree->rootPointer(), texts);
+    EXPECT_EQ(topFolders(pair), (std::vector{QStringLiteral("a"), QStringLiteral("b")}));
+    EXPECT_EQ(topFolders(three), (std::vector{QStringLiteral("b"), QStringLiteral("a")}));
+    EXPECT_EQ(three.formattedSize(), QStringLiteral("4.9 KB"));
+    EXPECT_EQ(three.formattedReclaimable(), QStringLiteral("9.8 KB"));
+    // The very characters.
+    EXPECT_EQ(pair.formattedSize().constData(), pair.formattedReclaimable().constData());
+    EXPECT_EQ(pair.formattedSize().constData(), three.formattedSize().constData());
+    EXPECT_EQ(pair.topFolders()[0].constData(), three.topFolders()[1].constData());
 }
 
 TEST(DuplicateGroup, KeepsItsTreeAlive)
