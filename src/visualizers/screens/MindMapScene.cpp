@@ -126,7 +126,7 @@ void MindMapScene::paintBand(QPainter& painter, std::size_t item, const QColor& 
                      polarPoint(center(), band.outer, band.mid()));
 }
 
-void MindMapScene::paintLabel(QPainter& painter, std::size_t item, const QColor& ink) const
+void MindMapScene::paintLabel(QPainter& painter, std::size_t item, const QColor& ground) const
 {
     const MindMapLayout::Band& band = m_bands[item];
     if (band.arcLength() * band.outer <= leastLabelArc) {
@@ -135,11 +135,14 @@ void MindMapScene::paintLabel(QPainter& painter, std::size_t item, const QColor&
     painter.save();
     painter.translate(polarPoint(center(), (band.inner + band.outer) * 0.5, band.mid()));
     painter.rotate(band.mid() * 180 / std::numbers::pi + 90);
-    painter.setPen(ink);
     constexpr double halfLine = 10;
-    painter.drawText(QRectF(-halfLine, -halfLine, 2 * halfLine, 2 * halfLine),
-                     Qt::AlignCenter | Qt::TextSingleLine | Qt::TextDontClip,
-                     band.node->displayName());
+    const QRectF line(-halfLine, -halfLine, 2 * halfLine, 2 * halfLine);
+    constexpr int flags = Qt::AlignCenter | Qt::TextSingleLine | Qt::TextDontClip;
+    const QString name = band.node->displayName();
+    // A seam of the ground sets the letters off from bands of any colour.
+    drawSeam(painter, line, flags, name, ground);
+    painter.setPen(withOpacity(inkOn(ground).primary, labelOpacity));
+    painter.drawText(line, flags, name);
     painter.restore();
 }
 
@@ -155,7 +158,6 @@ void MindMapScene::paint(QImage& picture, const CanvasStyle& style, bool dimmed)
     QPainter painter(&picture);
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setFont(labelFont(style, labelSize));
-    const QColor ink = inkOn(style.ground).primary;
     paintAxis(painter, request().size, style.ground);
     const QRectF canvas(QPointF(0, 0), QSizeF(request().size));
     for (std::size_t i = 0; i < m_bands.size(); ++i) {
@@ -164,7 +166,7 @@ void MindMapScene::paint(QImage& picture, const CanvasStyle& style, bool dimmed)
         }
         const QColor color = colorOf(i);
         paintBand(painter, i, dimmed ? mixed(color, dimOpacity, style.ground) : color, arcWidth);
-        paintLabel(painter, i, withOpacity(ink, labelOpacity));
+        paintLabel(painter, i, style.ground);
     }
 }
 

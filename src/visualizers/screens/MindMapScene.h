@@ -45,7 +45,7 @@ private:
     RingSector sectorOf(std::size_t item) const;
     QColor colorOf(std::size_t item) const;
     void paintBand(QPainter& painter, std::size_t item, const QColor& color, double arcWidth) const;
-    void paintLabel(QPainter& painter, std::size_t item, const QColor& ink) const;
+    void paintLabel(QPainter& painter, std::size_t item, const QColor& ground) const;
 
     std::vector<MindMapLayout::Band> m_bands;
 };

@@ -4,6 +4,8 @@
 #include <QImage>
 #include <QPainter>
 
+#include <array>
+
 namespace quorvane {
 namespace {
 
@@ -12,6 +14,9 @@ constexpr double highlightWidth = 2;
 constexpr double selectionGroundWidth = 4;
 constexpr QColor selectionGround(0, 0, 0, 150);
 constexpr float labelShadow = 0.6F;
+constexpr float seamOpacity = 0.4F;
+constexpr std::array seamSteps{QPointF(-1, 0), QPointF(1, 0),  QPointF(0, -1),  QPointF(0, 1),
+                               QPointF(-1, 1), QPointF(1, -1), QPointF(-1, -1), QPointF(1, 1)};
 
 } // namespace
 
@@ -59,12 +64,22 @@ QFont labelFont(const CanvasStyle& style, int size)
     return font;
 }
 
+void drawSeam(QPainter& painter, const QRectF& rect, int flags, const QString& text,
+              const QColor& color)
+{
+    painter.setPen(QColor::fromRgbF(color.redF(), color.greenF(), color.blueF(), seamOpacity));
+    for (const QPointF& step : seamSteps) {
+        painter.drawText(rect.translated(step), flags, text);
+    }
+}
+
 void drawShadedLabel(QPainter& painter, const QPainterPath& shape, const QRectF& rect,
                      const QString& text)
 {
     constexpr int flags = Qt::AlignCenter | Qt::TextSingleLine | Qt::TextDontClip;
     painter.save();
     painter.setClipPath(shape, Qt::IntersectClip);
+    drawSeam(painter, rect, flags, text, Qt::black);
     painter.setPen(QColor::fromRgbF(0, 0, 0, labelShadow));
     painter.drawText(rect.translated(0, 1), flags, text);
     painter.setPen(Qt::white);

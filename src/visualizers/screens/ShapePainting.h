@@ -32,7 +32,12 @@ void strokeSelected(QPainter& painter, const QPainterPath& outline, const QColor
 /// The labels' font at a size in points of the canvas.
 QFont labelFont(const CanvasStyle& style, int size);
 
-/// A name in white in the middle of a rectangle, over the same in black one point lower, cut at the
+/// Draws the edge of a text without the text itself, so that its letters stand out from whatever
+/// lies below. Flags are those of QPainter::drawText().
+void drawSeam(QPainter& painter, const QRectF& rect, int flags, const QString& text,
+              const QColor& color);
+
+/// A name in white in the middle of a rectangle, seamed in black with a shadow below it, cut at the
 /// shape. The painter's clipping is put back.
 void drawShadedLabel(QPainter& painter, const QPainterPath& shape, const QRectF& rect,
                      const QString& text);

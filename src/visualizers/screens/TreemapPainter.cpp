@@ -141,7 +141,11 @@ void TreemapPainter::paintTile(const Slice& slice, bool dimmed)
     tile.stroke = toQColor(m_boundary);
     m_tiles.draw(tile);
     if (hasText && header > 0) {
-        drawHeaderTexts(slice, tile.rect, header);
+        // Dimmed on a pale ground the strip turns grey, where only white can be read.
+        const QColor strip = fillColor(TreemapColors::folderHeaderColor, dimmed);
+        const bool isPale = labelScrimOpacity(strip) > 0;
+        drawHeaderTexts(slice, tile.rect, header,
+                        isPale ? QColor(Qt::white) : toQColor(TreemapColors::folderSizeColor));
     } else if (hasText) {
         drawTileTexts(slice, tile.rect);
     }
@@ -153,10 +157,13 @@ void TreemapPainter::paintHeader(const Rect& body, double header, double radius,
     strip.rect = {body.x, body.y, body.width, std::min(header, body.height)};
     strip.topRadius = std::min(radius, header * 0.5);
     strip.fill = fillColor(TreemapColors::folderHeaderColor, dimmed);
+    strip.scrimOpacity = labelScrimOpacity(*strip.fill);
+    strip.scrimHeight = 2 * header; // even over the whole strip
     m_tiles.draw(strip);
 }
 
-void TreemapPainter::drawHeaderTexts(const Slice& slice, const Rect& body, double header)
+void TreemapPainter::drawHeaderTexts(const Slice& slice, const Rect& body, double header,
+                                     const QColor& sizeColor)
 {
     const int size = TreemapLabels::fontSize(std::max(body.width, 18.0));
     const LabelFont& nameFont = labelFont(size - 1, true);
@@ -173,8 +180,7 @@ void TreemapPainter::drawHeaderTexts(const Slice& slice, const Rect& body, doubl
     const double sizeWidth = std::max(body.width * 0.5, 10.0);
     const QString shownBytes = TreemapLabels::truncateFit(bytes, sizeWidth, sizeFont);
     const double shownWidth = shownBytes == bytes ? bytesWidth : sizeFont.width(shownBytes);
-    drawText(shownBytes, sizeFont, body.maxX() - 4 - shownWidth, middle,
-             toQColor(TreemapColors::folderSizeColor));
+    drawText(shownBytes, sizeFont, body.maxX() - 4 - shownWidth, middle, sizeColor);
 }
 
 void TreemapPainter::drawTileTexts(const Slice& slice, const Rect& body)

@@ -31,7 +31,8 @@ private:
     void paintAggregate(const Slice& slice, bool dimmed);
     void paintTile(const Slice& slice, bool dimmed);
     void paintHeader(const Rect& body, double header, double radius, bool dimmed);
-    void drawHeaderTexts(const Slice& slice, const Rect& body, double header);
+    void drawHeaderTexts(const Slice& slice, const Rect& body, double header,
+                         const QColor& sizeColor);
     void drawTileTexts(const Slice& slice, const Rect& body);
     /// One line whose middle stands at the given height; left is where it begins.
     void drawText(const QString& text, const LabelFont& font, double left, double middle,

@@ -10,6 +10,8 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
+
 namespace quorvane {
 namespace {
 
@@ -65,6 +67,22 @@ TEST_F(TreemapPainterTests, FolderHasAHeaderStripAndABody)
     const CanvasRendering one = rendered("things/\n  a.txt 500\n  b.mp3 500\n");
     // The strip's middle, away from the name on the left and the size on the right.
     EXPECT_TRUE(isNear(one.bright.pixelColor(200, 4), opaque(TreemapColors::folderHeaderColor)));
+}
+
+TEST_F(TreemapPainterTests, DimmedHeaderOnAPaleGroundIsDarkEnoughForWhiteText)
+{
+    const CanvasRendering one = rendered("things/\n  a.txt 500\n  b.mp3 500\n");
+    const LockedFlag stop;
+    const CanvasRendering pale =
+        renderScene(one.scene, {QFont(), QColor(0xCF, 0xEC, 0xC0), 1}, stop);
+    const auto channel = [](double value) {
+        return value <= 0.04045 ? value / 12.92 : std::pow((value + 0.055) / 1.055, 2.4);
+    };
+    const QColor strip = pale.dimmed.pixelColor(200, 4);
+    const double luminance = 0.2126 * channel(strip.redF()) + 0.7152 * channel(strip.greenF()) +
+                             0.0722 * channel(strip.blueF());
+    EXPECT_GE(1.05 / (luminance + 0.05), 4.5);
+    EXPECT_TRUE(isNear(pale.bright.pixelColor(200, 4), opaque(TreemapColors::folderHeaderColor)));
 }
 
 TEST_F(TreemapPainterTests, TextOfACoveredTileIsGone)
