@@ -344,8 +344,7 @@ bool DuplicateSearch::sampleOne(FileDigester& digester, Window& window, HeadTabl
             return !meeting.isFirst;
         };
     }
-    const std::optional<Sample> sample =
-        digester.partialDigest(*window.files[place].file(), isWanted);
+    std::optional<Sample> sample = digester.partialDigest(*window.files[place].file(), isWanted);
     if (meeting.waiting != HeadTable::nobody &&
         !sampleOne(digester, window, nullptr, meeting.waiting)) {
         window.files[meeting.waiting].drop();
@@ -358,6 +357,9 @@ bool DuplicateSearch::sampleOne(FileDigester& digester, Window& window, HeadTabl
         return true;
     }
     window.digests[place] = sample->digest;
+    if (sample->head) {
+        m_headStates.keep(sample->digest, std::move(sample->head));
+    }
     if (sample->coversWholeFile) {
         window.files[place].markSampledWhole();
     }
@@ -371,10 +373,12 @@ void DuplicateSearch::verifyWindow(Window& window)
     inParallel(window.files.size(), [&](FileDigester& digester, std::size_t i) {
         runStep(window, digester, i, [&](FileDigester& own, std::size_t place) {
             const Candidate& candidate = window.files[place];
-            const std::optional<Digest> full =
-                candidate.isSampledWhole()
-                    ? own.fullDigest(*candidate.file(), window.digests[place])
-                    : own.fullDigest(*candidate.file());
+            const FileNode& file = *candidate.file();
+            const Sha256::State* const head = m_headStates.find(window.digests[place]);
+            const std::optional<Digest> full = candidate.isSampledWhole()
+                                                   ? own.fullDigest(file, window.digests[place])
+                                               : head != nullptr ? own.fullDigest(file, *head)
+                                                                 : own.fullDigest(file);
             window.digests[place] = full.value_or(Digest{});
             window.identities[place] = own.identity();
             return full.has_value();

@@ -4,6 +4,7 @@
 #include "DuplicateBuckets.h"
 #include "DuplicateFinder.h"
 #include "FileDigester.h"
+#include "HeadStates.h"
 #include "HeadTable.h"
 #include "WorkerProgress.h"
 
@@ -23,7 +24,8 @@ namespace quorvane::DuplicateFinder {
 /// the walk is done, and 8 for each of those that do, which stay. Then 40 for each set of files
 /// with equal ends, later 24, and 32 to 84 for each file of a window: windowFiles files, but all
 /// files of one size, or of equal ends, at least; 32 beyond mostTabledFiles, and 4 more while they
-/// are verified. 65536 for each worker. A million files thus take 24 megabytes, and 44 if they all
+/// are verified. 65536 for each worker, and for
+/// large files what HeadStates takes. A million files thus take 24 megabytes, and 44 if they all
 /// are of one size.
 class DuplicateSearch
 {
@@ -86,8 +88,7 @@ private:
     void sampleWindow(Window& window);
     void verifyWindow(Window& window);
     void dropAliases(Window& window) const;
-    static bool sampleOne(FileDigester& digester, Window& window, HeadTable* heads,
-                          std::uint32_t place);
+    bool sampleOne(FileDigester& digester, Window& window, HeadTable* heads, std::uint32_t place);
     void runStep(Window& window, FileDigester& digester, std::size_t place, const Step& step);
     /// Runs work(digester, i) for every i below count on all workers, and returns when all is done.
     void inParallel(std::size_t count, const std::function<void(FileDigester&, std::size_t)>& work);
@@ -109,6 +110,7 @@ private:
     std::vector<Candidate> m_candidates;
     /// Of sampling, then of verifying.
     Buckets m_buckets;
+    HeadStates m_headStates;
 
     std::size_t m_walked = 0; ///< nodes
     double m_passStart;

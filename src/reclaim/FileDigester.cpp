@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <functional>
 #include <string_view>
+#include <utility>
 
 namespace quorvane::DuplicateFinder {
 namespace {
@@ -52,6 +53,7 @@ std::optional<Sample> FileDigester::partialDigest(const FileNode& node, const He
     m_hash.start();
     m_hash.update({m_buffer.get(), static_cast<std::size_t>(sampled)});
     bool coversWholeFile = false;
+    std::unique_ptr<const Sha256::State> head;
     if (size <= wholeSampleBytes) {
         // One byte more shows a file that has grown: its whole is for the next pass to read.
         if (!m_hasReachedEnd) {
@@ -62,16 +64,24 @@ std::optional<Sample> FileDigester::partialDigest(const FileNode& node, const He
         const std::int64_t tail = size - endSampleBytes;
         m_contents.willRead(file.descriptor(), tail, endSampleBytes);
         sampled += feed(file, endSampleBytes - sampled);
+        if (sampled == endSampleBytes) {
+            head = m_hash.state();
+        }
         if (!m_contents.seek(file.descriptor(), tail)) {
             return std::nullopt;
         }
         sampled += feed(file, endSampleBytes);
+        if (sampled < endSampleBytes * 2) {
+            // Only where both ends are whole does their digest tell what the head was.
+            head.reset();
+        }
     }
     if (sampled < leastSampleBytes) {
         return std::nullopt;
     }
     const std::optional<Digest> digest = m_hash.finish();
-    return digest ? std::optional(Sample{*digest, false, coversWholeFile}) : std::nullopt;
+    return digest ? std::optional(Sample{*digest, false, coversWholeFile, std::move(head)})
+                  : std::nullopt;
 }
 
 std::optional<Digest> FileDigester::fullDigest(const FileNode& node)
@@ -91,10 +101,30 @@ std::optional<Digest> FileDigester::fullDigest(const FileNode& node, const Diges
     return file.status().changedSeconds < m_unchangedBefore ? sample : readWhole(file);
 }
 
+std::optional<Digest> FileDigester::fullDigest(const FileNode& node, const Sha256::State& head)
+{
+    const OpenFile file(m_fileSystem, m_contents, node.path());
+    if (!file.isReadable()) {
+        return std::nullopt;
+    }
+    m_identity = identityHint(file.status());
+    if (file.status().changedSeconds >= m_unchangedBefore ||
+        !m_contents.seek(file.descriptor(), endSampleBytes)) {
+        return readWhole(file);
+    }
+    m_hash.resume(head);
+    return readOn(file);
+}
+
 std::optional<Digest> FileDigester::readWhole(const OpenFile& file)
 {
-    m_contents.willReadOnce(file.descriptor());
     m_hash.start();
+    return readOn(file);
+}
+
+std::optional<Digest> FileDigester::readOn(const OpenFile& file)
+{
+    m_contents.willReadOnce(file.descriptor());
     while (feed(file, blockBytes) == blockBytes) {
     }
     return m_hash.finish();

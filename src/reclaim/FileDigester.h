@@ -40,6 +40,9 @@ struct Sample
     /// The sample was the file from start to end, read without a fault, so that its digest is that
     /// of the whole file as well.
     bool coversWholeFile = false;
+    /// Of a larger file of which both ends were read: the digest of the first endSampleBytes, half
+    /// done, for the digest of the whole to go on from.
+    std::unique_ptr<const Sha256::State> head = nullptr;
 };
 
 /// Reads files and digests them, for one worker: its buffer and its hash are used again from file
@@ -66,6 +69,10 @@ public:
     /// still be opened and has not changed since, otherwise it is read again.
     std::optional<Digest> fullDigest(const FileNode& file, const Digest& sample);
 
+    /// The same for a larger file: when it has not changed since, what its head came to is taken
+    /// over and the rest is read.
+    std::optional<Digest> fullDigest(const FileNode& file, const Sha256::State& head);
+
     /// Bytes read so far.
     std::int64_t bytesRead() const { return m_bytesRead; }
 
@@ -74,6 +81,7 @@ public:
 
 private:
     std::optional<Digest> readWhole(const OpenFile& file);
+    std::optional<Digest> readOn(const OpenFile& file);
     /// Reads at most so many bytes into the front of the buffer, fewer only at the end or a fault.
     std::int64_t fill(const OpenFile& file, std::int64_t most);
     /// Feeds at most so many bytes from the current position to the hash. The number fed; a fault

@@ -183,6 +183,33 @@ TEST_F(FileDigesterTest, SampleServesOnlyForAFileThatDidNotChange)
     EXPECT_FALSE(m_digester.fullDigest(file, sample));
 }
 
+TEST_F(FileDigesterTest, HeadServesOnlyForAFileThatDidNotChange)
+{
+    const std::string text = textOf('q', 2000000);
+    const FileNode& file = node(2000000, text);
+    const Sample sample = m_digester.partialDigest(file).value();
+    ASSERT_TRUE(sample.head);
+    std::int64_t before = m_digester.bytesRead();
+    EXPECT_EQ(hexOf(m_digester.fullDigest(file, *sample.head).value()), expectedHex(text));
+    EXPECT_EQ(m_digester.bytesRead() - before, 2000000 - 262144);
+    before = m_digester.bytesRead();
+    m_contents.file("/scan/f").bytes[5] ^= 1;
+    m_contents.file("/scan/f").changedSeconds = 2'000'000'000;
+    EXPECT_EQ(hexOf(m_digester.fullDigest(file, *sample.head).value()),
+              expectedHex(m_contents.file("/scan/f").bytes));
+    EXPECT_EQ(m_digester.bytesRead() - before, 2000000);
+    m_contents.remove("/scan/f");
+    EXPECT_FALSE(m_digester.fullDigest(file, *sample.head));
+}
+
+TEST_F(FileDigesterTest, HeadIsKeptOnlyWhereBothEndsAreWhole)
+{
+    EXPECT_FALSE(m_digester.partialDigest(node(524288, textOf('q', 524288))).value().head);
+    EXPECT_TRUE(m_digester.partialDigest(node(524289, textOf('q', 524289))).value().head);
+    EXPECT_FALSE(m_digester.partialDigest(node(524289, textOf('q', 524288))).value().head);
+    EXPECT_FALSE(m_digester.partialDigest(node(600000, textOf('q', 1000))).value().head);
+}
+
 TEST_F(FileDigesterTest, HeadFilterSeesSizeAndHeadAlone)
 {
     std::vector<std::uint64_t> heads;
