@@ -34,6 +34,7 @@ constexpr int badgePadding = 7;
 constexpr int badgeGap = 8;
 constexpr int moreGroupsMargin = 16; ///< clear of the scroll bar, ring and all
 constexpr int quarterTurn = 90;
+constexpr int focusInset = 2;
 constexpr double badgeGroundOpacity = 0.14;
 constexpr double wellOpacityDark = 0.16;
 constexpr double wellOpacityLight = 0.025;
@@ -186,7 +187,6 @@ void DuplicateRowPainter::paint(QPainter& painter, const DuplicateRow& row, cons
     const bool isButtonRow = partCount(row.kind) == 1;
     QStyle::State state;
     state.setFlag(QStyle::State_MouseOver, row.kind == Kind::group && look.hovered == 0);
-    state.setFlag(QStyle::State_HasFocus, !isButtonRow && look.focused == 0);
     paintRowGround(painter, area, 0, state);
     const bool isFirst = row.kind == Kind::group && row.group == 0;
     if (!isFirst && row.kind != Kind::moreMembers) {
@@ -197,6 +197,12 @@ void DuplicateRowPainter::paint(QPainter& painter, const DuplicateRow& row, cons
         paintGroup(painter, row, area);
     } else if (row.kind == Kind::member) {
         paintMember(painter, row, area);
+    }
+    if (!isButtonRow && look.focused == 0) {
+        // Clear of the hairline, and of the card's corners around the first and the last row.
+        paintFocusLine(painter,
+                       QRectF(area).adjusted(focusInset, focusInset, -focusInset, -focusInset),
+                       radius::control);
     }
     paintButtons(painter, row, area, look);
 }

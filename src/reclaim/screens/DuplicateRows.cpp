@@ -13,11 +13,20 @@ void DuplicateRows::setGroups(GroupsPointer groups)
 {
     m_groups = std::move(groups);
     m_bodies.clear();
-    const QSet<QString> before = std::exchange(m_expanded, {});
-    for (std::size_t i = 0; !before.isEmpty() && i < shownGroups(); ++i) {
-        const QString& id = group(i).id();
-        if (before.contains(id)) {
-            m_expanded.insert(id);
+    showBodies(0);
+}
+
+void DuplicateRows::showMoreGroups()
+{
+    const std::size_t first = shownGroups();
+    m_visibleLimit += addedGroups;
+    showBodies(first);
+}
+
+void DuplicateRows::showBodies(std::size_t first)
+{
+    for (std::size_t i = first; !m_expanded.isEmpty() && i < shownGroups(); ++i) {
+        if (isExpanded(i)) {
             m_bodies[i].openness = 1;
         }
     }

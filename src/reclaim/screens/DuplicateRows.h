@@ -48,7 +48,8 @@ public:
     static constexpr int moreMembersHeight = 44;
     static constexpr int moreGroupsHeight = 54;
 
-    /// Not null. A group that was open stays so if its id is still there.
+    /// Not null. A group is open if one of its id ever was and has not been closed since, whatever
+    /// groups were on show in between.
     void setGroups(GroupsPointer groups);
     const GroupsPointer& groups() const { return m_groups; }
     const DuplicateFinder::Group& group(std::size_t index) const { return (*m_groups)[index]; }
@@ -68,7 +69,7 @@ public:
     std::size_t shownGroups() const;
     /// How many groups the button at the end brings; 0 without a button.
     std::size_t nextGroups() const;
-    void showMoreGroups() { m_visibleLimit += addedGroups; }
+    void showMoreGroups();
 
     std::size_t visibleCount(std::size_t group) const;
     std::size_t shownMembers(std::size_t group) const;
@@ -97,12 +98,14 @@ private:
         double openness = 0;
     };
 
+    /// Opens the bodies of those expanded groups that come on show, from the first of them on.
+    void showBodies(std::size_t first);
     int bodyHeight(std::size_t group, const Body& body) const;
     int memberRows(std::size_t group) const;
     DuplicateRow bodyRow(std::size_t group, std::size_t place) const;
 
     GroupsPointer m_groups = std::make_shared<const DuplicateFinder::Groups>();
-    QSet<QString> m_expanded;
+    QSet<QString> m_expanded;             ///< ids; the groups need not be on show
     std::map<std::size_t, Body> m_bodies; ///< of groups that are open, opening or closing
     std::size_t m_visibleLimit = firstGroups;
     int m_movingHeight = 1000;

@@ -10,6 +10,7 @@
 
 #include <map>
 #include <utility>
+#include <vector>
 
 namespace quorvane {
 namespace {
@@ -26,7 +27,15 @@ public:
         : m_list(&list)
         , m_place(place)
         , m_revision(list.revision())
+        , m_toldName(list.accessibleNameOf(place))
     {}
+
+    /// Whether the name is another than at the last call, or than at the start.
+    bool takeNewName()
+    {
+        const QString name = isValid() ? m_list->accessibleNameOf(m_place) : m_toldName;
+        return std::exchange(m_toldName, name) != name;
+    }
 
     bool isValid() const override { return m_list && m_list->revision() == m_revision; }
     QObject* object() const override { return nullptr; }
@@ -55,7 +64,8 @@ public:
         if (kind == QAccessible::Name) {
             return m_list->accessibleNameOf(m_place);
         }
-        return kind == QAccessible::Description ? description() : QString();
+        return kind == QAccessible::Description ? m_list->accessibleDescriptionOf(m_place)
+                                                : QString();
     }
     void setText(QAccessible::Text, const QString&) override {}
     QRect rect() const override
@@ -78,6 +88,7 @@ public:
             return state;
         }
         state.focusable = true;
+        state.disabled = isDisabled();
         state.focused = m_list->hasFocus() && m_list->current() == m_place;
         state.offscreen = !m_list->viewport()->rect().intersects(m_list->placeRect(m_place));
         if (!isButton() && m_place.row.kind == Kind::group) {
@@ -95,7 +106,7 @@ public:
     }
     QStringList actionNames() const override
     {
-        const bool acts = isButton() || m_place.row.kind == Kind::group;
+        const bool acts = isButton() ? !isDisabled() : m_place.row.kind == Kind::group;
         return acts ? QStringList{pressAction(), setFocusAction()} : QStringList{setFocusAction()};
     }
     void doAction(const QString& name) override
@@ -114,16 +125,20 @@ public:
 
 private:
     bool isButton() const { return m_place.part > 0 || partCount(m_place.row.kind) == 1; }
-    QString description() const
+    bool isDisabled() const
     {
+        if (!isValid() || m_place.part == 0) {
+            return false;
+        }
         const std::optional<DuplicateButton> button = m_list->button(m_place);
-        return button ? button->toolTip : QString();
+        return button && !button->isEnabled();
     }
     ListAccessible* list() const;
 
     QPointer<DuplicatesList> m_list;
     DuplicatePlace m_place;
     int m_revision;
+    QString m_toldName;
 };
 
 class ListAccessible final : public QAccessibleWidget
@@ -174,6 +189,26 @@ public:
         auto* const made = new PlaceAccessible(m_list, wanted);
         m_places.emplace(key, QAccessible::registerAccessibleInterface(made));
         return made;
+    }
+
+    /// Only what was asked for before can have changed for anybody.
+    int announceNames() const
+    {
+        int renamedCount = 0;
+        std::vector<QAccessible::Id> known;
+        for (const auto& entry : m_places) {
+            known.push_back(entry.second);
+        }
+        for (const QAccessible::Id id : known) {
+            // Who is told may ask on, and thereby end places.
+            auto* const told = static_cast<PlaceAccessible*>(QAccessible::accessibleInterface(id));
+            if (told != nullptr && told->takeNewName()) {
+                QAccessibleEvent renamed(told, QAccessible::NameChanged);
+                QAccessible::updateAccessibility(&renamed);
+                ++renamedCount;
+            }
+        }
+        return renamedCount;
     }
 
 private:
@@ -241,6 +276,12 @@ void announceDuplicateRows(DuplicatesList& list)
         QAccessibleEvent reordered(&list, QAccessible::ObjectReorder);
         QAccessible::updateAccessibility(&reordered);
     }
+}
+
+int announceDuplicateButtons(DuplicatesList& list)
+{
+    auto* const face = static_cast<ListAccessible*>(QAccessible::queryAccessibleInterface(&list));
+    return face == nullptr ? 0 : face->announceNames();
 }
 
 void announceDuplicateFocus(DuplicatesList& list)

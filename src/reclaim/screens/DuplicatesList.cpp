@@ -43,7 +43,10 @@ DuplicatesList::DuplicatesList(AppState& state, QWidget* parent)
     viewport()->setAutoFillBackground(false);
     verticalScrollBar()->setSingleStep(scrollStep);
     m_painter.measureColumns();
-    m_stagedChanged = m_state.stagedNodes.addNotifier([this] { viewport()->update(); });
+    m_stagedChanged = m_state.stagedNodes.addNotifier([this] {
+        viewport()->update();
+        announceDuplicateButtons(*this);
+    });
     connect(&ThemeNotifier::instance(), &ThemeNotifier::themeChanged, this, [this] {
         m_painter.measureColumns();
         viewport()->update();
@@ -242,17 +245,25 @@ void DuplicatesList::activate(const DuplicatePlace& place)
     if (row.kind == Kind::moreMembers) {
         const std::size_t first = m_rows.shownMembers(row.group);
         m_rows.showMoreMembers(row.group);
-        rowsChanged();
-        setCurrent({{Kind::member, row.group, first}, 0});
+        goToNewRows({Kind::member, row.group, first});
     } else if (row.kind == Kind::moreGroups) {
         const std::size_t first = m_rows.shownGroups();
         m_rows.showMoreGroups();
-        rowsChanged();
-        setCurrent({{Kind::group, first, 0}, 0});
+        goToNewRows({Kind::group, first, 0});
     } else if (const std::optional<DuplicateButton> pressed = m_painter.button(place)) {
         perform(m_state, pressed->action);
     } else if (row.kind == Kind::group) {
         toggle(row.group);
+    }
+}
+
+void DuplicatesList::goToNewRows(const DuplicateRow& first)
+{
+    rowsChanged();
+    setCurrent({first, 0});
+    if (m_showsFocus) {
+        // Keys go on from there: the new rows fill the view, below the one that was the last.
+        verticalScrollBar()->setValue(m_rows.top(first) - DuplicateRows::heightOf(first));
     }
 }
 
@@ -263,6 +274,18 @@ QString DuplicatesList::accessibleNameOf(const DuplicatePlace& place) const
     }
     return place.row.kind == Kind::group ? m_painter.groupRow(place.row).accessibleName()
                                          : m_painter.memberRow(place.row).accessibleName();
+}
+
+QString DuplicatesList::accessibleDescriptionOf(const DuplicatePlace& place) const
+{
+    if (const std::optional<DuplicateButton> shown = m_painter.button(place)) {
+        return shown->toolTip;
+    }
+    if (place.row.kind == Kind::group) {
+        return m_painter.groupRow(place.row).toolTip();
+    }
+    return m_painter.memberRow(place.row).isRecommendedKeep() ? DuplicateMemberRow::badgeToolTip()
+                                                              : QString();
 }
 
 } // namespace quorvane

@@ -52,11 +52,13 @@ public:
     /// Changes whenever rows come or go.
     int revision() const { return m_revision; }
     QString accessibleNameOf(const DuplicatePlace& place) const;
+    /// What pressing it does, where that is not plain from the name; else empty.
+    QString accessibleDescriptionOf(const DuplicatePlace& place) const;
     std::optional<DuplicateButton> button(const DuplicatePlace& place) const
     {
         return m_painter.button(place);
     }
-    /// The part below a point of the viewport.
+    /// The part below a point of the viewport; absent over what only fades away there.
     std::optional<DuplicatePlace> placeAt(const QPoint& position) const;
 
     QSize sizeHint() const override;
@@ -80,6 +82,7 @@ private:
     void stopMoving(std::size_t group);
     void rowsChanged();
     void layOut();
+    void goToNewRows(const DuplicateRow& first);
     void setHovered(const std::optional<DuplicatePlace>& place);
     void updateHovered();
     void moveBy(int rows);

@@ -140,6 +140,9 @@ void DuplicatesList::keyPressEvent(QKeyEvent* event)
     m_showsFocus = true;
     if (!m_current) {
         moveTo(0);
+        if (event->key() == Qt::Key_Up || event->key() == Qt::Key_Down) {
+            return;
+        }
     }
     if (handleMoveKey(event->key())) {
         return;
@@ -187,7 +190,9 @@ std::optional<DuplicatePlace> DuplicatesList::placeAt(const QPoint& position) co
     }
     const std::optional<DuplicateRow> row =
         m_rows.rowAt(position.y() + verticalScrollBar()->value());
-    const int part = row ? m_painter.partAt(*row, rowRect(*row), position) : -1;
+    // The rows of a group that is closing are still drawn, and gone for everything else.
+    const bool isThere = row && m_rows.contains(*row);
+    const int part = isThere ? m_painter.partAt(*row, rowRect(*row), position) : -1;
     return part < 0 ? std::nullopt : std::optional(DuplicatePlace{*row, part});
 }
 

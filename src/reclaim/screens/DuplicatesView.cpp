@@ -16,6 +16,8 @@
 #include <QHBoxLayout>
 #include <QVBoxLayout>
 
+#include <utility>
+
 namespace quorvane {
 namespace {
 
@@ -183,7 +185,8 @@ void DuplicatesView::refreshProgress()
 
 void DuplicatesView::refreshHeader(bool isRunning, bool hasGroups)
 {
-    const bool movesFocus = m_find->hasFocus() || m_cancel->hasFocus();
+    const QWidget* const focused = window()->focusWidget();
+    const bool movesFocus = focused == m_find || focused == m_cancel;
     Button* const shown = isRunning ? m_cancel : m_find;
     m_find->setRole(hasGroups ? ButtonRole::bordered : ButtonRole::prominent);
     shown->show();
@@ -191,6 +194,22 @@ void DuplicatesView::refreshHeader(bool isRunning, bool hasGroups)
         shown->setFocus(Qt::OtherFocusReason);
     }
     (isRunning ? m_find : m_cancel)->hide();
+}
+
+void DuplicatesView::keepFocusOfVanishingList()
+{
+    if (window()->focusWidget() == m_list) {
+        // Left to itself it would fall on whatever control of the window comes next.
+        setFocus(Qt::OtherFocusReason);
+        m_listLostFocus = true;
+    }
+}
+
+void DuplicatesView::returnFocusToList()
+{
+    if (std::exchange(m_listLostFocus, false) && window()->focusWidget() == this) {
+        m_list->setFocus(Qt::OtherFocusReason);
+    }
 }
 
 void DuplicatesView::refresh()
@@ -206,7 +225,13 @@ void DuplicatesView::refresh()
                            .arg(groups->size()));
     m_reclaimable->setText(ByteFormatter::string(m_state.duplicateReclaimable.value()));
 
+    if (!hasGroups) {
+        keepFocusOfVanishingList();
+    }
     m_results->setVisible(hasGroups);
+    if (hasGroups) {
+        returnFocusToList();
+    }
     m_searching->setVisible(!hasGroups && isRunning);
     m_noScan->setVisible(!hasGroups && !isRunning && !m_state.hasScan());
     m_start->setVisible(!hasGroups && !isRunning && m_state.hasScan());

@@ -37,6 +37,8 @@ private:
     void refresh();
     void refreshProgress();
     void refreshHeader(bool isRunning, bool hasGroups);
+    void keepFocusOfVanishingList();
+    void returnFocusToList();
 
     AppState& m_state;
     Button* m_find = nullptr;
@@ -52,6 +54,7 @@ private:
     Label* m_summary = nullptr;
     Label* m_reclaimable = nullptr;
     DuplicatesList* m_list = nullptr;
+    bool m_listLostFocus = false; ///< with its last row; it is kept here until rows come
     Refresher* m_refresher;
     Refresher* m_progressRefresher;
 };

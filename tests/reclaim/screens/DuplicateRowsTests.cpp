@@ -169,7 +169,46 @@ TEST_F(DuplicateRowsTests, WhatIsOpenStaysSoAsLongAsItsIdIsThere)
     EXPECT_TRUE(m_rows.isExpanded(0));
     EXPECT_EQ(m_rows.count(), 1 + 2);
     open(1, 7);
-    EXPECT_TRUE(m_rows.expanded().isEmpty());
+    EXPECT_FALSE(m_rows.isExpanded(0)) << "another group";
+    EXPECT_EQ(m_rows.count(), 1);
+}
+
+TEST_F(DuplicateRowsTests, WhatIsOpenStaysSoThroughASearchThatShowsNothing)
+{
+    open(3, 60);
+    expand(1);
+    m_rows.showMoreMembers(1);
+    const DuplicateRows::GroupsPointer groups = m_rows.groups();
+    m_rows.setGroups(std::make_shared<const DuplicateFinder::Groups>());
+    EXPECT_EQ(m_rows.count(), 0);
+    EXPECT_EQ(m_rows.height(), 0);
+    m_rows.setGroups(groups);
+    EXPECT_TRUE(m_rows.isExpanded(1));
+    EXPECT_EQ(m_rows.openness(1), 1);
+    EXPECT_EQ(m_rows.visibleCount(1), 50U) << "how many copies it showed is the row's alone";
+    EXPECT_EQ(m_rows.count(), 3 + 50 + 1);
+    expectConsistent();
+    expand(1);
+    m_rows.setGroups(std::make_shared<const DuplicateFinder::Groups>());
+    m_rows.setGroups(groups);
+    EXPECT_EQ(m_rows.count(), 3) << "closed, and so it stays";
+}
+
+TEST_F(DuplicateRowsTests, WhatIsOpenBeyondTheLimitShowsWhenItsGroupDoes)
+{
+    open(1000);
+    m_rows.showMoreGroups();
+    expand(600);
+    const DuplicateRows::GroupsPointer groups = m_rows.groups();
+    // The same groups behind 400 others: the open one is beyond the 900 on show.
+    DuplicateFinder::Groups moved(groups->begin() + 100, groups->begin() + 500);
+    moved.insert(moved.end(), groups->begin(), groups->end());
+    m_rows.setGroups(std::make_shared<const DuplicateFinder::Groups>(moved));
+    EXPECT_EQ(m_rows.count(), 900 + 1) << "not there yet";
+    m_rows.showMoreGroups();
+    EXPECT_TRUE(m_rows.isExpanded(1000));
+    EXPECT_EQ(m_rows.count(), 1300 + 2 + 1);
+    expectConsistent();
 }
 
 TEST_F(DuplicateRowsTests, ManyGroupsAndCopiesAreNotNotedOneByOne)

@@ -1,76 +1,18 @@
 // SPDX-License-Identifier: MIT
-#include "DuplicatesList.h"
-
-#include "DesktopSettings.h"
-#include "DuplicatesFixture.h"
+#include "DuplicatesListFixture.h"
+#include "Theme.h"
 #include "WaitFor.h"
 
-#include <QAccessible>
-#include <QAccessibleActionInterface>
-#include <QPushButton>
+#include <QImage>
 #include <QScrollBar>
-#include <QTest>
 
 namespace quorvane {
 namespace {
 
 using Kind = DuplicateRow::Kind;
 
-class DuplicatesListTests : public DuplicatesFixture
-{
-protected:
-    void SetUp() override
-    {
-        DesktopSettings::instance().setReducedMotion(true);
-        m_window.resize(900, 600);
-        m_before.setGeometry(0, 0, 100, 20);
-        m_list.setGeometry(0, 20, 900, 560);
-        m_after.setGeometry(0, 580, 100, 20);
-        m_window.show();
-        QApplication::setActiveWindow(&m_window);
-    }
-    void TearDown() override { DesktopSettings::instance().setReducedMotion(false); }
-
-    void open(int groups, int copies = 2)
-    {
-        showGroups(groups, copies);
-        m_list.setGroups(m_state.duplicateGroups.value());
-    }
-
-    void click(const DuplicatePlace& place)
-    {
-        QTest::mouseClick(m_list.viewport(), Qt::LeftButton, {},
-                          place.part == 0 && place.row.kind == Kind::group
-                              ? m_list.placeRect(place).topLeft() + QPoint(300, 10)
-                              : m_list.placeRect(place).center());
-    }
-    void key(Qt::Key key, Qt::KeyboardModifiers modifiers = {})
-    {
-        QTest::keyClick(&m_list, key, modifiers);
-    }
-    void enter()
-    {
-        m_before.setFocus();
-        QTest::keyClick(&m_before, Qt::Key_Tab);
-        ASSERT_TRUE(m_list.hasFocus());
-    }
-
-    static DuplicateRow groupRow(std::size_t group) { return {Kind::group, group, 0}; }
-    static DuplicateRow member(std::size_t group, std::size_t member)
-    {
-        return {Kind::member, group, member};
-    }
-    DuplicatePlace current() { return m_list.current().value_or(DuplicatePlace{{}, -1}); }
-    QString toolTip(const DuplicatePlace& place)
-    {
-        return m_list.toolTipAt(m_list.placeRect(place).center());
-    }
-
-    QWidget m_window;
-    QPushButton m_before{&m_window};
-    DuplicatesList m_list{m_state, &m_window};
-    QPushButton m_after{&m_window};
-};
+class DuplicatesListTests : public DuplicatesListFixture
+{};
 
 TEST_F(DuplicatesListTests, AClickAnywhereOnAGroupOpensAndClosesIt)
 {
@@ -131,6 +73,22 @@ TEST_F(DuplicatesListTests, OpeningTakesItsTimeWithEase)
     EXPECT_TRUE(m_list.rows().isExpanded(0));
 }
 
+TEST_F(DuplicatesListTests, WhatIsClosingTakesNoPress)
+{
+    open(2, 3);
+    m_list.activate({groupRow(0), 0});
+    const QPoint place = m_list.placeRect({member(0, 0), keepPart}).center();
+    ASSERT_EQ(m_list.placeAt(place), (DuplicatePlace{member(0, 0), keepPart}));
+    DesktopSettings::instance().setReducedMotion(false);
+    click({groupRow(0), 0});
+    ASSERT_GT(m_list.rows().bodyBottom(0), place.y()) << "it is still to be seen";
+    EXPECT_EQ(m_list.placeAt(place), std::nullopt);
+    EXPECT_EQ(m_list.toolTipAt(place), QString());
+    QTest::mouseClick(m_list.viewport(), Qt::LeftButton, {}, place);
+    EXPECT_EQ(current(), (DuplicatePlace{groupRow(0), 0}));
+    EXPECT_TRUE(m_state.stagedNodes.value().empty());
+}
+
 TEST_F(DuplicatesListTests, TellsWhatEachPlaceDoes)
 {
     open(2, 3);
@@ -181,6 +139,60 @@ TEST_F(DuplicatesListTests, MoreCopiesComeByAClick)
     EXPECT_EQ(m_list.accessibleNameOf({button, 0}), QStringLiteral("Show remaining 50"));
     m_list.activate({button, 0});
     EXPECT_EQ(m_list.rows().remainingMembers(0), 0U);
+}
+
+TEST_F(DuplicatesListTests, KeysThatBringMoreLeadToTheTopOfWhatCame)
+{
+    open(1000);
+    enter();
+    key(Qt::Key_End);
+    key(Qt::Key_Return);
+    ASSERT_EQ(current().row, groupRow(500));
+    EXPECT_EQ(m_list.placeRect(current()).top(), 60) << "below the row that was the last";
+    open(2, 300);
+    enter();
+    m_list.activate({groupRow(0), 0});
+    for (int i = 0; i < 51; ++i) {
+        key(Qt::Key_Down);
+    }
+    ASSERT_EQ(current().row.kind, Kind::moreMembers);
+    key(Qt::Key_Space);
+    ASSERT_EQ(current().row, member(0, 50));
+    EXPECT_EQ(m_list.placeRect(current()).top(), 48);
+}
+
+TEST_F(DuplicatesListTests, TheFirstKeyShowsWhereItStandsAndGoesNowhere)
+{
+    open(3);
+    m_list.setFocus(Qt::OtherFocusReason);
+    ASSERT_FALSE(m_list.current());
+    key(Qt::Key_Down);
+    EXPECT_EQ(current().row, groupRow(0));
+    key(Qt::Key_Down);
+    EXPECT_EQ(current().row, groupRow(1));
+}
+
+TEST_F(DuplicatesListTests, TheFocusLineKeepsClearOfTheCorners)
+{
+    open(3);
+    enter();
+    for (const std::size_t group : {0U, 2U}) {
+        m_list.setCurrent({groupRow(group), 0});
+        const QImage seen = m_list.viewport()->grab().toImage();
+        const QRect row = m_list.placeRect(current());
+        const QRgb accent = themeColor(ThemeColor::accent).rgb();
+        const int x = row.center().x();
+        const int y = row.center().y();
+        for (const int inset : {2, 3}) {
+            EXPECT_EQ(seen.pixel(row.left() + inset, y), accent);
+            EXPECT_EQ(seen.pixel(row.right() - inset, y), accent);
+            EXPECT_EQ(seen.pixel(x, row.top() + inset), accent);
+            EXPECT_EQ(seen.pixel(x, row.bottom() - inset), accent);
+        }
+        EXPECT_NE(seen.pixel(row.left() + 1, y), accent);
+        EXPECT_NE(seen.pixel(x, row.top() + 1), accent);
+        EXPECT_NE(seen.pixel(row.left() + 2, row.top() + 2), accent) << "a corner is round";
+    }
 }
 
 TEST_F(DuplicatesListTests, ArrowsMoveOpenAndClose)
@@ -297,45 +309,6 @@ TEST_F(DuplicatesListTests, OtherGroupsStartAtTheTop)
     open(300);
     EXPECT_EQ(m_list.verticalScrollBar()->value(), 0);
     EXPECT_FALSE(m_list.current());
-}
-
-TEST_F(DuplicatesListTests, AssistiveTechnologyFindsRowsAndButtons)
-{
-    open(2, 2);
-    QAccessibleInterface* const list = QAccessible::queryAccessibleInterface(&m_list);
-    ASSERT_NE(list, nullptr);
-    EXPECT_EQ(list->role(), QAccessible::List);
-    EXPECT_EQ(list->text(QAccessible::Name), QStringLiteral("Duplicate files"));
-    ASSERT_EQ(list->childCount(), 2);
-    QAccessibleInterface* const first = list->child(0);
-    EXPECT_EQ(first->text(QAccessible::Name),
-              QStringLiteral("2.0 KB, × 2, 2.0 KB reclaimable, scan"));
-    EXPECT_EQ(first->parent(), list);
-    EXPECT_EQ(list->indexOfChild(first), 0);
-    EXPECT_TRUE(first->state().collapsed);
-    ASSERT_EQ(first->childCount(), 1);
-    QAccessibleInterface* const keep = first->child(0);
-    EXPECT_EQ(keep->role(), QAccessible::Button);
-    EXPECT_EQ(keep->text(QAccessible::Name), QStringLiteral("Keep latest"));
-    EXPECT_TRUE(keep->text(QAccessible::Description).startsWith(QStringLiteral("Keeps the most")));
-    EXPECT_EQ(keep->parent(), first);
-    EXPECT_EQ(first->indexOfChild(keep), 0);
-    keep->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
-    EXPECT_TRUE(m_state.isKeeper(file(0, 1)));
-    EXPECT_EQ(keep->text(QAccessible::Name), QStringLiteral("Kept"));
-
-    first->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
-    EXPECT_FALSE(first->isValid()) << "rows have come";
-    ASSERT_EQ(list->childCount(), 4);
-    EXPECT_TRUE(list->child(0)->state().expanded);
-    EXPECT_EQ(list->child(1)->childCount(), 2);
-    EXPECT_EQ(list->child(1)->child(0)->text(QAccessible::Name), QStringLiteral("Reveal"));
-    EXPECT_EQ(list->child(1)->child(1)->text(QAccessible::Name), QStringLiteral("Unstage"));
-    EXPECT_EQ(list->child(4), nullptr);
-    const QPoint place = list->child(3)->rect().center();
-    EXPECT_EQ(list->childAt(place.x(), place.y()), list->child(3));
-    enter();
-    EXPECT_EQ(list->focusChild(), list->child(0));
 }
 
 } // namespace

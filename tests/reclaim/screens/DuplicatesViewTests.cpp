@@ -5,12 +5,11 @@
 #include "DuplicatesFixture.h"
 #include "DuplicatesList.h"
 #include "EmptyState.h"
-#include "Gate.h"
 #include "Label.h"
 #include "Progress.h"
 #include "TreeText.h"
-#include "WaitFor.h"
 
+#include <QPushButton>
 #include <QTest>
 
 namespace quorvane {
@@ -51,6 +50,7 @@ protected:
     }
 
     QWidget m_window;
+    QPushButton m_elsewhere{&m_window};
     DuplicatesView m_view{m_state, &m_window};
 };
 
@@ -145,26 +145,36 @@ TEST_F(DuplicatesViewTests, ResultsComeWithTheirSums)
     EXPECT_EQ(part<Button>("findDuplicatesButton").role(), ButtonRole::prominent);
 }
 
-TEST_F(DuplicatesViewTests, TheButtonsStartAndStopASearchAndPassTheFocusOn)
+TEST_F(DuplicatesViewTests, TheFocusStaysOnTheScreenWhenTheListGoesAndReturnsWithIt)
 {
-    showScan();
-    auto& find = part<Button>("findDuplicatesButton");
-    auto& cancel = part<Button>("cancelDuplicatesButton");
-    find.setFocus();
-    find.click();
-    EXPECT_TRUE(m_state.duplicateSearchIsRunning.value());
-    // Nothing has come from the job's thread before the screen is up to date.
-    m_state.stopDuplicateSearch();
-    m_state.duplicateSearchIsRunning = true;
+    showGroups(3);
     QCoreApplication::processEvents();
-    EXPECT_TRUE(cancel.isVisible());
-    EXPECT_TRUE(cancel.hasFocus());
-    cancel.click();
-    EXPECT_FALSE(m_state.duplicateSearchIsRunning.value());
+    auto& list = part<DuplicatesList>("duplicatesList");
+    QTest::mouseClick(list.viewport(), Qt::LeftButton, {}, QPoint(300, 10));
+    ASSERT_TRUE(list.hasFocus());
+    const auto groups = m_state.duplicateGroups.value();
+    const auto none = std::make_shared<const DuplicateFinder::Groups>();
+    m_state.duplicateGroups = none;
     QCoreApplication::processEvents();
-    EXPECT_TRUE(find.hasFocus());
-    EXPECT_TRUE(isShown("duplicatesStart"));
-    EXPECT_EQ(m_state.flashMessage.value(), std::nullopt);
+    EXPECT_TRUE(m_view.hasFocus());
+    m_state.duplicateGroups = groups;
+    QCoreApplication::processEvents();
+    EXPECT_TRUE(list.hasFocus());
+    EXPECT_TRUE(list.rows().isExpanded(0)) << "what was open is open again";
+
+    // Who has gone on meanwhile is not called back, nor later.
+    m_state.duplicateGroups = none;
+    QCoreApplication::processEvents();
+    m_elsewhere.setFocus();
+    m_state.duplicateGroups = groups;
+    QCoreApplication::processEvents();
+    EXPECT_TRUE(m_elsewhere.hasFocus());
+    m_view.setFocus();
+    m_state.duplicateGroups = none;
+    QCoreApplication::processEvents();
+    m_state.duplicateGroups = groups;
+    QCoreApplication::processEvents();
+    EXPECT_TRUE(m_view.hasFocus()) << "the list had nothing to lose";
 }
 
 TEST_F(DuplicatesViewTests, AShortListIsNoHigherThanItsRows)
