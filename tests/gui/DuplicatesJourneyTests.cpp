@@ -5,8 +5,10 @@
 
 #include <QLabel>
 
+#include <filesystem>
 #include <set>
 #include <string>
+#include <system_error>
 
 namespace quorvane {
 namespace {
@@ -26,6 +28,11 @@ protected:
         m_disk.modified("home/Downloads/trip.mov", 2000);
         m_disk.modified("home/Desktop/trip copy.mov", 1000);
         m_disk.modified("home/Movies/trip.mov", 1000);
+        m_platform.trash.answer = [](const FilePath& path) {
+            std::error_code error;
+            return std::filesystem::remove(path.bytes(), error) ? Trash::Outcome::moved
+                                                                : Trash::Outcome::failed;
+        };
         start();
     }
 
@@ -79,6 +86,27 @@ TEST_F(DuplicatesJourney, LeadsFromAScanToTheCopiesOnTheCleanupScreen)
     QTest::mouseClick(queue->viewport(), Qt::LeftButton, {}, queue->buttonRect(0).center());
     EXPECT_EQ(list().accessibleNameOf({{Kind::member, 0, kept}, keepPart}),
               QStringLiteral("Keep this"));
+
+    // The other one goes to the Trash.
+    click("moveToTrashButton");
+    ASSERT_TRUE(waitUntilShown("confirmTrashDialog"));
+    for (auto* const button : find("confirmTrashDialog")->findChildren<QAbstractButton*>()) {
+        if (button->text() == QLatin1String("Move to Trash")) {
+            QTest::mouseClick(button, Qt::LeftButton);
+        }
+    }
+    ASSERT_TRUE(waitFor(
+        [this] { return !state().isTrashingStaged.value() && !state().isScanning.value(); }));
+    EXPECT_EQ(m_platform.trash.asked().size(), 1U);
+    EXPECT_TRUE(state().duplicateGroups.value()->empty());
+    EXPECT_FALSE(state().duplicateSearchIsRunning.value()) << "the root was searched before";
+    click("toolRow.duplicates");
+    ASSERT_TRUE(waitUntilShown("duplicatesStart"));
+    EXPECT_FALSE(isShown("duplicatesList"));
+    click("findDuplicatesButton");
+    ASSERT_TRUE(waitUntilShown("duplicatesList"));
+    EXPECT_EQ(find<QLabel>("duplicateSummary")->text(),
+              QStringLiteral("1 extra copies across 1 groups"));
 }
 
 TEST_F(DuplicatesJourney, ARescanLeavesTheSearchToTheUser)
