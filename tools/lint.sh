@@ -80,10 +80,10 @@ lint_rules() {
     return "$result"
 }
 
-# The logic: a subsystem's own folder, without its screens.
+# The logic: a subsystem's own folder, without its screens and the views of a preview.
 logic_files() {
     source_files src/{base,scan,visualizers,reclaim,search,tagging,snapshots,monitor,screenshots} |
-        grep -E '\.(cpp|h)$' | grep -v /screens/ || true
+        grep -E '\.(cpp|h)$' | grep -vE '/(screens|preview)/' || true
 }
 
 # changed_files REV: sources that differ from the revision, a changed header standing for the source
