@@ -6,6 +6,7 @@
 #include "ScanSupport.h"
 #include "TreeText.h"
 #include "UnprivilegedRun.h"
+#include "WallClock.h"
 
 #include <gtest/gtest.h>
 
@@ -13,7 +14,6 @@
 #include <sys/time.h>
 
 #include <algorithm>
-#include <ctime>
 #include <set>
 #include <string>
 #include <thread>
@@ -27,6 +27,7 @@ using test::failureOf;
 using test::nodeAt;
 using test::referenceWalk;
 using test::scanned;
+using test::secondsNow;
 using test::textOfTree;
 
 std::string lastName(const DiskTree& disk)
@@ -383,17 +384,17 @@ TEST(DiskScanner, ListingLeavesOutWhatVanishes)
 TEST(DiskScanner, CreationDateIsWhenTheFileWasMade)
 {
     DiskTree disk;
-    const std::int64_t before = std::time(nullptr);
+    const std::int64_t before = secondsNow();
     disk.file("f", 1);
     disk.modified("f", 1000);
-    const std::int64_t after = std::time(nullptr);
+    const std::int64_t after = secondsNow();
     const DiskScanner scanner(1);
     EXPECT_EQ(scanner.fileCreationDate(disk.path("absent")), std::nullopt);
     const std::optional<std::int64_t> created = scanner.fileCreationDate(disk.path("f"));
     if (!created) {
         GTEST_SKIP() << "this file system keeps no creation dates";
     }
-    // The kernel's own clock may lag by a tick.
+    // The clock by which a file system dates may lag by a tick.
     EXPECT_GE(*created, before - 1);
     EXPECT_LE(*created, after);
 }
