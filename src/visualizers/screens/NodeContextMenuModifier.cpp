@@ -1,0 +1,69 @@
+// SPDX-License-Identifier: MIT
+#include "NodeContextMenuModifier.h"
+
+#include "AppState.h"
+#include "Menu.h"
+
+#include <QAction>
+#include <QPoint>
+
+#include <memory>
+
+namespace quorvane {
+
+namespace {
+
+/// Whether both belong to one tree. The model holds none when the first is null.
+bool isSameTree(const NodePointer& first, const NodePointer& second)
+{
+    return first && second && !first.owner_before(second) && !second.owner_before(first);
+}
+
+/// Acts on the node as long as its tree is the one on show: a menu stays open while a scan replaces
+/// it, and neither keeps the old tree alive nor reaches into it.
+template<class Act>
+void connectEntry(const QAction& entry, Menu& menu, AppState& state, const NodePointer& node,
+                  Act act)
+{
+    QObject::connect(&entry, &QAction::triggered, &menu,
+                     [&state, weak = std::weak_ptr<FileNode>(node), act] {
+                         const NodePointer current = weak.lock();
+                         if (isSameTree(current, state.rootNode.value())) {
+                             act(current);
+                         }
+                     });
+}
+
+} // namespace
+
+void NodeContextMenuModifier::popUp(QWidget& owner, const QPoint& globalPosition) const
+{
+    if (!node) {
+        return;
+    }
+    auto* const menu = new Menu(&owner);
+    menu->setObjectName(QStringLiteral("nodeContextMenu"));
+    menu->setAttribute(Qt::WA_DeleteOnClose);
+    const NodePointer root = state.rootNode.value();
+    const bool isStaged = node->isStagedForTrash();
+    QAction* const stage = menu->addItem(
+        isStaged ? QStringLiteral("arrow.uturn.backward") : QStringLiteral("trash"),
+        isStaged ? QStringLiteral("Unstage from Cleanup") : QStringLiteral("Stage for Cleanup"));
+    stage->setObjectName(QStringLiteral("stageAction"));
+    stage->setEnabled(!root || node->id() != root->id());
+    connectEntry(*stage, *menu, state, node,
+                 [&model = state](const NodePointer& shown) { model.toggleStaged(shown); });
+    QAction* const reveal =
+        menu->addItem(QStringLiteral("folder"), QStringLiteral("Reveal in Finder"));
+    reveal->setObjectName(QStringLiteral("revealAction"));
+    connectEntry(*reveal, *menu, state, node,
+                 [&model = state](const NodePointer& shown) { model.revealInFinder(*shown); });
+    QAction* const open =
+        menu->addItem(QStringLiteral("arrowshape.turn.up.right"), QStringLiteral("Open"));
+    open->setObjectName(QStringLiteral("openAction"));
+    connectEntry(*open, *menu, state, node,
+                 [&model = state](const NodePointer& shown) { model.openInApp(*shown); });
+    menu->popup(globalPosition);
+}
+
+} // namespace quorvane
