@@ -2,7 +2,7 @@
 #include "OutlineTable.h"
 
 #include "AppState.h"
-#include "NodeContextMenu.h"
+#include "NodeContextMenuModifier.h"
 #include "OutlineModel.h"
 #include "Painting.h"
 
@@ -72,7 +72,7 @@ void OutlineTable::contextMenuEvent(QContextMenuEvent* event)
     const QModelIndex index = isByKey ? currentIndex() : indexAt(event->pos());
     const QPoint place =
         isByKey ? viewport()->mapToGlobal(visualRect(index).center()) : event->globalPos();
-    popUpNodeContextMenu(m_state, m_outline.sharedNode(index), *this, place);
+    NodeContextMenuModifier{m_state, m_outline.sharedNode(index)}.popUp(*this, place);
 }
 
 void OutlineTable::paintEvent(QPaintEvent* event)
