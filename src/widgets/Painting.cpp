@@ -8,6 +8,7 @@
 #include <QPainter>
 #include <QPainterPath>
 
+#include <array>
 #include <cmath>
 #include <cstddef>
 #include <vector>
@@ -64,13 +65,16 @@ QImage shadowImage(const QSizeF& size, qreal blur, const QColor& color, qreal ra
     const std::vector<double> down = shadowProfile(size.height(), blur, ratio);
     QImage image(static_cast<int>(across.size()), static_cast<int>(down.size()),
                  QImage::Format_ARGB32_Premultiplied);
+    std::array<QRgb, 256> tints{};
+    for (std::size_t alpha = 0; alpha < tints.size(); ++alpha) {
+        tints[alpha] =
+            qPremultiply(qRgba(color.red(), color.green(), color.blue(), static_cast<int>(alpha)));
+    }
     for (int y = 0; y < image.height(); ++y) {
         auto* line = reinterpret_cast<QRgb*>(image.scanLine(y));
-        const double row = down[static_cast<std::size_t>(y)] * color.alphaF();
-        for (int x = 0; x < image.width(); ++x) {
-            const double alpha = row * across[static_cast<std::size_t>(x)];
-            line[x] = qPremultiply(qRgba(color.red(), color.green(), color.blue(),
-                                         static_cast<int>(std::lround(alpha * 255))));
+        const double row = down[static_cast<std::size_t>(y)] * color.alphaF() * 255;
+        for (std::size_t x = 0; x < across.size(); ++x) {
+            line[x] = tints[static_cast<std::size_t>(row * across[x] + 0.5)];
         }
     }
     image.setDevicePixelRatio(ratio);

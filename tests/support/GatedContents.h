@@ -7,6 +7,7 @@
 #include <atomic>
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <span>
 
 namespace quorvane {
@@ -16,12 +17,18 @@ namespace quorvane {
 class GatedContents final : public FileContentCalls
 {
 public:
+    /// Runs on each thread that opens a file, before the gate. Set while no file is read.
+    std::function<void()> beforeOpen;
+
     explicit GatedContents(Gate& gate)
         : m_gate(gate)
     {}
 
     int open(int parent, const char* name) override
     {
+        if (beforeOpen) {
+            beforeOpen();
+        }
         int most = m_mostInside;
         const int inside = ++m_inside;
         while (inside > most && !m_mostInside.compare_exchange_weak(most, inside)) {
