@@ -131,8 +131,8 @@ TEST_F(SunburstSceneTests, SlicesBelowAPixelShowTheMeanOfTheirColors)
     const CanvasRendering rendering = render(one);
     const Color film = NodeColors::legendColor(FileTypeCategory::video);
     const Color paper = NodeColors::legendColor(FileTypeCategory::doc);
-    // Half of the darkening, and about a quarter goes to the dark lines, each of which is drawn from
-    // both of its sides.
+    // Half of the darkening, and about a quarter goes to the dark lines, each of which is drawn
+    // from both of its sides.
     constexpr double left = 0.85 * 0.75;
     for (const QPoint& place : {QPoint(550, 402), QPoint(250, 398), QPoint(402, 550)}) {
         const QColor seen = rendering.bright.pixelColor(place);
