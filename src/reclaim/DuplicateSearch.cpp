@@ -44,6 +44,26 @@ std::size_t workerCount(int wanted)
     return std::max(count, 1U);
 }
 
+/// A file that waits for another one with its head, as a table of heads keeps it: in one number.
+class Waiting
+{
+public:
+    explicit Waiting(std::uint32_t number)
+        : m_number(number)
+    {}
+    Waiting(std::uint32_t place, bool hasLeftHead)
+        : m_number(place << 1 | (hasLeftHead ? 1U : 0U))
+    {}
+
+    std::uint32_t number() const { return m_number; }
+    std::uint32_t place() const { return m_number >> 1; }
+    /// Its head is in the page cache only because it was looked at.
+    bool hasLeftHead() const { return (m_number & 1) != 0; }
+
+private:
+    std::uint32_t m_number;
+};
+
 } // namespace
 
 DuplicateSearch::DuplicateSearch(const NodePointer& root, std::int64_t minimumBytes,
@@ -281,27 +301,41 @@ void DuplicateSearch::sampleWindow(Window& window)
                 });
     });
     if (heads) {
-        for (const std::uint32_t place : heads->waiting()) {
-            window.files[place].drop();
-        }
+        dropWaiting(window, *heads);
     }
 }
 
+void DuplicateSearch::dropWaiting(Window& window, const HeadTable& heads)
+{
+    const std::vector<std::uint32_t> waiting = heads.waiting();
+    inParallel(waiting.size(), [&](FileDigester& digester, std::size_t i) {
+        const Waiting file(waiting[i]);
+        Candidate& candidate = window.files[file.place()];
+        if (file.hasLeftHead() && !m_isCancelled()) {
+            digester.takeOutHead(*candidate.file());
+        }
+        candidate.drop();
+    });
+}
+
 bool DuplicateSearch::sampleOne(FileDigester& digester, Window& window, HeadTable* heads,
-                                std::uint32_t place)
+                                std::uint32_t place, bool hasLeftHead)
 {
     HeadTable::Meeting meeting;
     FileDigester::HeadFilter isWanted;
     if (heads != nullptr) {
-        isWanted = [&](std::uint64_t head) {
-            meeting = heads->meet(head, place);
+        isWanted = [&](std::uint64_t head, bool isLeft) {
+            meeting = heads->meet(head, Waiting(place, isLeft).number());
             return !meeting.isFirst;
         };
     }
-    std::optional<Sample> sample = digester.partialDigest(*window.files[place].file(), isWanted);
-    if (meeting.waiting != HeadTable::nobody &&
-        !sampleOne(digester, window, nullptr, meeting.waiting)) {
-        window.files[meeting.waiting].drop();
+    std::optional<Sample> sample =
+        digester.partialDigest(*window.files[place].file(), isWanted, hasLeftHead);
+    if (meeting.waiting != HeadTable::nobody) {
+        const Waiting other(meeting.waiting);
+        if (!sampleOne(digester, window, nullptr, other.place(), other.hasLeftHead())) {
+            window.files[other.place()].drop();
+        }
     }
     if (!sample) {
         return false;

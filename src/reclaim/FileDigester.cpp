@@ -2,6 +2,7 @@
 #include "FileDigester.h"
 
 #include "AliasFilter.h"
+#include "CacheFootprint.h"
 #include "OpenFile.h"
 
 #include <algorithm>
@@ -35,19 +36,32 @@ FileDigester::FileDigester(FileSystemCalls& fileSystem, FileContentCalls& conten
     , m_buffer(std::make_unique_for_overwrite<std::byte[]>(pieceBytes))
 {}
 
-std::optional<Sample> FileDigester::partialDigest(const FileNode& node, const HeadFilter& isWanted)
+std::optional<Sample> FileDigester::partialDigest(const FileNode& node, const HeadFilter& isWanted,
+                                                  bool hasLeftHead)
 {
     const OpenFile file(m_fileSystem, m_contents, node.path());
     if (!file.isReadable()) {
         return std::nullopt;
     }
     const std::int64_t size = node.scannedBytes();
+    CacheFootprint footprint(m_contents, file);
+    if (size <= wholeSampleBytes) {
+        footprint.look(0, size);
+    } else {
+        footprint.look(0, endSampleBytes);
+        m_contents.willReadParts(file.descriptor());
+    }
+    if (hasLeftHead) {
+        footprint.takeOverHead();
+    }
     // One byte more shows whether the head is all there is: such a file is read here and now, as
     // waiting would have it read twice.
     const std::int64_t asked = size <= headBytes ? headBytes + 1 : headBytes;
     std::int64_t sampled = fill(file, asked);
     if (isWanted && sampled == asked &&
-        !isWanted(headHash(size, {m_buffer.get(), static_cast<std::size_t>(headBytes)}))) {
+        !isWanted(headHash(size, {m_buffer.get(), static_cast<std::size_t>(headBytes)}),
+                  footprint.ownsHead())) {
+        footprint.leave();
         return Sample{{}, true, false};
     }
     m_hash.start();
@@ -62,6 +76,8 @@ std::optional<Sample> FileDigester::partialDigest(const FileNode& node, const He
         coversWholeFile = m_hasReachedEnd;
     } else {
         const std::int64_t tail = size - endSampleBytes;
+        footprint.look(tail, size);
+        m_contents.willRead(file.descriptor(), headBytes, endSampleBytes - headBytes);
         m_contents.willRead(file.descriptor(), tail, endSampleBytes);
         sampled += feed(file, endSampleBytes - sampled);
         if (sampled == endSampleBytes) {
@@ -88,7 +104,7 @@ std::optional<Digest> FileDigester::fullDigest(const FileNode& node)
 {
     const OpenFile file(m_fileSystem, m_contents, node.path());
     m_identity = identityHint(file.status());
-    return file.isReadable() ? readWhole(file) : std::nullopt;
+    return file.isReadable() ? readWhole(file, node) : std::nullopt;
 }
 
 std::optional<Digest> FileDigester::fullDigest(const FileNode& node, const Digest& sample)
@@ -98,7 +114,7 @@ std::optional<Digest> FileDigester::fullDigest(const FileNode& node, const Diges
         return std::nullopt;
     }
     m_identity = identityHint(file.status());
-    return file.status().changedSeconds < m_unchangedBefore ? sample : readWhole(file);
+    return file.status().changedSeconds < m_unchangedBefore ? sample : readWhole(file, node);
 }
 
 std::optional<Digest> FileDigester::fullDigest(const FileNode& node, const Sha256::State& head)
@@ -110,22 +126,35 @@ std::optional<Digest> FileDigester::fullDigest(const FileNode& node, const Sha25
     m_identity = identityHint(file.status());
     if (file.status().changedSeconds >= m_unchangedBefore ||
         !m_contents.seek(file.descriptor(), endSampleBytes)) {
-        return readWhole(file);
+        return readWhole(file, node);
     }
     m_hash.resume(head);
-    return readOn(file);
+    return readOn(file, node, endSampleBytes);
 }
 
-std::optional<Digest> FileDigester::readWhole(const OpenFile& file)
+void FileDigester::takeOutHead(const FileNode& node)
+{
+    const OpenFile file(m_fileSystem, m_contents, node.path());
+    if (file.isReadable()) {
+        m_contents.isDoneWith(file.descriptor(), 0, CacheFootprint::pieceBytes);
+    }
+}
+
+std::optional<Digest> FileDigester::readWhole(const OpenFile& file, const FileNode& node)
 {
     m_hash.start();
-    return readOn(file);
+    return readOn(file, node, 0);
 }
 
-std::optional<Digest> FileDigester::readOn(const OpenFile& file)
+std::optional<Digest> FileDigester::readOn(const OpenFile& file, const FileNode& node,
+                                           std::int64_t position)
 {
+    CacheFootprint footprint(m_contents, file);
     m_contents.willReadOnce(file.descriptor());
-    while (feed(file, blockBytes) == blockBytes) {
+    std::int64_t fed = blockBytes;
+    for (; fed == blockBytes; position += fed) {
+        footprint.lookAhead(position, node.scannedBytes());
+        fed = feed(file, blockBytes);
     }
     return m_hash.finish();
 }

@@ -55,13 +55,19 @@ public:
     FileDigester(FileSystemCalls& fileSystem, FileContentCalls& contents,
                  std::int64_t unchangedBefore);
 
-    /// Takes a hash of a file's size and head and tells whether the file is to be sampled.
-    using HeadFilter = std::function<bool(std::uint64_t head)>;
+    /// Takes a hash of a file's size and head and tells whether the file is to be sampled. If it is
+    /// not, the head is left in the page cache for when its turn comes; isLeft: by this reading,
+    /// and has to be taken out in the end.
+    using HeadFilter = std::function<bool(std::uint64_t head, bool isLeft)>;
 
     /// Digest of the file's two ends, found by its size in the scan; of the whole of a small file.
     /// Absent when it cannot be opened or is no regular file any more, when the seek to its tail
-    /// fails, and when fewer than leastSampleBytes could be read.
-    std::optional<Sample> partialDigest(const FileNode& file, const HeadFilter& isWanted = {});
+    /// fails, and when fewer than leastSampleBytes could be read. hasLeftHead: an earlier reading
+    /// left the file's head in the page cache.
+    std::optional<Sample> partialDigest(const FileNode& file, const HeadFilter& isWanted = {},
+                                        bool hasLeftHead = false);
+    /// Takes a head out of the page cache that partialDigest() has left there.
+    void takeOutHead(const FileNode& file);
     /// Digest of all that can be read from the start on. Absent when the file cannot be opened or
     /// is no regular file any more.
     std::optional<Digest> fullDigest(const FileNode& file);
@@ -80,8 +86,8 @@ public:
     std::uint32_t identity() const { return m_identity; }
 
 private:
-    std::optional<Digest> readWhole(const OpenFile& file);
-    std::optional<Digest> readOn(const OpenFile& file);
+    std::optional<Digest> readWhole(const OpenFile& file, const FileNode& node);
+    std::optional<Digest> readOn(const OpenFile& file, const FileNode& node, std::int64_t position);
     /// Reads at most so many bytes into the front of the buffer, fewer only at the end or a fault.
     std::int64_t fill(const OpenFile& file, std::int64_t most);
     /// Feeds at most so many bytes from the current position to the hash. The number fed; a fault

@@ -213,7 +213,7 @@ TEST_F(FileDigesterTest, HeadIsKeptOnlyWhereBothEndsAreWhole)
 TEST_F(FileDigesterTest, HeadFilterSeesSizeAndHeadAlone)
 {
     std::vector<std::uint64_t> heads;
-    const auto turnAway = [&](std::uint64_t head) {
+    const auto turnAway = [&](std::uint64_t head, bool) {
         heads.push_back(head);
         return false;
     };
@@ -230,7 +230,7 @@ TEST_F(FileDigesterTest, HeadFilterSeesSizeAndHeadAlone)
 
 TEST_F(FileDigesterTest, FileThatIsNoMoreThanAHeadNeverWaits)
 {
-    const auto fail = [](std::uint64_t) {
+    const auto fail = [](std::uint64_t, bool) {
         ADD_FAILURE();
         return false;
     };
@@ -255,7 +255,7 @@ TEST_F(FileDigesterTest, FileThatIsNoMoreThanAHeadNeverWaits)
 TEST_F(FileDigesterTest, FileThatGrewBeyondAHeadWaits)
 {
     int asked = 0;
-    const auto turnAway = [&](std::uint64_t) {
+    const auto turnAway = [&](std::uint64_t, bool) {
         ++asked;
         return false;
     };
