@@ -32,9 +32,13 @@ void CacheFootprint::look(std::int64_t begin, std::int64_t end)
         return;
     }
     begin = pieceStart(begin);
-    const std::int64_t pieces = (end - begin + pieceBytes - 1) / pieceBytes;
-    const std::uint64_t cached = m_contents.cachedPieces(m_file, begin, end - begin, pieceBytes);
-    m_stretches[m_count++] = {begin, ~cached & lowest(pieces)};
+    const std::uint64_t all = lowest((end - begin + pieceBytes - 1) / pieceBytes);
+    std::uint64_t owned = ~m_contents.cachedPieces(m_file, begin, end - begin, pieceBytes);
+    if (m_ownFrom < end) {
+        // Beginning with the piece of that position.
+        owned |= ~lowest(std::max<std::int64_t>(pieceStart(m_ownFrom) - begin, 0) / pieceBytes);
+    }
+    m_stretches[m_count++] = {begin, owned & all, all};
 }
 
 void CacheFootprint::lookAhead(std::int64_t position, std::int64_t end)
@@ -66,6 +70,15 @@ void CacheFootprint::takeOverHead()
     if (m_count > 0 && m_stretches[0].begin == 0) {
         m_stretches[0].owned |= 1;
     }
+}
+
+bool CacheFootprint::leaveLast()
+{
+    if (m_count == 0 || m_stretches[m_count - 1].owned != m_stretches[m_count - 1].all) {
+        return false;
+    }
+    --m_count;
+    return true;
 }
 
 void CacheFootprint::takeOut(const Stretch& stretch)

@@ -7,6 +7,7 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <limits>
 
 namespace quorvane::DuplicateFinder {
 
@@ -40,6 +41,11 @@ public:
     bool ownsHead() const;
     /// The beginning is in the cache because of an earlier reading that left it.
     void takeOverHead();
+    /// Leaves all that look() was last called for, which was not in the cache then, to the next
+    /// reading. False where that is not so of all of it: then it does not stay.
+    bool leaveLast();
+    /// What lies from there on is in the cache because of an earlier reading that left it.
+    void takeOverFrom(std::int64_t position) { m_ownFrom = position; }
     /// Whatever has been read stays for the next reading.
     void leave() { m_count = 0; }
 
@@ -51,6 +57,7 @@ private:
     {
         std::int64_t begin;  ///< a multiple of pieceBytes
         std::uint64_t owned; ///< pieces that were not in the cache, as bits
+        std::uint64_t all;   ///< pieces that were looked at
     };
 
     void takeOut(const Stretch& stretch);
@@ -60,6 +67,7 @@ private:
     const bool m_isOn;
     std::array<Stretch, 2> m_stretches = {};
     std::size_t m_count = 0;
+    std::int64_t m_ownFrom = std::numeric_limits<std::int64_t>::max();
     std::int64_t m_ahead = -1; ///< where lookAhead() goes on looking
 };
 

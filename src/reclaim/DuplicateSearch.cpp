@@ -261,20 +261,27 @@ void DuplicateSearch::splitWindow(Window& window, std::size_t& place)
             m_sampleDigests.push_back(digest != nullptr ? *digest : Digest{});
         }
     };
+    const auto forget = [this](const Candidate& file) {
+        if (file.isSampleOfUse() && file.file()->scannedBytes() > wholeSampleBytes) {
+            m_digesters.front()->takeOutTail(*file.file());
+        }
+    };
     if (window.shortDigests) {
         const ShortDigests& digests = *window.shortDigests;
         splitByKey<ShortDigests::Key>(
             {window.files, window.shortDigests->keys()}, m_candidates, place,
             [&](Candidate& last, const ShortDigests::Key& key) {
                 note(last, ShortDigests::isWhole(key) ? &digests.whole(key) : nullptr);
-            });
+            },
+            forget);
         return;
     }
     const KeyedFiles<Digest> all{window.files, window.digests};
     std::size_t begin = 0;
     for (const std::size_t end : window.ends) {
-        splitByKey<Digest>(all.part(begin, end), m_candidates, place,
-                           [&](Candidate& last, const Digest& digest) { note(last, &digest); });
+        splitByKey<Digest>(
+            all.part(begin, end), m_candidates, place,
+            [&](Candidate& last, const Digest& digest) { note(last, &digest); }, forget);
         begin = end;
     }
 }
@@ -348,7 +355,8 @@ bool DuplicateSearch::sampleOne(FileDigester& digester, Window& window, HeadTabl
     if (isKnownWhole && sample->head) {
         m_headStates.keep(sample->digest, std::move(sample->head));
     }
-    window.files[place].setSampledWhole(isKnownWhole && sample->coversWholeFile);
+    window.files[place].setSampleOfUse(sample->hasLeftTail ||
+                                       (isKnownWhole && sample->coversWholeFile));
     return true;
 }
 
@@ -369,16 +377,18 @@ bool DuplicateSearch::verifyOne(FileDigester& digester, Window& window, std::siz
     Candidate& candidate = window.files[place];
     const FileNode& file = *candidate.file();
     const Digest sample = window.bucketDigest(place);
-    const Sha256::State* const head = m_headStates.find(sample);
-    const std::optional<Digest> full = candidate.isSampledWhole()
-                                           ? digester.fullDigest(file, sample)
-                                       : head != nullptr ? digester.fullDigest(file, *head)
-                                                         : digester.fullDigest(file);
+    const bool isOfUse = candidate.isSampleOfUse();
+    std::optional<Digest> full;
+    if (file.scannedBytes() > wholeSampleBytes) {
+        full = digester.fullDigest(file, SampleTraces{m_headStates.find(sample), isOfUse});
+    } else {
+        full = isOfUse ? digester.fullDigest(file, sample) : digester.fullDigest(file);
+    }
     if (!full) {
         return false;
     }
     // The bucket that it comes into has another digest.
-    candidate.setSampledWhole(false);
+    candidate.setSampleOfUse(false);
     window.note(place, *full);
     window.identities[place] = digester.identity();
     return true;

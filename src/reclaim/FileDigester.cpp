@@ -67,6 +67,7 @@ std::optional<Sample> FileDigester::partialDigest(const FileNode& node, const He
     m_hash.start();
     m_hash.update({m_buffer.get(), static_cast<std::size_t>(sampled)});
     bool coversWholeFile = false;
+    bool hasLeftTail = false;
     std::unique_ptr<const Sha256::State> head;
     if (size <= wholeSampleBytes) {
         // One byte more shows a file that has grown: its whole is for the next pass to read.
@@ -87,6 +88,7 @@ std::optional<Sample> FileDigester::partialDigest(const FileNode& node, const He
             return std::nullopt;
         }
         sampled += feed(file, endSampleBytes);
+        hasLeftTail = footprint.leaveLast();
         if (sampled < endSampleBytes * 2) {
             // Only where both ends are whole does their digest tell what the head was.
             head.reset();
@@ -96,7 +98,8 @@ std::optional<Sample> FileDigester::partialDigest(const FileNode& node, const He
         return std::nullopt;
     }
     const std::optional<Digest> digest = m_hash.finish();
-    return digest ? std::optional(Sample{*digest, false, coversWholeFile, std::move(head)})
+    return digest ? std::optional(
+                        Sample{*digest, false, coversWholeFile, std::move(head), hasLeftTail})
                   : std::nullopt;
 }
 
@@ -117,43 +120,60 @@ std::optional<Digest> FileDigester::fullDigest(const FileNode& node, const Diges
     return file.status().changedSeconds < m_unchangedBefore ? sample : readWhole(file, node);
 }
 
-std::optional<Digest> FileDigester::fullDigest(const FileNode& node, const Sha256::State& head)
+std::optional<Digest> FileDigester::fullDigest(const FileNode& node, const SampleTraces& traces)
 {
     const OpenFile file(m_fileSystem, m_contents, node.path());
     if (!file.isReadable()) {
         return std::nullopt;
     }
     m_identity = identityHint(file.status());
-    if (file.status().changedSeconds >= m_unchangedBefore ||
+    if (traces.head == nullptr || file.status().changedSeconds >= m_unchangedBefore ||
         !m_contents.seek(file.descriptor(), endSampleBytes)) {
-        return readWhole(file, node);
+        return readWhole(file, node, traces.hasLeftTail);
     }
-    m_hash.resume(head);
-    return readOn(file, node, endSampleBytes);
+    m_hash.resume(*traces.head);
+    return readOn(file, node, endSampleBytes, traces.hasLeftTail);
 }
 
 void FileDigester::takeOutHead(const FileNode& node)
 {
+    takeOut(node, 0, CacheFootprint::pieceBytes);
+}
+
+void FileDigester::takeOutTail(const FileNode& node)
+{
+    takeOut(node, node.scannedBytes() - endSampleBytes, node.scannedBytes());
+}
+
+void FileDigester::takeOut(const FileNode& node, std::int64_t begin, std::int64_t end)
+{
     const OpenFile file(m_fileSystem, m_contents, node.path());
     if (file.isReadable()) {
-        m_contents.isDoneWith(file.descriptor(), 0, CacheFootprint::pieceBytes);
+        CacheFootprint footprint(m_contents, file);
+        footprint.takeOverFrom(begin);
+        footprint.look(begin, end);
     }
 }
 
-std::optional<Digest> FileDigester::readWhole(const OpenFile& file, const FileNode& node)
+std::optional<Digest> FileDigester::readWhole(const OpenFile& file, const FileNode& node,
+                                              bool hasLeftTail)
 {
     m_hash.start();
-    return readOn(file, node, 0);
+    return readOn(file, node, 0, hasLeftTail);
 }
 
 std::optional<Digest> FileDigester::readOn(const OpenFile& file, const FileNode& node,
-                                           std::int64_t position)
+                                           std::int64_t position, bool hasLeftTail)
 {
+    const std::int64_t size = node.scannedBytes();
     CacheFootprint footprint(m_contents, file);
+    if (hasLeftTail) {
+        footprint.takeOverFrom(size - endSampleBytes);
+    }
     m_contents.willReadOnce(file.descriptor());
     std::int64_t fed = blockBytes;
     for (; fed == blockBytes; position += fed) {
-        footprint.lookAhead(position, node.scannedBytes());
+        footprint.lookAhead(position, size);
         fed = feed(file, blockBytes);
     }
     return m_hash.finish();

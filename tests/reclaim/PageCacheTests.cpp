@@ -94,6 +94,36 @@ TEST_F(PageCacheTest, HeadStaysUntilItsFileIsSampledAndIsNotReadTwice)
     }
 }
 
+TEST_F(PageCacheTest, TailStaysUntilItsFileIsVerifiedAndIsNotReadTwice)
+{
+    copies({"a", "b"}, 1'000'001);
+    copies({"c", "d"}, 524'289);
+    EXPECT_EQ(found().size(), 2U);
+    EXPECT_EQ(m_contents.pagesBroughtIn(), 2 * (pagesOf(1'000'001) + pagesOf(524'289)));
+    for (const char* name : {"a", "b", "c", "d"}) {
+        EXPECT_EQ(cached(name), Pages()) << name;
+    }
+}
+
+TEST_F(PageCacheTest, TailsThatFallOutInSamplingAreTakenOut)
+{
+    copies({"a", "b", "c"}, 1'000'001);
+    // The heads are equal, the tails are not.
+    file("a").bytes.back() = 'x';
+    file("b").bytes.back() = 'y';
+    file("b").cachedPages = {230};
+    EXPECT_EQ(found(), GroupPaths());
+    EXPECT_EQ(filesOf(DuplicateFinder::Pass::verifying), 0);
+    EXPECT_EQ(cached("a"), Pages());
+    EXPECT_EQ(cached("c"), Pages());
+    // The tail begins in page 180, in the piece of 128 to 191, and ends with page 244.
+    Pages expected;
+    for (std::int64_t page = 192; page < pagesOf(1'000'001); ++page) {
+        expected.insert(page);
+    }
+    EXPECT_EQ(cached("b"), expected);
+}
+
 TEST_F(PageCacheTest, HeadsThatNobodySharesAreTakenOut)
 {
     copies({"a", "b", "c"}, 100'000);
