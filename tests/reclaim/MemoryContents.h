@@ -150,8 +150,12 @@ public:
             return FileContentCalls::cachedPieces(descriptor, position, bytes, pieceBytes);
         }
         const std::lock_guard guard(m_lock);
+        const auto found = m_files.find(m_open.at(descriptor).path);
+        if (found == m_files.end()) {
+            return 0;
+        }
         std::uint64_t pieces = 0;
-        for (const std::int64_t page : m_files[m_open.at(descriptor).path].cachedPages) {
+        for (const std::int64_t page : found->second.cachedPages) {
             const std::int64_t place = page * pageBytes - position;
             if (place >= 0 && place < bytes) {
                 pieces |= std::uint64_t{1} << (place / pieceBytes);
@@ -163,9 +167,12 @@ public:
     {
         const std::lock_guard guard(m_lock);
         ++m_takenOut;
-        std::erase_if(m_files[m_open.at(descriptor).path].cachedPages, [&](std::int64_t page) {
-            return page * pageBytes >= position && page * pageBytes < position + bytes;
-        });
+        const auto found = m_files.find(m_open.at(descriptor).path);
+        if (found != m_files.end()) {
+            std::erase_if(found->second.cachedPages, [&](std::int64_t page) {
+                return page * pageBytes >= position && page * pageBytes < position + bytes;
+            });
+        }
     }
     /// Pages that had to be read from the disk.
     std::int64_t pagesBroughtIn() const
