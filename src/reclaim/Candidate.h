@@ -19,9 +19,10 @@ public:
     /// Absent once dropped.
     FileNode* file() const { return reinterpret_cast<FileNode*>(m_bits & ~allMarks); }
 
-    /// Its sample was the whole file, and the digest of its bucket is that of this sample.
-    bool isSampledWhole() const { return (m_bits & sampledWholeMark) != 0; }
-    void setSampledWhole(bool is) { setMark(sampledWholeMark, is); }
+    /// Its sample is of use when the file is verified. Where it was the whole file: for its digest,
+    /// which is that of the bucket. Of a larger file: for the tail that was left in the page cache.
+    bool isSampleOfUse() const { return (m_bits & sampleOfUseMark) != 0; }
+    void setSampleOfUse(bool is) { setMark(sampleOfUseMark, is); }
 
     /// It is the last of its bucket.
     bool endsBucket() const { return (m_bits & endMark) != 0; }
@@ -41,10 +42,10 @@ public:
     }
 
 private:
-    static constexpr std::uintptr_t sampledWholeMark = 1;
+    static constexpr std::uintptr_t sampleOfUseMark = 1;
     static constexpr std::uintptr_t endMark = 2;
     static constexpr std::uintptr_t settledMark = 4;
-    static constexpr std::uintptr_t allMarks = sampledWholeMark | endMark | settledMark;
+    static constexpr std::uintptr_t allMarks = sampleOfUseMark | endMark | settledMark;
     static_assert(alignof(FileNode) > allMarks);
 
     void setMark(std::uintptr_t mark, bool isSet)

@@ -77,11 +77,13 @@ void sortByKey(KeyedFiles<Key> all)
 
 /// Sorts the files of one bucket by their keys, and those of one key by place in memory. Files that
 /// are dropped or stand alone with their key go; the others move to `place` of the list and behind
-/// it as one new bucket for each key, whose last file and key `onBucket` is told. `place`, which
+/// it as one new bucket for each key, whose last file and key `onBucket` is told. `onAlone` is told
+/// of each file that goes because nothing is like it. `place`, which
 /// moves on, must not lie behind the files if it is in the same list. Uses no memory for a file.
 template<typename Key>
 void splitByKey(KeyedFiles<Key> all, std::vector<Candidate>& list, std::size_t& place,
-                const std::function<void(Candidate& last, const Key& key)>& onBucket)
+                const std::function<void(Candidate& last, const Key& key)>& onBucket,
+                const std::function<void(const Candidate& file)>& onAlone)
 {
     all = withoutDropped(all);
     sortByKey(all);
@@ -102,6 +104,8 @@ void splitByKey(KeyedFiles<Key> all, std::vector<Candidate>& list, std::size_t& 
             }
             list[place - 1].setEndsBucket(true);
             onBucket(list[place - 1], key);
+        } else {
+            onAlone(all.files[begin]);
         }
         begin = end;
     }

@@ -44,6 +44,26 @@ std::size_t workerCount(int wanted)
     return std::max(count, 1U);
 }
 
+/// A file that waits for another one with its head, as a table of heads keeps it: in one number.
+class Waiting
+{
+public:
+    explicit Waiting(std::uint32_t number)
+        : m_number(number)
+    {}
+    Waiting(std::uint32_t place, bool hasLeftHead)
+        : m_number(place << 1 | (hasLeftHead ? 1U : 0U))
+    {}
+
+    std::uint32_t number() const { return m_number; }
+    std::uint32_t place() const { return m_number >> 1; }
+    /// Its head is in the page cache only because it was looked at.
+    bool hasLeftHead() const { return (m_number & 1) != 0; }
+
+private:
+    std::uint32_t m_number;
+};
+
 } // namespace
 
 DuplicateSearch::DuplicateSearch(const NodePointer& root, std::int64_t minimumBytes,
@@ -241,20 +261,27 @@ void DuplicateSearch::splitWindow(Window& window, std::size_t& place)
             m_sampleDigests.push_back(digest != nullptr ? *digest : Digest{});
         }
     };
+    const auto forget = [this](const Candidate& file) {
+        if (file.isSampleOfUse() && file.file()->scannedBytes() > wholeSampleBytes) {
+            m_digesters.front()->takeOutTail(*file.file());
+        }
+    };
     if (window.shortDigests) {
         const ShortDigests& digests = *window.shortDigests;
         splitByKey<ShortDigests::Key>(
             {window.files, window.shortDigests->keys()}, m_candidates, place,
             [&](Candidate& last, const ShortDigests::Key& key) {
                 note(last, ShortDigests::isWhole(key) ? &digests.whole(key) : nullptr);
-            });
+            },
+            forget);
         return;
     }
     const KeyedFiles<Digest> all{window.files, window.digests};
     std::size_t begin = 0;
     for (const std::size_t end : window.ends) {
-        splitByKey<Digest>(all.part(begin, end), m_candidates, place,
-                           [&](Candidate& last, const Digest& digest) { note(last, &digest); });
+        splitByKey<Digest>(
+            all.part(begin, end), m_candidates, place,
+            [&](Candidate& last, const Digest& digest) { note(last, &digest); }, forget);
         begin = end;
     }
 }
@@ -281,27 +308,41 @@ void DuplicateSearch::sampleWindow(Window& window)
                 });
     });
     if (heads) {
-        for (const std::uint32_t place : heads->waiting()) {
-            window.files[place].drop();
-        }
+        dropWaiting(window, *heads);
     }
 }
 
+void DuplicateSearch::dropWaiting(Window& window, const HeadTable& heads)
+{
+    const std::vector<std::uint32_t> waiting = heads.waiting();
+    inParallel(waiting.size(), [&](FileDigester& digester, std::size_t i) {
+        const Waiting file(waiting[i]);
+        Candidate& candidate = window.files[file.place()];
+        if (file.hasLeftHead() && !m_isCancelled()) {
+            digester.takeOutHead(*candidate.file());
+        }
+        candidate.drop();
+    });
+}
+
 bool DuplicateSearch::sampleOne(FileDigester& digester, Window& window, HeadTable* heads,
-                                std::uint32_t place)
+                                std::uint32_t place, bool hasLeftHead)
 {
     HeadTable::Meeting meeting;
     FileDigester::HeadFilter isWanted;
     if (heads != nullptr) {
-        isWanted = [&](std::uint64_t head) {
-            meeting = heads->meet(head, place);
+        isWanted = [&](std::uint64_t head, bool isLeft) {
+            meeting = heads->meet(head, Waiting(place, isLeft).number());
             return !meeting.isFirst;
         };
     }
-    std::optional<Sample> sample = digester.partialDigest(*window.files[place].file(), isWanted);
-    if (meeting.waiting != HeadTable::nobody &&
-        !sampleOne(digester, window, nullptr, meeting.waiting)) {
-        window.files[meeting.waiting].drop();
+    std::optional<Sample> sample =
+        digester.partialDigest(*window.files[place].file(), isWanted, hasLeftHead);
+    if (meeting.waiting != HeadTable::nobody) {
+        const Waiting other(meeting.waiting);
+        if (!sampleOne(digester, window, nullptr, other.place(), other.hasLeftHead())) {
+            window.files[other.place()].drop();
+        }
     }
     if (!sample) {
         return false;
@@ -314,7 +355,8 @@ bool DuplicateSearch::sampleOne(FileDigester& digester, Window& window, HeadTabl
     if (isKnownWhole && sample->head) {
         m_headStates.keep(sample->digest, std::move(sample->head));
     }
-    window.files[place].setSampledWhole(isKnownWhole && sample->coversWholeFile);
+    window.files[place].setSampleOfUse(sample->hasLeftTail ||
+                                       (isKnownWhole && sample->coversWholeFile));
     return true;
 }
 
@@ -335,16 +377,18 @@ bool DuplicateSearch::verifyOne(FileDigester& digester, Window& window, std::siz
     Candidate& candidate = window.files[place];
     const FileNode& file = *candidate.file();
     const Digest sample = window.bucketDigest(place);
-    const Sha256::State* const head = m_headStates.find(sample);
-    const std::optional<Digest> full = candidate.isSampledWhole()
-                                           ? digester.fullDigest(file, sample)
-                                       : head != nullptr ? digester.fullDigest(file, *head)
-                                                         : digester.fullDigest(file);
+    const bool isOfUse = candidate.isSampleOfUse();
+    std::optional<Digest> full;
+    if (file.scannedBytes() > wholeSampleBytes) {
+        full = digester.fullDigest(file, SampleTraces{m_headStates.find(sample), isOfUse});
+    } else {
+        full = isOfUse ? digester.fullDigest(file, sample) : digester.fullDigest(file);
+    }
     if (!full) {
         return false;
     }
     // The bucket that it comes into has another digest.
-    candidate.setSampledWhole(false);
+    candidate.setSampleOfUse(false);
     window.note(place, *full);
     window.identities[place] = digester.identity();
     return true;

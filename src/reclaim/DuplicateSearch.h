@@ -98,7 +98,10 @@ private:
     void verifyWindow(Window& window);
     void dropAliases(Window& window) const;
     bool verifyOne(FileDigester& digester, Window& window, std::size_t place);
-    bool sampleOne(FileDigester& digester, Window& window, HeadTable* heads, std::uint32_t place);
+    /// hasLeftHead: see FileDigester::partialDigest().
+    bool sampleOne(FileDigester& digester, Window& window, HeadTable* heads, std::uint32_t place,
+                   bool hasLeftHead = false);
+    void dropWaiting(Window& window, const HeadTable& heads);
     void runStep(Window& window, FileDigester& digester, std::size_t place, const Step& step);
     /// Runs work(digester, i) for every i below count on all workers, and returns when all is done.
     void inParallel(std::size_t count, const std::function<void(FileDigester&, std::size_t)>& work);

@@ -43,26 +43,36 @@ TEST(DuplicateBuckets, SplitAgreesWithAMap)
                 list.back().drop();
             } else {
                 expected[digests.back()].push_back(&node);
-                list.back().setSampledWhole(dice.chance(0.5));
+                list.back().setSampleOfUse(dice.chance(0.5));
                 list.back().setEndsBucket(dice.chance(0.5));
                 list.back().setSettled(dice.chance(0.5));
+            }
+        }
+        std::set<FileNode*> expectedAlone;
+        std::set<FileNode*> alone;
+        for (const auto& item : expected) {
+            if (item.second.size() == 1) {
+                expectedAlone.insert(item.second.front());
             }
         }
         std::erase_if(expected, [](const auto& item) { return item.second.size() < 2; });
         std::size_t place = 0;
         std::map<Digest, std::vector<FileNode*>> split;
         std::size_t begin = 0;
-        splitByKey<Digest>({list, digests}, list, place,
-                           [&](Candidate& last, const Digest& digest) {
-                               EXPECT_EQ(&last, &list[place - 1]);
-                               for (; begin < place; ++begin) {
-                                   EXPECT_EQ(list[begin].endsBucket(), begin == place - 1);
-                                   EXPECT_FALSE(list[begin].isSettled());
-                                   split[digest].push_back(list[begin].file());
-                               }
-                           });
+        splitByKey<Digest>(
+            {list, digests}, list, place,
+            [&](Candidate& last, const Digest& digest) {
+                EXPECT_EQ(&last, &list[place - 1]);
+                for (; begin < place; ++begin) {
+                    EXPECT_EQ(list[begin].endsBucket(), begin == place - 1);
+                    EXPECT_FALSE(list[begin].isSettled());
+                    split[digest].push_back(list[begin].file());
+                }
+            },
+            [&](const Candidate& file) { alone.insert(file.file()); });
         // The children stand in one array, so that their order is that of their addresses.
         EXPECT_EQ(split, expected) << round;
+        EXPECT_EQ(alone, expectedAlone) << round;
         EXPECT_EQ(begin, place) << round;
     }
 }
@@ -72,18 +82,18 @@ TEST(DuplicateBuckets, CandidateKeepsItsFileUnderItsMarks)
     const auto tree = test::treeFromText("f 1\n");
     for (int marks = 0; marks < 8; ++marks) {
         Candidate candidate(&tree->root());
-        candidate.setSampledWhole((marks & 1) != 0);
+        candidate.setSampleOfUse((marks & 1) != 0);
         candidate.setEndsBucket((marks & 2) != 0);
         candidate.setSettled((marks & 4) != 0);
-        EXPECT_EQ(candidate.isSampledWhole(), (marks & 1) != 0);
+        EXPECT_EQ(candidate.isSampleOfUse(), (marks & 1) != 0);
         EXPECT_EQ(candidate.endsBucket(), (marks & 2) != 0);
         EXPECT_EQ(candidate.isSettled(), (marks & 4) != 0);
         EXPECT_EQ(candidate.file(), &tree->root());
         EXPECT_FALSE(candidate.isDropped());
-        candidate.setSampledWhole(false);
+        candidate.setSampleOfUse(false);
         candidate.setEndsBucket(false);
         candidate.setSettled(false);
-        EXPECT_FALSE(candidate.isSampledWhole() || candidate.endsBucket() || candidate.isSettled());
+        EXPECT_FALSE(candidate.isSampleOfUse() || candidate.endsBucket() || candidate.isSettled());
         candidate.drop();
         EXPECT_TRUE(candidate.isDropped());
     }

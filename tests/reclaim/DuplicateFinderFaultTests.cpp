@@ -340,6 +340,25 @@ TEST_F(FaultTest, CancelInVerifyingGivesNothingEvenAtItsLastFile)
     EXPECT_EQ(m_progress, (std::vector{0.06}));
 }
 
+TEST_F(FaultTest, CancelBetweenSamplingAndVerifyingOpensNothingMore)
+{
+    threeCopies(large);
+    m_isCancelled = [&] { return filesOf(Pass::sampling) > 0; };
+    m_contents.beforeOpen = [&](const std::string&, int) { EXPECT_EQ(filesOf(Pass::sampling), 0); };
+    EXPECT_EQ(found(), GroupPaths());
+    EXPECT_GT(m_contents.openedInAll(), 0);
+    EXPECT_EQ(m_progress, (std::vector{0.06}));
+}
+
+TEST_F(FaultTest, CancelBeforeTheGroupsAreBuiltGivesNothing)
+{
+    threeCopies(small);
+    m_isCancelled = [&] { return filesOf(Pass::verifying) > 0; };
+    EXPECT_EQ(found(), GroupPaths());
+    EXPECT_EQ(filesOf(Pass::verifying), 3);
+    EXPECT_EQ(m_progress, (std::vector{0.06}));
+}
+
 TEST_F(FaultTest, CancelFromTheStartOpensNothing)
 {
     threeCopies(small);

@@ -51,6 +51,16 @@ public:
         m_system.willRead(file, position, bytes);
     }
     void willReadOnce(int file) override { m_system.willReadOnce(file); }
+    void willReadParts(int file) override { m_system.willReadParts(file); }
+    std::uint64_t cachedPieces(int file, std::int64_t position, std::int64_t bytes,
+                               std::int64_t pieceBytes) override
+    {
+        return m_system.cachedPieces(file, position, bytes, pieceBytes);
+    }
+    void isDoneWith(int file, std::int64_t position, std::int64_t bytes) override
+    {
+        m_system.isDoneWith(file, position, bytes);
+    }
 
     int opened() const { return m_opened; }
     /// The greatest number of threads that were opening a file at once.
