@@ -110,7 +110,12 @@ void PaletteRow::paintEvent(QPaintEvent*)
     QStyle::State state = QStyle::State_None;
     state.setFlag(QStyle::State_MouseOver, underMouse());
     state.setFlag(QStyle::State_HasFocus, hasFocus());
+    painter.save();
+    if (const QWidget* const card = parentWidget()) {
+        clipToCard(painter, card->rect().translated(-pos()).adjusted(1, 1, -1, -1));
+    }
     paintRowGround(painter, rect(), radius::control, state);
+    painter.restore();
 
     const QRectF area = QRectF(rect()).adjusted(spacing::l, 0, -spacing::l, 0);
     const QRectF sample(area.left(), (height() - sampleSide) / 2.0, sampleSide, sampleSide);

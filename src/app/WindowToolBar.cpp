@@ -95,6 +95,7 @@ void WindowToolBar::makeSettingsButton(const SectionScreens& sections)
     }
     m_settings = new ToolButton(QStringLiteral("gearshape"), {}, this);
     m_settings->setObjectName(QStringLiteral("settingsButton"));
+    m_settings->setCheckable(true);
     connect(m_settings, &QAbstractButton::clicked, this, [this] {
         if (m_state.section.value() == AppSection::settings) {
             m_state.closeSettings();
@@ -157,6 +158,7 @@ void WindowToolBar::refresh()
         m_settings->setText(name);
         m_settings->setToolTip(name);
         m_settings->setAccessibleName(name);
+        m_settings->setChecked(section == AppSection::settings);
     }
 }
 

@@ -20,6 +20,7 @@ public:
         setFixedSize(measure::iconEmpty, measure::iconEmpty);
     }
 
+    QString symbol() const { return m_symbol; }
     void setSymbol(const QString& symbol)
     {
         m_symbol = symbol;
@@ -73,6 +74,11 @@ EmptyState::EmptyState(const QString& symbol, const QString& heading, const QStr
     buttonRow->addStretch();
     all->addLayout(buttonRow);
     all->addStretch();
+}
+
+QString EmptyState::symbol() const
+{
+    return m_symbol->symbol();
 }
 
 void EmptyState::setSymbol(const QString& symbol)

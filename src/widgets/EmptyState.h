@@ -22,6 +22,7 @@ public:
     EmptyState(const QString& symbol, const QString& heading, const QString& text,
                QWidget* parent = nullptr);
 
+    QString symbol() const;
     void setSymbol(const QString& symbol);
     void setHeading(const QString& heading);
     /// An empty text leaves no gap.

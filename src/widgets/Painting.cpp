@@ -157,6 +157,15 @@ void paintRowGround(QPainter& painter, const QRectF& rect, qreal radius, QStyle:
     }
 }
 
+void clipToCard(QPainter& painter, const QRectF& inside)
+{
+    constexpr qreal innerRadius = radius::surface - 1;
+    QPainterPath path;
+    path.addRoundedRect(inside, innerRadius, innerRadius);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setClipPath(path, Qt::IntersectClip);
+}
+
 void paintFocusLine(QPainter& painter, const QRectF& rect, qreal radius)
 {
     const Saved saved(painter);

@@ -33,6 +33,10 @@ void paintShadow(QPainter& painter, const QRectF& rect, qreal radius, qreal offs
 /// inside. Reads State_MouseOver, State_Selected and State_HasFocus.
 void paintRowGround(QPainter& painter, const QRectF& rect, qreal radius, QStyle::State state);
 
+/// Keeps what is painted from now on clear of a card's round corners. inside: the card without its
+/// edge.
+void clipToCard(QPainter& painter, const QRectF& inside);
+
 /// Two points of accent inside the edge: the focus of rows, list tiles and canvases.
 void paintFocusLine(QPainter& painter, const QRectF& rect, qreal radius);
 

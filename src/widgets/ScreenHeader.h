@@ -18,6 +18,8 @@ public:
     /// Without a symbol the title begins at the margin.
     ScreenHeader(const QString& symbol, const QString& title, QWidget* parent = nullptr);
 
+    QString symbol() const { return m_symbol; }
+
     /// Adds an action at the right end.
     void addAction(QWidget* action);
 

@@ -209,9 +209,11 @@ TEST_F(Sections, TheSettingsButtonOpensAndClosesThem)
     settle();
     auto* const button = find<QAbstractButton>("settingsButton");
     EXPECT_EQ(button->text(), QStringLiteral("Settings"));
+    EXPECT_FALSE(button->isChecked());
     click("settingsButton");
     EXPECT_EQ(state().section.value(), AppSection::settings);
     ASSERT_TRUE(waitFor([&] { return button->text() == QLatin1String("Close Settings"); }));
+    EXPECT_TRUE(button->isChecked());
     click("settingsButton");
     EXPECT_EQ(state().section.value(), AppSection::monitor);
     find<QAction>("settingsAction")->trigger();

@@ -7,6 +7,7 @@
 #include "Dialog.h"
 #include "EmptyState.h"
 #include "Label.h"
+#include "Painting.h"
 #include "Progress.h"
 #include "Refresher.h"
 #include "ScreenHeader.h"
@@ -14,6 +15,7 @@
 #include "Tokens.h"
 
 #include <QHBoxLayout>
+#include <QPainter>
 #include <QShortcut>
 #include <QVBoxLayout>
 
@@ -27,6 +29,21 @@ constexpr int totalHeight = 44;
 constexpr int totalLeft = 16;
 /// Ends where the sizes of the rows end.
 constexpr int totalRight = 56;
+
+/// The last row of the card, set off by its ground.
+class TotalRow : public QWidget
+{
+public:
+    TotalRow() { setFixedHeight(totalHeight); }
+
+protected:
+    void paintEvent(QPaintEvent*) override
+    {
+        QPainter painter(this);
+        clipToCard(painter, QRectF(rect()).adjusted(0, -radius::surface, 0, 0));
+        painter.fillRect(rect(), themeColor(ThemeColor::hover));
+    }
+};
 
 } // namespace
 
@@ -109,9 +126,8 @@ QWidget* CleanupView::makeQueue()
     column->addWidget(m_list);
     column->addWidget(new Hairline);
 
-    auto* const footer = new QWidget;
+    auto* const footer = new TotalRow;
     footer->setObjectName(QStringLiteral("totalStagedSpace"));
-    footer->setFixedHeight(totalHeight);
     auto* const row = new QHBoxLayout(footer);
     row->setContentsMargins(totalLeft, 0, totalRight, 0);
     row->addWidget(new Label(tr("Total staged space"), TextStyle::body, ThemeColor::text2));

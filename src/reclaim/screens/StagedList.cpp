@@ -56,9 +56,15 @@ public:
         const QRect row = option.rect;
         QStyle::State state = option.state & (QStyle::State_MouseOver | QStyle::State_Selected);
         state.setFlag(QStyle::State_HasFocus, m_list.hasFocus() && m_list.currentIndex() == index);
+        painter->save();
+        // The card goes on below the list.
+        clipToCard(*painter, QRectF(m_list.viewport()->rect()).adjusted(0, 0, 0, radius::surface));
         paintRowGround(*painter, row, 0, state);
-        painter->fillRect(QRect(row.left(), row.bottom(), row.width(), 1),
-                          themeColor(ThemeColor::hairline));
+        painter->restore();
+        if (index.row() + 1 < index.model()->rowCount()) {
+            painter->fillRect(QRect(row.left(), row.bottom(), row.width(), 1),
+                              themeColor(ThemeColor::hairline));
+        }
         QRectF area = QRectF(row).adjusted(paddingLeft, 0, 0, -1);
         area.setRight(paintButton(*painter, row, index) - gap);
         area.setRight(paintNumbers(*painter, area, index));
@@ -96,8 +102,7 @@ private:
     static void paintWords(QPainter& painter, QRectF area, const QModelIndex& index)
     {
         const bool isDirectory = index.data(StagedModel::isDirectoryRole).toBool();
-        paintSymbol(painter,
-                    isDirectory ? QStringLiteral("folder.fill") : QStringLiteral("doc.fill"),
+        paintSymbol(painter, index.data(StagedModel::symbolRole).toString(),
                     QRectF(area.left(), area.top(), symbolSide, area.height()), symbolSide,
                     themeColor(isDirectory ? ThemeColor::accentText : ThemeColor::text3));
         area.setLeft(area.left() + symbolSide + gap);
@@ -130,6 +135,21 @@ int StagedModel::rowCount(const QModelIndex& parent) const
     return parent.isValid() ? 0 : static_cast<int>(m_nodes.size());
 }
 
+QString StagedModel::filesText(const FileNode& node)
+{
+    return node.isDirectory() ? tr("%1 files").arg(node.fileCount()) : QString();
+}
+
+QString StagedModel::accessibleText(const FileNode& node)
+{
+    QStringList parts{node.displayName(), AppState::displayPath(node.path())};
+    if (node.isDirectory()) {
+        parts.push_back(filesText(node));
+    }
+    parts.push_back(node.formattedBytes());
+    return parts.join(QStringLiteral(", "));
+}
+
 QVariant StagedModel::data(const QModelIndex& index, int role) const
 {
     const FileNode& node = *m_nodes[static_cast<std::size_t>(index.row())];
@@ -137,17 +157,17 @@ QVariant StagedModel::data(const QModelIndex& index, int role) const
     case Qt::DisplayRole:
         return node.displayName();
     case Qt::AccessibleTextRole:
-        return QStringList{node.displayName(), AppState::displayPath(node.path()),
-                           node.formattedBytes()}
-            .join(QStringLiteral(", "));
+        return accessibleText(node);
     case pathRole:
         return AppState::displayPath(node.path());
     case filesRole:
-        return node.isDirectory() ? tr("%1 files").arg(node.fileCount()) : QString();
+        return filesText(node);
     case sizeRole:
         return node.formattedBytes();
     case isDirectoryRole:
         return node.isDirectory();
+    case symbolRole:
+        return node.isDirectory() ? QStringLiteral("folder.fill") : QStringLiteral("doc.fill");
     default:
         return {};
     }

@@ -20,7 +20,8 @@ public:
         pathRole = Qt::UserRole, ///< QString, the whole path
         filesRole,               ///< QString, "{n} files"; empty for anything but a folder
         sizeRole,                ///< QString, formatted bytes
-        isDirectoryRole          ///< bool
+        isDirectoryRole,         ///< bool
+        symbolRole               ///< QString, a name of the symbol table
     };
 
     using QAbstractListModel::QAbstractListModel;
@@ -32,6 +33,9 @@ public:
     QVariant data(const QModelIndex& index, int role) const override;
 
 private:
+    static QString filesText(const FileNode& node);
+    static QString accessibleText(const FileNode& node);
+
     std::vector<NodePointer> m_nodes;
 };
 

@@ -25,22 +25,26 @@ constexpr int volumeSteps = 100;
 constexpr int volumeWidth = 88;
 constexpr int soundPlate = 176;
 constexpr int soundSymbol = 72;
+constexpr int soundNoteGap = 16;
 /// One press of an arrow key and one of a page key on the rail, in milliseconds.
 constexpr int seekStep = 5000;
 constexpr int seekPage = 30000;
 
 } // namespace
 
-/// A film's frames on black; for a sound, which has none, its symbol.
+/// A film's frames on black; for a sound, which has none, its symbol, with a word where it cannot
+/// be heard.
 class MediaView::Stage : public PictureView
 {
 public:
     Stage() { setFillsRoom(true); }
 
-    void setMedia(bool hasFilm, bool hasSound)
+    void setMedia(const MediaStatus& status)
     {
-        m_hasFilm = hasFilm;
-        m_hasSound = hasSound;
+        m_hasFilm = status.hasFilm;
+        m_hasSound = status.hasSound || status.isSilent;
+        m_isSilent = status.isSilent;
+        setAccessibleDescription(m_isSilent ? MediaView::silenceText() : QString());
         update();
     }
 
@@ -52,20 +56,32 @@ protected:
             painter.fillRect(rect(), Qt::black);
         } else if (m_hasSound) {
             painter.setRenderHint(QPainter::Antialiasing);
-            QRectF plate(0, 0, soundPlate, soundPlate);
-            plate.moveCenter(QRectF(rect()).center());
-            paintPanel(painter, plate, radius::surface, themeColor(ThemeColor::raised),
-                       themeColor(ThemeColor::hairline));
-            paintSymbol(painter, QStringLiteral("music.note"), plate, soundSymbol,
-                        themeColor(ThemeColor::accentText));
+            paintSound(painter);
         }
         painter.end();
         PictureView::paintEvent(event);
     }
 
 private:
+    void paintSound(QPainter& painter) const
+    {
+        QRectF plate(0, 0, soundPlate, soundPlate);
+        plate.moveCenter(QRectF(rect()).center());
+        paintPanel(painter, plate, radius::surface, themeColor(ThemeColor::raised),
+                   themeColor(ThemeColor::hairline));
+        paintSymbol(painter, QStringLiteral("music.note"), plate, soundSymbol,
+                    themeColor(m_isSilent ? ThemeColor::textDisabled : ThemeColor::accentText));
+        if (m_isSilent) {
+            const QRectF line(0, plate.bottom() + soundNoteGap, width(),
+                              typeMeasure(TextStyle::caption).lineHeight);
+            paintText(painter, line, Qt::AlignCenter, TextStyle::caption,
+                      themeColor(ThemeColor::text2), MediaView::silenceText());
+        }
+    }
+
     bool m_hasFilm = false;
     bool m_hasSound = false;
+    bool m_isSilent = false;
 };
 
 MediaView::MediaView(QWidget* parent)
@@ -140,7 +156,7 @@ void MediaView::close()
     m_isOpen = false;
     m_player->close();
     m_stage->setPicture({});
-    m_stage->setMedia(false, false);
+    m_stage->setMedia({});
 }
 
 void MediaView::showStatus()
@@ -158,18 +174,19 @@ void MediaView::showStatus()
     const QString name = status.isPlaying ? tr("Pause") : tr("Play");
     m_play->setToolTip(name);
     m_play->setAccessibleName(name);
+    m_play->setEnabled(!status.isSilent);
     const QString widest = timeText(status.duration).replace(QLatin1Char('1'), QLatin1Char('0'));
     m_position->setWidest(widest);
     m_duration->setWidest(widest);
     m_position->setText(timeText(status.position));
     m_duration->setText(timeText(status.duration));
-    m_place->setEnabled(status.duration > 0);
+    m_place->setEnabled(status.duration > 0 && !status.isSilent);
     if (!m_place->isSliderDown()) {
         constexpr qint64 longest = std::numeric_limits<int>::max();
         m_place->setMaximum(static_cast<int>(std::min(status.duration, longest)));
         m_place->setValue(static_cast<int>(std::min(status.position, longest)));
     }
-    m_stage->setMedia(status.hasFilm, status.hasSound);
+    m_stage->setMedia(status);
     m_mute->setEnabled(status.hasSound);
     m_volume->setEnabled(status.hasSound);
     if (!m_isOpen) {
@@ -197,6 +214,11 @@ void MediaView::resizeEvent(QResizeEvent* event)
 {
     QWidget::resizeEvent(event);
     m_player->setFrameRoom(m_stage->size() * devicePixelRatioF());
+}
+
+QString MediaView::silenceText()
+{
+    return tr("No device to play sound");
 }
 
 QString MediaView::timeText(qint64 milliseconds)

@@ -28,6 +28,8 @@ public:
 
     /// "0:07", "59:59", "1:00:00"
     static QString timeText(qint64 milliseconds);
+    /// What is said of a sound that cannot be heard.
+    static QString silenceText();
 
 Q_SIGNALS:
     /// It is known to be playable and shows.

@@ -116,7 +116,9 @@ void MediaWorker::judge(QMediaPlayer::MediaStatus status)
     } else if (status == QMediaPlayer::LoadedMedia || status == QMediaPlayer::BufferedMedia) {
         m_status.hasFilm = player.hasVideo() && tellsFrameRate(player);
         m_status.hasSound = player.hasAudio() && m_playback->audio;
-        if (!m_status.hasFilm && !m_status.hasSound) {
+        const bool plays = m_status.hasFilm || m_status.hasSound;
+        m_status.isSilent = !plays && player.hasAudio();
+        if (!plays && !m_status.isSilent) {
             fail();
             return;
         }
@@ -124,7 +126,9 @@ void MediaWorker::judge(QMediaPlayer::MediaStatus status)
         if (m_status.hasFilm) {
             m_playback->player.setVideoOutput(&m_playback->sink);
         }
-        m_playback->player.play();
+        if (plays) {
+            m_playback->player.play();
+        }
         tell();
     }
 }
@@ -157,7 +161,7 @@ void MediaWorker::tell()
 
 void MediaWorker::setPlaying(bool playing)
 {
-    if (!m_playback || m_status.phase != MediaStatus::Phase::ready) {
+    if (!m_playback || m_status.phase != MediaStatus::Phase::ready || m_status.isSilent) {
         return;
     }
     QMediaPlayer& player = m_playback->player;
@@ -174,7 +178,7 @@ void MediaWorker::setPlaying(bool playing)
 
 void MediaWorker::seek(qint64 position)
 {
-    if (m_playback && m_status.phase == MediaStatus::Phase::ready) {
+    if (m_playback && m_status.phase == MediaStatus::Phase::ready && !m_status.isSilent) {
         m_playback->player.setPosition(position);
     }
 }

@@ -3,37 +3,21 @@
 
 #include "AppState.h"
 #include "Painting.h"
-#include "Tokens.h"
 
 #include <QAbstractItemModel>
 #include <QAbstractItemView>
 #include <QPainter>
-#include <QPainterPath>
 #include <QStyleOptionViewItem>
 
 namespace quorvane {
-
-namespace {
-
-/// Keeps rows clear of the corners of the card around their list.
-void clipToCard(QPainter& painter, const QWidget* list)
-{
-    if (const auto* const view = qobject_cast<const QAbstractItemView*>(list)) {
-        constexpr double innerRadius = radius::surface - 1;
-        QPainterPath inside;
-        inside.addRoundedRect(QRectF(view->viewport()->rect()), innerRadius, innerRadius);
-        painter.setRenderHint(QPainter::Antialiasing);
-        painter.setClipPath(inside, Qt::IntersectClip);
-    }
-}
-
-} // namespace
 
 void paintListRow(QPainter& painter, const QStyleOptionViewItem& option, const QModelIndex& index)
 {
     const QRectF row = option.rect;
     painter.save();
-    clipToCard(painter, option.widget);
+    if (const auto* const list = qobject_cast<const QAbstractItemView*>(option.widget)) {
+        clipToCard(painter, list->viewport()->rect());
+    }
     paintRowGround(painter, row, 0, option.state);
     if (index.row() + 1 < index.model()->rowCount()) {
         painter.fillRect(QRectF(row.left(), row.bottom() - 1, row.width(), 1),

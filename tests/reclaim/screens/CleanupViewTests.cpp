@@ -9,17 +9,22 @@
 #include "Gate.h"
 #include "Label.h"
 #include "Progress.h"
+#include "ScreenHeader.h"
 #include "StagedList.h"
+#include "Tokens.h"
 #include "TreeText.h"
 #include "WaitFor.h"
 
 #include <gtest/gtest.h>
 
+#include <QHoverEvent>
+#include <QImage>
 #include <QListView>
 #include <QTest>
 
 #include <memory>
 #include <string>
+#include <utility>
 
 namespace quorvane {
 namespace {
@@ -80,6 +85,7 @@ TEST_F(CleanupViewTests, ShowsTheEmptyStateWithoutAQueue)
     EXPECT_FALSE(part<Button>("moveToTrashButton").isVisible());
     EXPECT_FALSE(part<QWidget>("trashProgress").isVisible());
     EXPECT_EQ(part<Label>("screenTitle").text(), QStringLiteral("Staged cleanup"));
+    EXPECT_EQ(m_window.findChild<ScreenHeader*>()->symbol(), QStringLiteral("trash"));
     m_view.setConfirmTrash(true);
     EXPECT_FALSE(m_view.confirmTrash());
     EXPECT_EQ(dialog(), nullptr);
@@ -96,13 +102,47 @@ TEST_F(CleanupViewTests, ListsTheQueueInItsOrderWithTheTotalBelow)
     const QModelIndex file = list.model()->index(0, 0);
     const QModelIndex folder = list.model()->index(1, 0);
     EXPECT_EQ(file.data().toString(), QStringLiteral("film.mov"));
+    EXPECT_EQ(file.data(StagedModel::symbolRole).toString(), QStringLiteral("doc.fill"));
     EXPECT_EQ(file.data(StagedModel::filesRole).toString(), QString());
     EXPECT_EQ(file.data(StagedModel::sizeRole).toString(), QStringLiteral("512 B"));
+    EXPECT_EQ(folder.data(StagedModel::symbolRole).toString(), QStringLiteral("folder.fill"));
     EXPECT_EQ(folder.data(StagedModel::pathRole).toString(), QStringLiteral("/scan/Caches"));
     EXPECT_EQ(folder.data(StagedModel::filesRole).toString(), QStringLiteral("2 files"));
     EXPECT_EQ(folder.data(StagedModel::sizeRole).toString(), QStringLiteral("2.0 KB"));
+    EXPECT_EQ(file.data(Qt::AccessibleTextRole).toString(),
+              QStringLiteral("film.mov, /scan/film.mov, 512 B"));
+    EXPECT_EQ(folder.data(Qt::AccessibleTextRole).toString(),
+              QStringLiteral("Caches, /scan/Caches, 2 files, 2.0 KB"));
     EXPECT_EQ(part<Label>("stagedTotal").text(), QStringLiteral("2.5 KB"));
-    EXPECT_EQ(part<Button>("moveToTrashButton").text(), QStringLiteral("Move 2 to Trash"));
+}
+
+TEST_F(CleanupViewTests, ItsButtonIsRedAndCountsTheQueue)
+{
+    stage("film.mov");
+    const auto& button = part<Button>("moveToTrashButton");
+    EXPECT_EQ(button.text(), QStringLiteral("Move 1 to Trash"));
+    EXPECT_EQ(button.symbol(), QStringLiteral("trash.fill"));
+    EXPECT_EQ(button.role(), ButtonRole::destructive);
+    stage("Caches");
+    EXPECT_EQ(button.text(), QStringLiteral("Move 2 to Trash"));
+}
+
+TEST_F(CleanupViewTests, TheListKeepsClearOfTheCornersOfItsCard)
+{
+    stage("film.mov");
+    stage("Caches");
+    auto& list = part<StagedList>("stagedList");
+    const auto cornerAndEdge = [&] {
+        const QImage shown = m_window.grab().toImage();
+        const QPoint corner = list.mapTo(&m_window, QPoint());
+        return std::pair(shown.pixel(corner), shown.pixel(corner + QPoint(30, 0)));
+    };
+    const auto atRest = cornerAndEdge();
+    QHoverEvent enter(QEvent::HoverEnter, QPointF(200, 10), QPointF(200, 10), QPointF(-1, -1));
+    QCoreApplication::sendEvent(list.viewport(), &enter);
+    const auto hovered = cornerAndEdge();
+    EXPECT_NE(hovered.second, atRest.second) << "the row is lit";
+    EXPECT_EQ(hovered.first, atRest.first);
 }
 
 TEST_F(CleanupViewTests, AClickOnTheCrossUnstagesThatRow)
@@ -138,6 +178,7 @@ TEST_F(CleanupViewTests, AsksBeforeAnythingMovesAndCancelsSafely)
     part<Button>("moveToTrashButton").click();
     ASSERT_NE(dialog(), nullptr);
     EXPECT_TRUE(m_view.confirmTrash());
+    EXPECT_EQ(dialogButton(QStringLiteral("Move to Trash"))->role(), ButtonRole::destructive);
     EXPECT_EQ(dialog()->accessibleName(), QStringLiteral("Move 1 staged item to Trash?"));
     EXPECT_EQ(dialog()->accessibleDescription(),
               QStringLiteral("512 B will be recoverable from the Trash."));
@@ -231,6 +272,8 @@ TEST_F(CleanupViewTests, ASecondBatchWaitsForTheFirst)
 TEST_F(CleanupViewTests, SaysWhatToDoWithoutAQueue)
 {
     const auto& empty = part<EmptyState>("cleanupEmpty");
+    EXPECT_EQ(empty.symbol(), QStringLiteral("checkmark.circle"));
+    EXPECT_EQ(measure::iconEmpty, 46);
     QStringList texts;
     for (const Label* const label : empty.findChildren<Label*>()) {
         texts.push_back(label->text());
@@ -240,6 +283,11 @@ TEST_F(CleanupViewTests, SaysWhatToDoWithoutAQueue)
         QStringLiteral("Right-click any folder or file in Analysis and choose “Stage for Cleanup”. "
                        "Review the list, then trash it in one move — nothing is ever deleted in "
                        "the background.")));
+    for (const Label* const label : empty.findChildren<Label*>()) {
+        if (label->wordWrap()) {
+            EXPECT_EQ(label->width(), 420) << "the window has room for more";
+        }
+    }
     stage("film.mov");
     QStringList footer;
     for (const Label* const label : part<QWidget>("totalStagedSpace").findChildren<Label*>()) {

@@ -6,6 +6,7 @@
 #include "Button.h"
 #include "DiskTree.h"
 #include "FilmRotation.h"
+#include "Label.h"
 #include "LatestFrame.h"
 #include "PreviewSamples.h"
 #include "Theme.h"
@@ -38,6 +39,13 @@ protected:
 
     FilePath film() { return m_disk.path("film \xff.mp4"); }
 
+    /// Two minutes, so that it is not over when a slow machine looks at it.
+    FilePath longFilm()
+    {
+        m_disk.fileWithContents("long.mp4", test::contentsOf("long-film.mp4"));
+        return m_disk.path("long.mp4");
+    }
+
     Phase phaseOf(const FilePath& path)
     {
         m_player.open(path);
@@ -60,13 +68,16 @@ TEST_F(MediaTests, PlaysAFilmFromItsBeginningToItsEnd)
         }
     });
     m_player.setFrameRoom(QSize(32, 32));
-    ASSERT_EQ(phaseOf(film()), Phase::ready);
+    ASSERT_EQ(phaseOf(longFilm()), Phase::ready);
     EXPECT_TRUE(m_player.status().hasFilm);
     EXPECT_EQ(m_player.status().hasSound, canBeHeard());
-    EXPECT_EQ(m_player.status().duration, 2000);
+    EXPECT_FALSE(m_player.status().isSilent);
+    EXPECT_EQ(m_player.status().duration, 120'000);
     ASSERT_TRUE(waitFor([this] { return m_player.status().isPlaying; }));
+    ASSERT_TRUE(waitFor([&first] { return first.isValid(); }));
+    EXPECT_GT(first.red(), 200) << "the first minute is red, the second one blue";
+    m_player.seek(119'000);
     ASSERT_TRUE(waitFor([&last] { return last.blue() > 200; }));
-    EXPECT_GT(first.red(), 200) << "the first second is red";
     EXPECT_TRUE(waitFor([this] { return !m_player.status().isPlaying; }));
 }
 
@@ -95,11 +106,11 @@ TEST_F(MediaTests, AFilmStandsUpright)
 
 TEST_F(MediaTests, PausesAndSeeks)
 {
-    ASSERT_EQ(phaseOf(film()), Phase::ready);
+    ASSERT_EQ(phaseOf(longFilm()), Phase::ready);
     m_player.setPlaying(false);
     ASSERT_TRUE(waitFor([this] { return !m_player.status().isPlaying; }));
-    m_player.seek(1500);
-    EXPECT_TRUE(waitFor([this] { return m_player.status().position >= 1400; }));
+    m_player.seek(90'000);
+    EXPECT_TRUE(waitFor([this] { return m_player.status().position >= 89'000; }));
     m_player.setPlaying(true);
     EXPECT_TRUE(waitFor([this] { return m_player.status().isPlaying; }));
 }
@@ -110,17 +121,50 @@ TEST_F(MediaTests, PlaysAgainAfterTheEnd)
     m_player.seek(1900);
     ASSERT_TRUE(
         waitFor([this] { return !m_player.status().isPlaying && m_player.status().position > 0; }));
+    // Each report is looked at: a slow machine may be late for the beginning itself.
+    bool isBackAtTheStart = false;
+    QObject::connect(&m_player, &MediaPlayer::statusChanged, [&] {
+        const MediaStatus& status = m_player.status();
+        isBackAtTheStart = isBackAtTheStart || (status.isPlaying && status.position < 1000);
+    });
     m_player.setPlaying(true);
-    EXPECT_TRUE(waitFor(
-        [this] { return m_player.status().isPlaying && m_player.status().position < 1000; }));
+    EXPECT_TRUE(waitFor([&] { return isBackAtTheStart; }));
 }
 
 TEST_F(MediaTests, ASoundPlaysWhereItCanBeHeard)
 {
     m_disk.fileWithContents("sound.wav", test::waveSound(500));
-    const Phase phase = phaseOf(m_disk.path("sound.wav"));
-    EXPECT_EQ(phase, canBeHeard() ? Phase::ready : Phase::failed);
+    EXPECT_EQ(phaseOf(m_disk.path("sound.wav")), Phase::ready);
     EXPECT_FALSE(m_player.status().hasFilm);
+    EXPECT_EQ(m_player.status().hasSound, canBeHeard());
+    EXPECT_EQ(m_player.status().isSilent, !canBeHeard());
+    EXPECT_EQ(m_player.status().duration, 500);
+}
+
+TEST_F(MediaTests, ASoundThatCannotBeHeardShowsItsLengthAndStandsStill)
+{
+    if (canBeHeard()) {
+        GTEST_SKIP() << "there is a device for sound";
+    }
+    m_disk.fileWithContents("sound.wav", test::waveSound(2000));
+    MediaView view;
+    view.resize(400, 300);
+    view.show();
+    bool isOpened = false;
+    QObject::connect(&view, &MediaView::opened, [&isOpened] { isOpened = true; });
+    view.open(m_disk.path("sound.wav"));
+    ASSERT_TRUE(waitFor([&isOpened] { return isOpened; }));
+    for (const char* const name :
+         {"mediaPlayButton", "mediaPosition", "mediaMuteButton", "mediaVolume"}) {
+        EXPECT_FALSE(view.findChild<QWidget*>(QLatin1String(name))->isEnabled()) << name;
+    }
+    QStringList times;
+    for (const Label* const label : view.findChildren<Label*>()) {
+        times.append(label->text());
+    }
+    EXPECT_EQ(times, (QStringList{QStringLiteral("0:00"), QStringLiteral("0:02")}));
+    EXPECT_EQ(MediaView::silenceText(), QStringLiteral("No device to play sound"));
+    EXPECT_FALSE(view.player().status().isPlaying);
 }
 
 TEST_F(MediaTests, AFilmWithoutAFrameRateIsNotShown)
@@ -170,20 +214,20 @@ TEST_F(MediaTests, TheViewHasControls)
     view.show();
     bool isOpened = false;
     QObject::connect(&view, &MediaView::opened, [&isOpened] { isOpened = true; });
-    view.open(film());
+    view.open(longFilm());
     ASSERT_TRUE(waitFor([&isOpened] { return isOpened; }));
     EXPECT_TRUE(waitFor([&view] { return view.grab().toImage().pixelColor(200, 100).red() > 200; }))
         << "a frame fills the stage";
     auto* const play = view.findChild<ToolButton*>(QStringLiteral("mediaPlayButton"));
     auto* const place = view.findChild<MediaSlider*>(QStringLiteral("mediaPosition"));
-    EXPECT_EQ(place->maximum(), 2000);
+    EXPECT_EQ(place->maximum(), 120'000);
     ASSERT_TRUE(waitFor([play] { return play->symbol() == QLatin1String("pause.fill"); }));
     EXPECT_EQ(play->toolTip(), QStringLiteral("Pause"));
     QTest::mouseClick(play, Qt::LeftButton);
     ASSERT_TRUE(waitFor([play] { return play->symbol() == QLatin1String("play.fill"); }));
     EXPECT_EQ(play->toolTip(), QStringLiteral("Play"));
     QTest::mouseClick(place, Qt::LeftButton, {}, QPoint(place->width() * 3 / 4, 5));
-    EXPECT_TRUE(waitFor([&view] { return view.player().status().position >= 1300; }));
+    EXPECT_TRUE(waitFor([&view] { return view.player().status().position >= 80'000; }));
     EXPECT_EQ(view.findChild<QWidget*>(QStringLiteral("mediaVolume"))->isEnabled(), canBeHeard());
 }
 

@@ -3,6 +3,7 @@
 
 #include "CanvasFixture.h"
 #include "DiskTree.h"
+#include "EmptyState.h"
 #include "FaultyFileSystemCalls.h"
 #include "InspectorRows.h"
 #include "PathText.h"
@@ -79,6 +80,8 @@ TEST_F(InspectorViewTests, TellsThatNothingIsSelected)
 {
     select({});
     EXPECT_TRUE(isShown("inspectorNothing"));
+    EXPECT_EQ(m_host.findChild<EmptyState*>(QStringLiteral("inspectorNothing"))->symbol(),
+              QStringLiteral("info.circle"));
     EXPECT_FALSE(isShown("inspectorPath"));
     QStringList texts;
     for (const QLabel* const label :
@@ -146,6 +149,9 @@ TEST_F(InspectorViewTests, ListsTheNineLargestOfAFolder)
     select("many");
     EXPECT_EQ(text("inspectorKind"), QStringLiteral("Folder"));
     EXPECT_EQ(m_host.findChild<PathText*>()->toPlainText(), QStringLiteral("/scan/many"));
+    EXPECT_EQ(
+        m_host.findChild<QWidget*>(QStringLiteral("largestInside"))->findChild<QLabel*>()->text(),
+        QStringLiteral("Largest inside"));
     const QStringList rows = rowsOf("largestInside");
     ASSERT_EQ(rows.size(), 9);
     EXPECT_EQ(rows.first(), QStringLiteral("file112=12.0 KB"));
