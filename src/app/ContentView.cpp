@@ -6,9 +6,11 @@
 #include "Ground.h"
 #include "NoScanPromptView.h"
 #include "Refresher.h"
+#include "ScreenHeader.h"
 #include "SidebarView.h"
 #include "WindowToolBar.h"
 
+#include <QEvent>
 #include <QHBoxLayout>
 #include <QStackedLayout>
 #include <QVBoxLayout>
@@ -36,6 +38,8 @@ void ContentView::makeColumns(const AppScreens& screens)
     m_detail = new Ground(ThemeColor::veil, Ground::Edge::none, this);
     m_detail->setObjectName(QStringLiteral("detailArea"));
     m_stack = new QStackedLayout(m_detail);
+    m_detail->installEventFilter(this);
+    connect(m_stack, &QStackedLayout::currentChanged, this, &ContentView::detailChanged);
 
     auto* const columns = new QHBoxLayout(this);
     columns->setContentsMargins(0, 0, 0, 0);
@@ -58,6 +62,27 @@ void ContentView::setColumnVisibility(bool visible)
 QRect ContentView::detailArea() const
 {
     return m_detail->geometry();
+}
+
+QRect ContentView::clearDetailArea() const
+{
+    QRect clear = detailArea();
+    const QWidget* const screen = m_stack->currentWidget();
+    const auto* const header = screen == nullptr ? nullptr : screen->findChild<ScreenHeader*>();
+    if (header != nullptr && header->isVisible()) {
+        const QRect gap = header->clearArea().translated(header->mapTo(this, QPoint()));
+        clear.setLeft(gap.left());
+        clear.setRight(gap.right());
+    }
+    return clear;
+}
+
+bool ContentView::eventFilter(QObject* watched, QEvent* event)
+{
+    if (event->type() == QEvent::Resize) {
+        Q_EMIT detailChanged();
+    }
+    return QWidget::eventFilter(watched, event);
 }
 
 QWidget* ContentView::screenFor(AppSection section)

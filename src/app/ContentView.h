@@ -36,6 +36,15 @@ public:
 
     /// Where the section's screen is, in this widget's coordinates.
     QRect detailArea() const;
+    /// The same without what lies left and right of the gap in the header of the screen on show:
+    /// its title and its actions.
+    QRect clearDetailArea() const;
+
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+Q_SIGNALS:
+    /// The detail area has another size or shows another screen.
+    void detailChanged();
 
 private:
     void makeColumns(const AppScreens& screens);

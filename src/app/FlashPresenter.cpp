@@ -21,11 +21,11 @@ constexpr double springTolerance = 0.01;
 
 } // namespace
 
-FlashPresenter::FlashPresenter(AppState& state, QWidget& window, std::function<QRect()> area)
+FlashPresenter::FlashPresenter(AppState& state, QWidget& window, std::function<Room()> room)
     : QObject(&window)
     , m_state(state)
     , m_window(window)
-    , m_area(std::move(area))
+    , m_room(std::move(room))
     , m_spring(new SpringAnimation(springResponse, springDamping, springTolerance, this))
     , m_refresher(new Refresher(this, [this] { refresh(); }))
 {
@@ -61,7 +61,8 @@ void FlashPresenter::place()
     if (m_banner == nullptr) {
         return;
     }
-    m_banner->placeBelow(m_area());
+    const Room room = m_room();
+    m_banner->placeBelow(room.area, room.clear);
     const double hidden = 1 - m_spring->value();
     const int travel = m_banner->geometry().bottom() + 1;
     m_banner->move(m_banner->x(), m_banner->y() - static_cast<int>(std::lround(hidden * travel)));

@@ -21,10 +21,18 @@ class FlashPresenter : public QObject
     Q_OBJECT
 
 public:
-    /// area: where in the window the banner hangs from the top edge, asked at each placing.
-    FlashPresenter(AppState& state, QWidget& window, std::function<QRect()> area);
+    /// In the window's coordinates: what the banner hangs in from the top edge, and the part
+    /// between whose left and right end it stays.
+    struct Room
+    {
+        QRect area;
+        QRect clear;
+    };
 
-    /// Puts the banner where it belongs; after a resize.
+    /// room: asked at each placing.
+    FlashPresenter(AppState& state, QWidget& window, std::function<Room()> room);
+
+    /// Puts the banner where it belongs; after its room has changed.
     void place();
 
 private:
@@ -33,7 +41,7 @@ private:
 
     AppState& m_state;
     QWidget& m_window;
-    std::function<QRect()> m_area;
+    std::function<Room()> m_room;
     FlashBanner* m_banner = nullptr;
     SpringAnimation* m_spring;
     Refresher* m_refresher;

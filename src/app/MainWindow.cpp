@@ -50,8 +50,14 @@ MainWindow::MainWindow(AppState& state, AppScreens screens)
     column->addWidget(menuGround);
     column->addWidget(m_content);
 
-    m_flash = new FlashPresenter(
-        state, *this, [this] { return m_content->detailArea().translated(m_content->pos()); });
+    m_flash = new FlashPresenter(state, *this, [this] {
+        const QPoint place = m_content->pos();
+        return FlashPresenter::Room{m_content->detailArea().translated(place),
+                                    m_content->clearDetailArea().translated(place)};
+    });
+    // Behind the layout of what has just come on show.
+    connect(m_content, &ContentView::detailChanged, m_flash, &FlashPresenter::place,
+            Qt::QueuedConnection);
     new WindowPreview(state, this);
     m_paletteChanged = state.storagePalette.addNotifier([this] { update(); });
     setMinimumSize(minimumContentSize);
@@ -79,12 +85,6 @@ void MainWindow::paintEvent(QPaintEvent* event)
     QPainter painter(this);
     m_ground.paint(painter, size(), event->rect(), themeColor(ThemeColor::window),
                    washColor(m_state.palette()));
-}
-
-void MainWindow::resizeEvent(QResizeEvent* event)
-{
-    QWidget::resizeEvent(event);
-    m_flash->place();
 }
 
 } // namespace quorvane

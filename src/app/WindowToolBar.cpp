@@ -137,6 +137,8 @@ void WindowToolBar::refresh()
     const AppSection section = m_state.section.value();
     const bool isAnalysis = section == AppSection::analysis;
     m_title->setText(title(section));
+    // The settings name themselves in the bar right below.
+    m_title->setVisible(section != AppSection::settings);
     m_back->setVisible(!isAnalysis && section != AppSection::settings &&
                        (m_state.hasScan() || m_state.isScanning.value()));
     m_rescan->setVisible(m_state.hasScan());

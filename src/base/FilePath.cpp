@@ -130,6 +130,13 @@ FilePath FilePath::appending(std::string_view component) const
     return FilePath(std::move(bytes));
 }
 
+bool FilePath::holds(const FilePath& other) const
+{
+    const std::string_view bytes = other.m_bytes;
+    return !m_bytes.empty() && bytes.substr(0, m_bytes.size()) == m_bytes &&
+           (bytes.size() == m_bytes.size() || m_bytes == "/" || bytes[m_bytes.size()] == '/');
+}
+
 QString FilePath::displayText() const
 {
     return quorvane::displayText(m_bytes);

@@ -34,6 +34,9 @@ public:
     /// The path of an entry of this folder; below an empty path the component itself.
     FilePath appending(std::string_view component) const;
 
+    /// Whether the other path is this one or lies below it, by the bytes of both alone.
+    bool holds(const FilePath& other) const;
+
     /// For the screen only: ill-formed bytes become U+FFFD.
     QString displayText() const;
     /// "file://" and the bytes, all but RFC 3986's unreserved ones and "/" percent-encoded.

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "JsonPreferences.h"
 
+#include <QDeadlineTimer>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -9,14 +10,18 @@
 #include <QStandardPaths>
 
 #include <fcntl.h>
+#include <sys/file.h>
 #include <unistd.h>
 
+#include <cerrno>
+#include <thread>
 #include <utility>
 
 namespace quorvane {
 namespace {
 
 constexpr QLatin1String dataKey("data");
+constexpr std::chrono::milliseconds lockPollInterval{1};
 
 QString text(std::string_view key)
 {
@@ -56,21 +61,48 @@ std::optional<PreferenceValue> fromObject(const QJsonObject& object)
     return flags;
 }
 
-/// A rename is only safe against a power cut when the folder that holds it is synced as well.
-void syncFolder(const QString& path)
+/// The folder of the store, held against other processes of ours from before the file is read until
+/// after it is written. The system takes the lock back from a process that ends, however it ends.
+class LockedFolder
 {
-    const int folder =
-        open(QFile::encodeName(path).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-    if (folder >= 0) {
-        fsync(folder);
-        close(folder);
+public:
+    /// Goes on without the lock when the folder is not there, when its file system has no locks,
+    /// and when another process keeps it for longer than patience.
+    LockedFolder(const QString& path, std::chrono::milliseconds patience)
+        : m_folder(open(QFile::encodeName(path).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC))
+    {
+        const QDeadlineTimer deadline(patience);
+        while (m_folder >= 0 && flock(m_folder, LOCK_EX | LOCK_NB) != 0 &&
+               (errno == EWOULDBLOCK || errno == EINTR) && !deadline.hasExpired()) {
+            std::this_thread::sleep_for(lockPollInterval);
+        }
     }
-}
+    LockedFolder(const LockedFolder&) = delete;
+    LockedFolder& operator=(const LockedFolder&) = delete;
+    ~LockedFolder()
+    {
+        if (m_folder >= 0) {
+            close(m_folder);
+        }
+    }
+
+    /// A rename is only safe against a power cut when the folder that holds it is synced as well.
+    void sync() const
+    {
+        if (m_folder >= 0) {
+            fsync(m_folder);
+        }
+    }
+
+private:
+    int m_folder;
+};
 
 } // namespace
 
-JsonPreferences::JsonPreferences(QString filePath)
+JsonPreferences::JsonPreferences(QString filePath, std::chrono::milliseconds lockPatience)
     : m_filePath(std::move(filePath))
+    , m_lockPatience(lockPatience)
 {
     readFile(m_values);
 }
@@ -117,6 +149,9 @@ std::optional<PreferenceValue> JsonPreferences::value(std::string_view key) cons
 bool JsonPreferences::setValue(std::string_view key, const PreferenceValue& value)
 {
     m_unwritten.insert(text(key), toJson(value));
+    const QString folder = QFileInfo(m_filePath).path();
+    QDir().mkpath(folder);
+    const LockedFolder locked(folder, m_lockPatience);
     // Another process of ours may have written meanwhile: only the keys set here are ours to
     // change.
     QJsonObject onDisk;
@@ -132,6 +167,7 @@ bool JsonPreferences::setValue(std::string_view key, const PreferenceValue& valu
         !write()) {
         return false;
     }
+    locked.sync();
     m_unwritten = {};
     return true;
 }
@@ -147,18 +183,13 @@ bool JsonPreferences::keepBrokenFileAside() const
 
 bool JsonPreferences::write() const
 {
-    const QString folder = QFileInfo(m_filePath).path();
     QSaveFile file(m_filePath);
-    if (!QDir().mkpath(folder) || !file.open(QIODevice::WriteOnly)) {
+    if (!file.open(QIODevice::WriteOnly)) {
         return false;
     }
     file.write(QJsonDocument(m_values).toJson());
     // QSaveFile syncs the file itself before it renames it.
-    if (!file.commit()) {
-        return false;
-    }
-    syncFolder(folder);
-    return true;
+    return file.commit();
 }
 
 } // namespace quorvane

@@ -76,6 +76,8 @@ void AppState::startScan(const FilePath& url)
         return;
     }
     m_cancelFlag->set(false);
+    m_startsScanOver = false;
+    m_scannedURL = url;
     isScanning = true;
     progress = ScanProgress{};
     dropOldScan();
@@ -110,6 +112,12 @@ void AppState::startScan(const FilePath& url)
 
 void AppState::publishScan(FinishedScan finished)
 {
+    if (m_startsScanOver) {
+        m_jobs.release(std::move(finished));
+        isScanning = false;
+        startScan(FilePath(m_scannedURL));
+        return;
+    }
     if (!finished.tree) {
         consumeError(finished.error);
         return;
@@ -133,6 +141,7 @@ void AppState::buildIndex(std::shared_ptr<const NodeIndex> index)
 
 void AppState::cancelScan()
 {
+    m_startsScanOver = false;
     m_cancelFlag->set(true);
 }
 

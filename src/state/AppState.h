@@ -141,7 +141,8 @@ public:
     /// Bytes of the queue, each entry counted by itself, whether or not it lies inside another.
     std::int64_t stagedSpace() const;
     /// Moves the queue to the Trash, one entry after another in the background, and scans the root
-    /// again. What cannot be moved stays on the disk. There is no way to stop it.
+    /// again. A scan that was asked for meanwhile starts over instead, where it concerns one of the
+    /// entries. What cannot be moved stays on the disk. There is no way to stop it.
     void sendStagedToTrash();
 
     // ---- Duplicates
@@ -202,10 +203,13 @@ private:
     const DuplicateFinder::Group* duplicateGroupOf(const FileNode& file) const;
     void publishScan(FinishedScan finished);
     void buildIndex(std::shared_ptr<const NodeIndex> index);
-    void finishTrashing(std::size_t count);
+    void finishTrashing(const std::vector<FilePath>& sent);
 
     Platform m_platform;
     std::shared_ptr<LockedFlag> m_cancelFlag = std::make_shared<LockedFlag>();
+    FilePath m_scannedURL; ///< of the last scan that was started
+    /// The scan under way has read folders that a batch was about to change.
+    bool m_startsScanOver = false;
     JobHandle m_scanTask;
     JobHandle m_driveTask;
     JobHandle m_duplicateSearchTask; ///< its address is the run's id

@@ -17,6 +17,14 @@ QString itemCount(std::size_t count)
     return QString::number(count) % QLatin1Char(' ') % noun;
 }
 
+/// Whether what a scan of the folder finds depends on one of the paths.
+bool concerns(const FilePath& folder, const std::vector<FilePath>& paths)
+{
+    return std::any_of(paths.begin(), paths.end(), [&folder](const FilePath& path) {
+        return folder.holds(path) || path.holds(folder);
+    });
+}
+
 } // namespace
 
 void AppState::stageSelection()
@@ -79,10 +87,13 @@ void AppState::sendStagedToTrash()
         [this, batch, trash = &m_platform.trash, post = m_jobs.poster()](const Job& job) {
             const std::size_t count = batch.size();
             const auto divisor = static_cast<double>(std::max<std::size_t>(count, 1));
+            std::vector<FilePath> sent;
+            sent.reserve(count);
             for (std::size_t i = 0; i < count; ++i) {
                 batch[i]->setStagedForTrash(false);
                 // What cannot be moved is seen again in the scan that follows.
-                trash->moveToTrash(batch[i]->path());
+                sent.push_back(batch[i]->path());
+                trash->moveToTrash(sent.back());
                 const bool isShown = post.andWait(job, [this, i, count, divisor] {
                     trashProgress = static_cast<double>(i + 1) / divisor;
                     trashStatus = QStringLiteral("Moving %1 of %2 to Trash…").arg(i + 1).arg(count);
@@ -91,17 +102,23 @@ void AppState::sendStagedToTrash()
                     break;
                 }
             }
-            return count;
+            return sent;
         },
-        [this](std::size_t count) { finishTrashing(count); });
+        [this](const std::vector<FilePath>& sent) { finishTrashing(sent); });
 }
 
 /// The tree is never patched: the scan of the same root shows what has left the disk.
-void AppState::finishTrashing(std::size_t count)
+void AppState::finishTrashing(const std::vector<FilePath>& sent)
 {
     isTrashingStaged = false;
-    trashStatus = QLatin1String("Moved ") % itemCount(count) % QLatin1String(" to Trash.");
-    rescan();
+    trashStatus = QLatin1String("Moved ") % itemCount(sent.size()) % QLatin1String(" to Trash.");
+    if (hasScan()) {
+        rescan();
+    } else if (isScanning && !m_cancelFlag->get() && concerns(m_scannedURL, sent)) {
+        // It was asked for during the batch and may have listed what has gone since.
+        m_startsScanOver = true;
+        m_cancelFlag->set(true);
+    }
 }
 
 } // namespace quorvane

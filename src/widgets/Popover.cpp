@@ -3,6 +3,7 @@
 
 #include "Button.h"
 #include "Painting.h"
+#include "ShortenedName.h"
 #include "Symbols.h"
 #include "Tokens.h"
 
@@ -35,6 +36,11 @@ constexpr int bannerGap = 9;
 constexpr int bannerButton = 22;
 constexpr int bannerDrop = 8;
 constexpr int bannerMargin = 16; ///< kept free at both sides of the area
+constexpr int bannerLines = 2;
+constexpr int bannerTextLeft = bannerPadding + bannerSymbol + bannerGap;
+constexpr int bannerTextRight = bannerGap + bannerButton + bannerGap;
+/// A narrower banner would say next to nothing.
+constexpr int bannerNarrowest = 240;
 
 } // namespace
 
@@ -156,21 +162,20 @@ void TooltipCard::paintEvent(QPaintEvent*)
 
 FlashBanner::FlashBanner(const QString& text, std::function<void()> onDismiss, QWidget* parent)
     : QWidget(parent)
-    , m_text(text)
+    , m_label(new ShortenedName(bannerLines, TextStyle::row, this))
     , m_dismiss(new ToolButton(QStringLiteral("xmark.small"), QStringLiteral("Dismiss"), this))
 {
-    setAccessibleName(text);
     m_dismiss->setSide(bannerButton);
     m_dismiss->setSymbolSide(measure::iconRow);
     connect(m_dismiss, &QAbstractButton::clicked, this,
             [dismiss = std::move(onDismiss)] { dismiss(); });
     new DropShadow(*this, DropShadow::Depth::popover, radius::surface);
-    resize(sizeHint());
+    setText(text);
 }
 
 void FlashBanner::setText(const QString& text)
 {
-    m_text = text;
+    m_label->setText(text);
     setAccessibleName(text);
     resize(sizeHint());
     update();
@@ -178,16 +183,36 @@ void FlashBanner::setText(const QString& text)
 
 QSize FlashBanner::sizeHint() const
 {
-    return {bannerPadding + bannerSymbol + bannerGap + textWidth(TextStyle::row, m_text) +
-                bannerGap + bannerButton + bannerGap,
+    return {bannerTextLeft + textWidth(TextStyle::row, m_label->text()) + bannerTextRight,
             measure::flashBanner};
 }
 
-void FlashBanner::placeBelow(const QRect& area)
+/// The text's width where room is enough, else the least that two lines need: no word stands alone.
+int FlashBanner::textWidthWithin(int room) const
 {
-    const int width = std::min(sizeHint().width(), area.width() - 2 * bannerMargin);
-    setGeometry(area.left() + (area.width() - width) / 2, area.top() + bannerDrop, width,
-                measure::flashBanner);
+    const int whole = textWidth(TextStyle::row, m_label->text());
+    if (whole <= room || !m_label->fits(room)) {
+        return std::min(whole, room);
+    }
+    int tooNarrow = whole / bannerLines - 1;
+    int wide = room;
+    while (wide - tooNarrow > 1) {
+        const int width = (tooNarrow + wide) / 2;
+        (m_label->fits(width) ? wide : tooNarrow) = width;
+    }
+    return wide;
+}
+
+void FlashBanner::placeBelow(const QRect& area, const QRect& clear)
+{
+    const bool isReadable = clear.width() - 2 * bannerMargin >= bannerNarrowest;
+    const QRect room = (isReadable ? clear : area).adjusted(bannerMargin, 0, -bannerMargin, 0);
+    const int text = textWidthWithin(room.width() - bannerTextLeft - bannerTextRight);
+    const int width = bannerTextLeft + text + bannerTextRight;
+    const int centred = area.left() + (area.width() - width) / 2;
+    const int x = std::clamp(centred, room.left(), std::max(room.left(), room.right() + 1 - width));
+    const int moreLines = m_label->heightForWidth(text) - typeMeasure(TextStyle::row).lineHeight;
+    setGeometry(x, area.top() + bannerDrop, width, measure::flashBanner + moreLines);
 }
 
 void FlashBanner::paintEvent(QPaintEvent*)
@@ -197,14 +222,13 @@ void FlashBanner::paintEvent(QPaintEvent*)
     const QRectF symbol(bannerPadding, 0, bannerSymbol, height());
     paintSymbol(painter, QStringLiteral("checkmark.circle.fill"), symbol, bannerSymbol,
                 themeColor(ThemeColor::green));
-    const qreal left = symbol.right() + bannerGap;
-    paintText(painter, QRectF(left, 0, m_dismiss->x() - bannerGap - left, height()),
-              Qt::AlignLeft | Qt::AlignVCenter, TextStyle::row, themeColor(ThemeColor::text1),
-              m_text, Qt::ElideMiddle);
 }
 
 void FlashBanner::resizeEvent(QResizeEvent*)
 {
+    const int room = width() - bannerTextLeft - bannerTextRight;
+    const int text = m_label->heightForWidth(room);
+    m_label->setGeometry(bannerTextLeft, (height() - text) / 2, room, text);
     m_dismiss->setGeometry(width() - bannerGap - bannerButton, (height() - bannerButton) / 2,
                            bannerButton, bannerButton);
 }

@@ -58,11 +58,12 @@ private:
     QString m_detail;
 };
 
-class Label;
+class ShortenedName;
 class ToolButton;
 
-/// A message that hangs over the screen until it is dismissed, 36 high. The owner places it with
-/// placeBelow; it shortens its text to what fits.
+/// A message that hangs over the screen until it is dismissed: one line, 36 high, or two where it
+/// has to be narrow. The owner places it with placeBelow; what two lines cannot hold loses its
+/// middle.
 class FlashBanner final : public QWidget
 {
     Q_OBJECT
@@ -71,8 +72,11 @@ public:
     FlashBanner(const QString& text, std::function<void()> onDismiss, QWidget* parent);
 
     void setText(const QString& text);
-    /// Centres the banner on `area`, 8 below its top edge.
-    void placeBelow(const QRect& area);
+    /// Hangs the banner 8 below the top edge of `area`: centred on it, but to the left and right
+    /// within `clear`, what must not be covered lying outside. A `clear` too narrow to read in
+    /// counts for nothing.
+    void placeBelow(const QRect& area, const QRect& clear);
+    void placeBelow(const QRect& area) { placeBelow(area, area); }
 
     QSize sizeHint() const override;
 
@@ -81,7 +85,9 @@ protected:
     void resizeEvent(QResizeEvent* event) override;
 
 private:
-    QString m_text;
+    int textWidthWithin(int room) const;
+
+    ShortenedName* m_label;
     ToolButton* m_dismiss;
 };
 

@@ -7,6 +7,8 @@ class QHBoxLayout;
 
 namespace quorvane {
 
+class Label;
+
 /// The top of a screen, 64 high: its symbol and title, and its actions at the right.
 class ScreenHeader : public QWidget
 {
@@ -19,11 +21,15 @@ public:
     /// Adds an action at the right end.
     void addAction(QWidget* action);
 
+    /// What lies between the title and the actions, in this widget's coordinates.
+    QRect clearArea() const;
+
 protected:
     void paintEvent(QPaintEvent* event) override;
 
 private:
     QString m_symbol;
+    Label* m_title;
     QHBoxLayout* m_row;
 };
 

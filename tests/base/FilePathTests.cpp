@@ -44,6 +44,21 @@ TEST(FilePath, TellsItsParent)
     EXPECT_EQ(FilePath("/home//mara").parent(), FilePath("/home"));
 }
 
+TEST(FilePath, HoldsItselfAndWhatLiesBelowIt)
+{
+    const FilePath home("/home/mara");
+    EXPECT_TRUE(home.holds(home));
+    EXPECT_TRUE(home.holds(FilePath("/home/mara/a/b")));
+    EXPECT_FALSE(home.holds(FilePath("/home/mara2")));
+    EXPECT_FALSE(home.holds(FilePath("/home")));
+    EXPECT_FALSE(home.holds(FilePath("/other/home/mara")));
+    EXPECT_TRUE(FilePath("/").holds(home));
+    EXPECT_TRUE(FilePath("/").holds(FilePath("/")));
+    EXPECT_FALSE(home.holds(FilePath("/")));
+    EXPECT_FALSE(FilePath().holds(home));
+    EXPECT_FALSE(home.holds(FilePath()));
+}
+
 TEST(FilePath, AppendsAComponentWithOneSlash)
 {
     EXPECT_EQ(FilePath("/home").appending("mara"), FilePath("/home/mara"));

@@ -82,7 +82,7 @@ TEST_F(Accessibility, EveryControlOfEveryScreenHasAName)
     ASSERT_TRUE(waitUntilShown("duplicatesView"));
     expectNames("duplicates");
     state().section = AppSection::analysis;
-    state().flash(QStringLiteral("Done"));
+    state().flashMessage = QStringLiteral("Done");
     ASSERT_TRUE(waitUntilShown("flashBanner"));
     expectNames("result");
     m_program->openFolder(m_disk.path("missing"));

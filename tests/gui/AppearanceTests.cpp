@@ -1,11 +1,15 @@
 // SPDX-License-Identifier: MIT
+#include "ContentView.h"
 #include "DesktopSettings.h"
 #include "NodeColors.h"
 #include "Popover.h"
 #include "ProgramFixture.h"
+#include "ScreenHeader.h"
 #include "Theme.h"
 
 #include <QImage>
+
+#include <cstdlib>
 
 namespace quorvane {
 namespace {
@@ -84,10 +88,24 @@ TEST_F(AppearanceTest, ThePaletteTintsTheWindowAtOnce)
     }
 }
 
+/// The message is put into the model itself: it stays for as long as the test takes.
 class FlashBannerTest : public ProgramFixture
 {
 protected:
     ~FlashBannerTest() override { DesktopSettings::instance().setReducedMotion(m_before); }
+
+    void showMessage(const QString& text)
+    {
+        state().flashMessage = text;
+        ASSERT_TRUE(waitUntilShown("flashBanner"));
+    }
+
+    QRect areaOf(const QWidget& widget)
+    {
+        return {widget.mapTo(&window(), QPoint()), widget.size()};
+    }
+
+    QRect banner() { return find("flashBanner")->geometry(); }
 
     bool m_before = reducedMotion();
 };
@@ -96,24 +114,20 @@ TEST_F(FlashBannerTest, HangsBelowTheToolBarAndNamesItsText)
 {
     DesktopSettings::instance().setReducedMotion(true);
     start();
-    state().flash(QStringLiteral("Kept one copy"));
-    ASSERT_TRUE(waitUntilShown("flashBanner"));
-    const QWidget* const banner = find("flashBanner");
-    const QWidget* const detail = find("detailArea");
-    const QRect area(detail->mapTo(&window(), QPoint()), detail->size());
-    EXPECT_EQ(banner->accessibleName(), QStringLiteral("Kept one copy"));
-    EXPECT_EQ(banner->geometry().top(), area.top() + 8);
-    EXPECT_NEAR(banner->geometry().center().x(), area.center().x(), 1);
+    showMessage(QStringLiteral("Kept one copy"));
+    const QRect area = areaOf(*find("detailArea"));
+    EXPECT_EQ(find("flashBanner")->accessibleName(), QStringLiteral("Kept one copy"));
+    EXPECT_EQ(banner().top(), area.top() + 8);
+    EXPECT_NEAR(banner().center().x(), area.center().x(), 1);
 }
 
 TEST_F(FlashBannerTest, SlidesInAndOut)
 {
     DesktopSettings::instance().setReducedMotion(false);
     start();
-    const int top = find("detailArea")->mapTo(&window(), QPoint()).y() + 8;
-    state().flash(QStringLiteral("Moved"));
-    ASSERT_TRUE(waitUntilShown("flashBanner"));
-    EXPECT_TRUE(waitFor([&] { return find("flashBanner")->y() == top; }));
+    const int top = areaOf(*find("detailArea")).top() + 8;
+    showMessage(QStringLiteral("Moved"));
+    EXPECT_TRUE(waitFor([&] { return banner().y() == top; }));
     state().dismissFlash();
     EXPECT_TRUE(waitFor([this] { return !exists("flashBanner"); }));
 }
@@ -122,8 +136,7 @@ TEST_F(FlashBannerTest, ItsButtonDismissesIt)
 {
     DesktopSettings::instance().setReducedMotion(true);
     start();
-    state().flash(QStringLiteral("Done"));
-    ASSERT_TRUE(waitUntilShown("flashBanner"));
+    showMessage(QStringLiteral("Done"));
     auto* const button = find("flashBanner")->findChild<QAbstractButton*>();
     ASSERT_NE(button, nullptr);
     QTest::mouseClick(button, Qt::LeftButton);
@@ -135,25 +148,46 @@ TEST_F(FlashBannerTest, ASecondTextReplacesTheFirst)
 {
     DesktopSettings::instance().setReducedMotion(true);
     start();
-    state().flash(QStringLiteral("First"));
-    ASSERT_TRUE(waitUntilShown("flashBanner"));
-    state().flash(QStringLiteral("Second"));
-    settle();
-    EXPECT_EQ(find("flashBanner")->accessibleName(), QStringLiteral("Second"));
+    showMessage(QStringLiteral("First"));
+    state().flashMessage = QStringLiteral("Second");
+    EXPECT_TRUE(waitFor(
+        [this] { return find("flashBanner")->accessibleName() == QStringLiteral("Second"); }));
     EXPECT_EQ(window().findChildren<FlashBanner*>().size(), 1);
 }
 
-TEST_F(FlashBannerTest, StaysInPlaceWhenTheWindowIsResized)
+TEST_F(FlashBannerTest, FollowsTheDetailArea)
 {
     DesktopSettings::instance().setReducedMotion(true);
     start();
-    state().flash(QStringLiteral("Here"));
-    ASSERT_TRUE(waitUntilShown("flashBanner"));
+    showMessage(QStringLiteral("Here"));
+    const auto isCentred = [this] {
+        return std::abs(banner().center().x() - areaOf(*find("detailArea")).center().x()) <= 1;
+    };
+    const int before = banner().x();
     window().resize(1100, 700);
-    settle();
-    const QWidget* const detail = find("detailArea");
-    const QRect area(detail->mapTo(&window(), QPoint()), detail->size());
-    EXPECT_NEAR(find("flashBanner")->geometry().center().x(), area.center().x(), 1);
+    EXPECT_TRUE(waitFor([&] { return banner().x() != before && isCentred(); }));
+    const int withSidebar = banner().x();
+    window().content().setColumnVisibility(false);
+    EXPECT_TRUE(waitFor([&] { return banner().x() != withSidebar && isCentred(); }));
+}
+
+TEST_F(FlashBannerTest, CoversNoTitleAndNoActionInTheSmallestWindow)
+{
+    DesktopSettings::instance().setReducedMotion(true);
+    start();
+    window().resize(window().minimumSize());
+    scanHome();
+    showMessage(QStringLiteral("Kept \"a-film-of-the-glacier-lagoon.mov\" — staged 12 duplicate "
+                               "copys for Trash."));
+    state().section = AppSection::duplicates;
+    ASSERT_TRUE(waitUntilShown("duplicatesView"));
+    const auto* const header = find("duplicatesView")->findChild<ScreenHeader*>();
+    ASSERT_NE(header, nullptr);
+    const QRect clear = header->clearArea();
+    ASSERT_LT(clear.width(), header->width() - 200) << "a title and an action are on show";
+    const QRect gap = clear.translated(header->mapTo(&window(), QPoint()));
+    EXPECT_TRUE(waitFor([&] { return gap.contains(banner()); }));
+    EXPECT_EQ(banner().top(), areaOf(*find("detailArea")).top() + 8);
 }
 
 } // namespace

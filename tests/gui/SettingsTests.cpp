@@ -78,6 +78,23 @@ TEST_F(Settings, ListTheirCategories)
     EXPECT_EQ(close->symbol(), QStringLiteral("xmark"));
 }
 
+TEST_F(Settings, NameThemselvesOnce)
+{
+    const auto titles = [this] {
+        int count = 0;
+        for (const QLabel* const label : window().findChildren<QLabel*>()) {
+            count += label->isVisible() && label->text() == QLatin1String("Settings") ? 1 : 0;
+        }
+        return count;
+    };
+    EXPECT_EQ(titles(), 1);
+    EXPECT_EQ(window().windowTitle(), QStringLiteral("Settings"));
+    EXPECT_FALSE(isShown("sectionTitle"));
+    state().closeSettings();
+    ASSERT_TRUE(waitUntilShown("sectionTitle"));
+    EXPECT_EQ(find<QLabel>("sectionTitle")->text(), QStringLiteral("Analysis"));
+}
+
 TEST_F(Settings, NameWhatCanBeChosen)
 {
     showAppearance();

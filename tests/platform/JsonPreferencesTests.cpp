@@ -6,15 +6,23 @@
 
 #include <gtest/gtest.h>
 
+#include <QDir>
 #include <QFile>
+#include <QFileInfo>
 
+#include <fcntl.h>
 #include <signal.h>
+#include <sys/file.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <chrono>
+#include <latch>
 #include <map>
 #include <string>
+#include <thread>
+#include <vector>
 
 namespace quorvane {
 namespace {
@@ -107,6 +115,20 @@ TEST(JsonPreferences, ValuesOfNoKnownTypeAreNoValuesButAreKept)
     }
 }
 
+std::string keyOf(int writer, int round)
+{
+    return std::to_string(writer) + "-" + std::to_string(round);
+}
+
+/// As a process of ours does while it writes; the descriptor that holds the lock.
+int lockFolderOf(const QString& file)
+{
+    const QByteArray folder = QFile::encodeName(QFileInfo(file).path());
+    const int descriptor = open(folder.constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    EXPECT_EQ(flock(descriptor, LOCK_EX | LOCK_NB), 0);
+    return descriptor;
+}
+
 class BrokenPreferences : public testing::TestWithParam<const char*>
 {};
 
@@ -177,6 +199,64 @@ TEST(JsonPreferences, SecondWriterLosesNothingOfTheFirst)
     EXPECT_EQ(readAnew(disk, "b"), PreferenceValue(QStringLiteral("second")));
     EXPECT_EQ(readAnew(disk, "c"), PreferenceValue(QStringLiteral("first")));
     EXPECT_EQ(readAnew(disk, "d"), PreferenceValue(true));
+}
+
+TEST(JsonPreferences, WritersOfTheSameInstantLoseNothing)
+{
+    constexpr int writers = 3;
+    constexpr int rounds = 8;
+    const DiskTree disk;
+    JsonPreferences(fileIn(disk)).setValue("before", true);
+    for (int round = 0; round < rounds; ++round) {
+        std::latch start(writers);
+        std::vector<std::thread> threads;
+        for (int writer = 0; writer < writers; ++writer) {
+            threads.emplace_back([&disk, &start, key = keyOf(writer, round)] {
+                JsonPreferences store(fileIn(disk));
+                start.arrive_and_wait();
+                EXPECT_TRUE(store.setValue(key, true));
+            });
+        }
+        for (std::thread& thread : threads) {
+            thread.join();
+        }
+    }
+    for (int round = 0; round < rounds; ++round) {
+        for (int writer = 0; writer < writers; ++writer) {
+            const std::string key = keyOf(writer, round);
+            EXPECT_EQ(readAnew(disk, key), PreferenceValue(true)) << key;
+        }
+    }
+    EXPECT_EQ(readAnew(disk, "before"), PreferenceValue(true));
+    EXPECT_EQ(QDir(QFileInfo(fileIn(disk)).path()).entryList(QDir::Files | QDir::Hidden),
+              QStringList(QStringLiteral("preferences.json")));
+}
+
+TEST(JsonPreferences, WriterThatDiesInTheMiddleHoldsNobodyUp)
+{
+    const DiskTree disk;
+    JsonPreferences(fileIn(disk)).setValue("a", true);
+    const int status = inChildProcess([&disk] {
+        lockFolderOf(fileIn(disk));
+        kill(getpid(), SIGKILL);
+    });
+    ASSERT_TRUE(WIFSIGNALED(status));
+    // Would wait for ever behind a lock that outlives its process.
+    JsonPreferences store(fileIn(disk), std::chrono::milliseconds::max());
+    EXPECT_TRUE(store.setValue("b", true));
+    EXPECT_EQ(readAnew(disk, "a"), PreferenceValue(true));
+    EXPECT_EQ(readAnew(disk, "b"), PreferenceValue(true));
+}
+
+TEST(JsonPreferences, WriterThatHangsHoldsOthersUpForNoLongerThanTheirPatience)
+{
+    const DiskTree disk;
+    JsonPreferences store(fileIn(disk), std::chrono::milliseconds(0));
+    store.setValue("a", true);
+    const int hanging = lockFolderOf(fileIn(disk));
+    EXPECT_TRUE(store.setValue("b", true));
+    EXPECT_EQ(readAnew(disk, "b"), PreferenceValue(true));
+    close(hanging);
 }
 
 TEST(JsonPreferences, LinkToTheFileStaysALink)

@@ -6,6 +6,7 @@
 #include <QStringList>
 
 #include <algorithm>
+#include <atomic>
 #include <filesystem>
 #include <string>
 #include <utility>
@@ -15,6 +16,8 @@ namespace quorvane {
 namespace {
 
 using Outcome = Trash::Outcome;
+
+using Call = FaultyFileSystemCalls::Call;
 
 /// Takes things off the disk as a Trash does, without keeping them.
 Outcome takeAway(const FilePath& path)
@@ -219,6 +222,140 @@ TEST_F(AppStateStaging, TheMainThreadStaysFreeAndStagesOnMeanwhile)
         [this] { return !state().isTrashingStaged.value() && !state().isScanning.value(); }));
     EXPECT_TRUE(queue().empty()) << "the scan at the end empties it";
     EXPECT_TRUE(std::filesystem::exists(disk.path("c").bytes()));
+}
+
+/// A batch that waits in front of its first item, and a scan that was asked for meanwhile and waits
+/// in front of the folder "deep", with what lies beside that folder listed already.
+class ScanDuringABatch : public AppStateStaging
+{
+protected:
+    void stageAndSend(std::string_view path)
+    {
+        state().toggleStaged(node(path));
+        platform.trash.answer = [this](const FilePath& entry) {
+            trashGate.pass();
+            return takeAway(entry);
+        };
+        state().sendStagedToTrash();
+        trashGate.awaitVisitor();
+    }
+
+    void startScanAndHold(const FilePath& folder)
+    {
+        calls.before(Call::openDirectory, [this](int, std::string_view opened) {
+            if (FilePath(std::string(opened)).lastComponent() == "deep") {
+                ++timesOpened;
+                scanGate.pass();
+            }
+        });
+        state().startScan(folder);
+        scanGate.awaitVisitor();
+    }
+
+    void endBatch()
+    {
+        trashGate.open();
+        ASSERT_TRUE(waitFor([this] { return !state().isTrashingStaged.value(); }));
+        ASSERT_TRUE(state().isScanning.value());
+    }
+
+    void endScan()
+    {
+        scanGate.open();
+        awaitScan();
+    }
+
+    Gate trashGate;
+    Gate scanGate;
+    std::atomic<int> timesOpened = 0;
+};
+
+TEST_F(ScanDuringABatch, StartsOverSoThatItShowsWhatTheBatchHasMoved)
+{
+    disk.file("big", 100);
+    disk.file("deep/kept", 3);
+    scan(disk.root());
+    stageAndSend("big");
+    startScanAndHold(disk.root());
+    endBatch();
+    endScan();
+    ASSERT_TRUE(state().hasScan());
+    EXPECT_EQ(state().rootNode.value()->fileCount(), 1);
+    EXPECT_EQ(state().rootNode.value()->scannedBytes(), 3);
+    EXPECT_EQ(state().progress.value()->filesScanned, 1);
+    EXPECT_EQ(state().errorMessage.value(), std::nullopt);
+    EXPECT_EQ(timesOpened, 2);
+    EXPECT_EQ(state().trashStatus.value(), QStringLiteral("Moved 1 item to Trash."));
+}
+
+TEST_F(ScanDuringABatch, OfAFolderAboveStartsOverThere)
+{
+    disk.file("a/big", 100);
+    disk.file("deep/kept", 3);
+    scan(disk.path("a"));
+    stageAndSend("big");
+    startScanAndHold(disk.root());
+    endBatch();
+    endScan();
+    ASSERT_TRUE(state().hasScan());
+    EXPECT_EQ(state().rootNode.value()->path(), disk.root());
+    EXPECT_EQ(state().rootNode.value()->scannedBytes(), 3);
+}
+
+TEST_F(ScanDuringABatch, OfAFolderThatTheBatchTakesAwayFails)
+{
+    disk.file("staged/deep/file", 100);
+    scan(disk.root());
+    stageAndSend("staged");
+    startScanAndHold(disk.path("staged"));
+    endBatch();
+    endScan();
+    EXPECT_FALSE(state().hasScan());
+    EXPECT_EQ(state().errorMessage.value(),
+              QLatin1String("Cannot access ") % disk.path("staged").displayText());
+}
+
+TEST_F(ScanDuringABatch, OfAFolderElsewhereIsLeftToItsEnd)
+{
+    disk.file("here/big", 100);
+    disk.file("there/deep/kept", 3);
+    scan(disk.path("here"));
+    stageAndSend("big");
+    startScanAndHold(disk.path("there"));
+    endBatch();
+    endScan();
+    EXPECT_EQ(timesOpened, 1);
+    EXPECT_EQ(state().rootNode.value()->path(), disk.path("there"));
+}
+
+TEST_F(ScanDuringABatch, DoesNotStartOverWhenItWasCancelledBefore)
+{
+    disk.file("big", 100);
+    disk.file("deep/kept", 3);
+    scan(disk.root());
+    stageAndSend("big");
+    startScanAndHold(disk.root());
+    state().cancelScan();
+    endBatch();
+    endScan();
+    EXPECT_FALSE(state().hasScan());
+    EXPECT_EQ(state().errorMessage.value(), std::nullopt);
+    EXPECT_EQ(timesOpened, 1);
+}
+
+TEST_F(ScanDuringABatch, DoesNotStartOverWhenItIsCancelledAfterTheBatch)
+{
+    disk.file("big", 100);
+    disk.file("deep/kept", 3);
+    scan(disk.root());
+    stageAndSend("big");
+    startScanAndHold(disk.root());
+    endBatch();
+    state().cancelScan();
+    endScan();
+    EXPECT_FALSE(state().hasScan());
+    EXPECT_EQ(state().errorMessage.value(), std::nullopt);
+    EXPECT_EQ(timesOpened, 1);
 }
 
 TEST_F(AppStateStaging, AStateThatGoesDuringABatchEndsItBehindTheItemUnderWay)

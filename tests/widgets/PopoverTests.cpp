@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "Popover.h"
 
+#include "Painting.h"
+#include "ShortenedName.h"
 #include "WidgetsFixture.h"
 
 #include <QAbstractButton>
@@ -76,6 +78,67 @@ TEST_F(Popovers, BannerStaysInsideANarrowArea)
     const QRect area(100, 80, 300, 300);
     banner.placeBelow(area);
     EXPECT_TRUE(area.contains(banner.geometry()));
+}
+
+TEST_F(Popovers, BannerMovesAsideFromWhatMustNotBeCovered)
+{
+    FlashBanner banner(
+        QStringLiteral("Staged."), [] {}, &m_window);
+    const QRect area(0, 80, 600, 300);
+    banner.placeBelow(area, QRect(320, 80, 280, 300));
+    EXPECT_EQ(banner.pos(), QPoint(336, 88));
+    EXPECT_EQ(banner.height(), 36);
+    banner.placeBelow(area, QRect(0, 80, 280, 300));
+    EXPECT_EQ(banner.geometry().right() + 1, 280 - 16);
+    banner.placeBelow(area, QRect(100, 80, 420, 300));
+    EXPECT_NEAR(banner.geometry().center().x(), 300, 1) << "nothing is in the way there";
+}
+
+TEST_F(Popovers, BannerTakesTwoLinesOfLikeLengthWhereItIsNarrow)
+{
+    const QString word = QStringLiteral("nine chars");
+    const QString text = QStringList(6, word).join(u' ');
+    FlashBanner banner(
+        text, [] {}, &m_window);
+    banner.show();
+    const int words = banner.sizeHint().width();
+    const QRect area(0, 80, words + 100, 300);
+    banner.placeBelow(area);
+    EXPECT_EQ(banner.size(), QSize(words, 36));
+    const QRect clear(50, 80, words * 3 / 4, 300);
+    banner.placeBelow(area, clear);
+    EXPECT_EQ(banner.height(), 36 + 18);
+    EXPECT_TRUE(clear.adjusted(16, 0, -16, 0).contains(banner.geometry()));
+    auto* const label = banner.findChild<ShortenedName*>();
+    ASSERT_NE(label, nullptr);
+    EXPECT_EQ(label->shownText(), text);
+    EXPECT_LT(label->width(), textWidth(TextStyle::row, text) * 2 / 3);
+    EXPECT_GE(label->y(), 8);
+    EXPECT_LE(label->geometry().bottom(), banner.height() - 8);
+}
+
+TEST_F(Popovers, BannerLosesTheMiddleOfWhatTwoLinesCannotHold)
+{
+    FlashBanner banner(
+        QStringLiteral("Kept ") % QString(400, u'x') % QStringLiteral(" for Trash."), [] {},
+        &m_window);
+    banner.show();
+    banner.placeBelow(QRect(0, 0, 600, 300), QRect(100, 0, 400, 300));
+    EXPECT_EQ(banner.geometry(), QRect(116, 8, 368, 36 + 18));
+    auto* const label = banner.findChild<ShortenedName*>();
+    ASSERT_NE(label, nullptr);
+    EXPECT_TRUE(label->shownText().startsWith(QStringLiteral("Kept x")));
+    EXPECT_TRUE(label->shownText().contains(u'…'));
+    EXPECT_TRUE(label->shownText().endsWith(QStringLiteral("x for Trash.")));
+}
+
+TEST_F(Popovers, BannerTakesNoNoticeOfAGapTooNarrowToReadIn)
+{
+    FlashBanner banner(
+        QStringLiteral("Staged."), [] {}, &m_window);
+    banner.placeBelow(QRect(0, 80, 600, 300), QRect(500, 80, 100, 300));
+    EXPECT_NEAR(banner.geometry().center().x(), 300, 1);
+    EXPECT_EQ(banner.height(), 36);
 }
 
 TEST_F(Popovers, BannerCallsBackWhenDismissed)

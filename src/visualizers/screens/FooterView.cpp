@@ -3,13 +3,14 @@
 
 #include "AppState.h"
 #include "Label.h"
+#include "Painting.h"
 #include "SegmentedPicker.h"
 #include "SizeMode.h"
 #include "Theme.h"
 #include "Tokens.h"
 
-#include <QHBoxLayout>
 #include <QPainter>
+#include <QStringList>
 
 #include <algorithm>
 #include <cstddef>
@@ -18,13 +19,75 @@ namespace quorvane {
 namespace {
 
 constexpr int pickerWidth = 240;
+constexpr int leftMargin = spacing::m;
+constexpr int rightMargin = spacing::l;
+constexpr int hintLines = 2;
+constexpr int hintGap = 6; ///< between the picker and the hint below it
+constexpr int bottomMargin = 10;
 
 } // namespace
+
+/// Phrases with dots between them, on one line or broken between two phrases.
+class FooterHint final : public Label
+{
+public:
+    FooterHint(const QString& text, QWidget* parent)
+        : Label(text, TextStyle::caption, ThemeColor::text3, parent)
+    {
+        const QStringList phrases = text.split(separator());
+        const qsizetype half = (phrases.size() + 1) / 2;
+        m_halves = {phrases.first(half).join(separator()), phrases.sliced(half).join(separator())};
+    }
+
+    int widthOf(int lines) const
+    {
+        return lines == 1 ? textWidth(textStyle(), text())
+                          : std::max(textWidth(textStyle(), m_halves.first()),
+                                     textWidth(textStyle(), m_halves.last()));
+    }
+
+    void setLines(int lines, Qt::Alignment alignment)
+    {
+        m_isBroken = lines > 1;
+        setAlignment(alignment);
+        update();
+    }
+
+    QSize minimumSizeHint() const override
+    {
+        const int lines = m_isBroken ? hintLines : 1;
+        return {widthOf(lines), lines * typeMeasure(textStyle()).lineHeight};
+    }
+
+protected:
+    void paintEvent(QPaintEvent*) override
+    {
+        QPainter painter(this);
+        const QStringList lines = m_isBroken ? m_halves : QStringList(text());
+        const int lineHeight = typeMeasure(textStyle()).lineHeight;
+        int y = (height() - lineHeight * static_cast<int>(lines.size())) / 2;
+        for (const QString& line : lines) {
+            paintText(painter, QRect(0, y, width(), lineHeight),
+                      static_cast<int>(alignment() | Qt::AlignVCenter), textStyle(), currentColor(),
+                      line);
+            y += lineHeight;
+        }
+    }
+
+private:
+    static QString separator() { return QStringLiteral(" · "); }
+
+    QStringList m_halves;
+    bool m_isBroken = false;
+};
 
 FooterView::FooterView(AppState& state, QWidget* parent)
     : QWidget(parent)
     , m_state(state)
     , m_sizeBasis(new SegmentedPicker(tr("Size basis"), this))
+    , m_hint(new FooterHint(
+          tr("Hover to inspect · Click a folder to zoom · Right-click for actions · Esc zooms out"),
+          this))
 {
     setObjectName(QStringLiteral("footerView"));
     setFixedHeight(measure::footerHeight);
@@ -33,17 +96,7 @@ FooterView::FooterView(AppState& state, QWidget* parent)
     for (const SizeMode mode : allSizeModes) {
         m_sizeBasis->addSegment(title(mode));
     }
-    auto* const hint = new ElidedLabel(
-        tr("Hover to inspect · Click a folder to zoom · Right-click for actions · Esc zooms out"),
-        Qt::ElideRight, TextStyle::caption, ThemeColor::text3, this);
-    hint->setObjectName(QStringLiteral("footerHint"));
-    hint->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
-
-    auto* const row = new QHBoxLayout(this);
-    row->setContentsMargins(spacing::m, 1, spacing::l, 0);
-    row->setSpacing(spacing::l);
-    row->addWidget(m_sizeBasis);
-    row->addWidget(hint, 1);
+    m_hint->setObjectName(QStringLiteral("footerHint"));
 
     connect(m_sizeBasis, &SegmentedPicker::activated, this, [this](int index) {
         m_state.setSizeMode(allSizeModes[static_cast<std::size_t>(index)]);
@@ -57,6 +110,32 @@ void FooterView::showSizeMode()
     const auto* const mode =
         std::find(allSizeModes.begin(), allSizeModes.end(), m_state.sizeMode());
     m_sizeBasis->setCurrentIndex(static_cast<int>(mode - allSizeModes.begin()));
+}
+
+void FooterView::layOut()
+{
+    const int pickerHeight = m_sizeBasis->sizeHint().height();
+    const int pickerTop = (measure::footerHeight + 1 - pickerHeight) / 2;
+    m_sizeBasis->setGeometry(leftMargin, pickerTop, pickerWidth, pickerHeight);
+    const int lineHeight = typeMeasure(m_hint->textStyle()).lineHeight;
+    const int left = leftMargin + pickerWidth + spacing::l;
+    const int beside = width() - left - rightMargin;
+    if (beside >= m_hint->widthOf(hintLines)) {
+        m_hint->setLines(beside >= m_hint->widthOf(1) ? 1 : hintLines, Qt::AlignRight);
+        m_hint->setGeometry(left, 1, beside, measure::footerHeight - 1);
+        setFixedHeight(measure::footerHeight);
+        return;
+    }
+    m_hint->setLines(hintLines, Qt::AlignLeft);
+    m_hint->setGeometry(leftMargin, pickerTop + pickerHeight + hintGap,
+                        width() - leftMargin - rightMargin, hintLines * lineHeight);
+    setFixedHeight(m_hint->geometry().bottom() + 1 + bottomMargin);
+}
+
+void FooterView::resizeEvent(QResizeEvent* event)
+{
+    QWidget::resizeEvent(event);
+    layOut();
 }
 
 void FooterView::paintEvent(QPaintEvent*)

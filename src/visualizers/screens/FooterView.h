@@ -7,10 +7,12 @@
 namespace quorvane {
 
 class AppState;
+class FooterHint;
 class SegmentedPicker;
 
 /// The strip below the visualisers, 44 high: the size measure to choose, and what the pointer and
-/// the keys do. Main thread.
+/// the keys do. That hint takes two lines where it does not fit on one, and goes below the choice
+/// where there is no room beside it. Main thread.
 class FooterView : public QWidget
 {
     Q_OBJECT
@@ -20,12 +22,15 @@ public:
 
 protected:
     void paintEvent(QPaintEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
 
 private:
     void showSizeMode();
+    void layOut();
 
     AppState& m_state;
     SegmentedPicker* m_sizeBasis;
+    FooterHint* m_hint;
     QPropertyNotifier m_sizeModeChanged;
 };
 

@@ -2,7 +2,7 @@
 #include "NodeListView.h"
 
 #include "AppState.h"
-#include "NodeContextMenu.h"
+#include "NodeContextMenuModifier.h"
 #include "NodeListModel.h"
 
 #include <QContextMenuEvent>
@@ -68,7 +68,7 @@ void NodeListView::contextMenuEvent(QContextMenuEvent* event)
     const QModelIndex index = isByKey ? currentIndex() : indexAt(event->pos());
     const QPoint place =
         isByKey ? viewport()->mapToGlobal(visualRect(index).center()) : event->globalPos();
-    popUpNodeContextMenu(m_state, m_model.node(index), *this, place);
+    NodeContextMenuModifier{m_state, m_model.node(index)}.popUp(*this, place);
 }
 
 } // namespace quorvane

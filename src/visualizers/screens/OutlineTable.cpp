@@ -2,9 +2,10 @@
 #include "OutlineTable.h"
 
 #include "AppState.h"
-#include "NodeContextMenu.h"
+#include "NodeContextMenuModifier.h"
 #include "OutlineModel.h"
 #include "Painting.h"
+#include "Tokens.h"
 
 #include <QContextMenuEvent>
 #include <QKeyEvent>
@@ -20,6 +21,7 @@ OutlineTable::OutlineTable(AppState& state, OutlineModel& model, QWidget* parent
 {
     setModel(&model);
     setFrameShape(QFrame::NoFrame);
+    setCornerRadius(radius::surface - 1); // the card's, inside its edge
     setMouseTracking(true);
     // While rows slide open or shut the view ignores clicks.
     setAnimated(false);
@@ -72,7 +74,7 @@ void OutlineTable::contextMenuEvent(QContextMenuEvent* event)
     const QModelIndex index = isByKey ? currentIndex() : indexAt(event->pos());
     const QPoint place =
         isByKey ? viewport()->mapToGlobal(visualRect(index).center()) : event->globalPos();
-    popUpNodeContextMenu(m_state, m_outline.sharedNode(index), *this, place);
+    NodeContextMenuModifier{m_state, m_outline.sharedNode(index)}.popUp(*this, place);
 }
 
 void OutlineTable::paintEvent(QPaintEvent* event)

@@ -3,7 +3,7 @@
 
 #include "HoverTooltip.h"
 #include "LayoutSpinner.h"
-#include "NodeContextMenu.h"
+#include "NodeContextMenuModifier.h"
 #include "Tokens.h"
 
 #include <QAccessible>
@@ -250,7 +250,7 @@ void VisualizerCanvas::contextMenuEvent(QContextMenuEvent* event)
         isByKey ? m_hoveredItem : scene()->itemAt(QPointF(event->pos()));
     const QPoint place = isByKey && item ? mapToGlobal(scene()->boundsOf(*item).center().toPoint())
                                          : event->globalPos();
-    popUpNodeContextMenu(m_state, nodeOf(item), *this, place);
+    NodeContextMenuModifier{m_state, nodeOf(item)}.popUp(*this, place);
 }
 
 } // namespace quorvane

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "NodeContextMenu.h"
+#include "NodeContextMenuModifier.h"
 
 #include "AppState.h"
 #include "Menu.h"
@@ -36,8 +36,7 @@ void connectEntry(const QAction& entry, Menu& menu, AppState& state, const NodeP
 
 } // namespace
 
-void popUpNodeContextMenu(AppState& state, const NodePointer& node, QWidget& owner,
-                          const QPoint& globalPosition)
+void NodeContextMenuModifier::popUp(QWidget& owner, const QPoint& globalPosition) const
 {
     if (!node) {
         return;
@@ -53,17 +52,17 @@ void popUpNodeContextMenu(AppState& state, const NodePointer& node, QWidget& own
     stage->setObjectName(QStringLiteral("stageAction"));
     stage->setEnabled(!root || node->id() != root->id());
     connectEntry(*stage, *menu, state, node,
-                 [&state](const NodePointer& shown) { state.toggleStaged(shown); });
+                 [&model = state](const NodePointer& shown) { model.toggleStaged(shown); });
     QAction* const reveal =
         menu->addItem(QStringLiteral("folder"), QStringLiteral("Reveal in Finder"));
     reveal->setObjectName(QStringLiteral("revealAction"));
     connectEntry(*reveal, *menu, state, node,
-                 [&state](const NodePointer& shown) { state.revealInFinder(*shown); });
+                 [&model = state](const NodePointer& shown) { model.revealInFinder(*shown); });
     QAction* const open =
         menu->addItem(QStringLiteral("arrowshape.turn.up.right"), QStringLiteral("Open"));
     open->setObjectName(QStringLiteral("openAction"));
     connectEntry(*open, *menu, state, node,
-                 [&state](const NodePointer& shown) { state.openInApp(*shown); });
+                 [&model = state](const NodePointer& shown) { model.openInApp(*shown); });
     menu->popup(globalPosition);
 }
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "NodeContextMenu.h"
+#include "NodeContextMenuModifier.h"
 
 #include "CanvasFixture.h"
 #include "Menu.h"
@@ -13,12 +13,12 @@
 namespace quorvane {
 namespace {
 
-class NodeContextMenuTests : public CanvasFixture
+class NodeContextMenuModifierTests : public CanvasFixture
 {
 protected:
-    NodeContextMenuTests() { showTree("folder/\n  file 100\n"); }
+    NodeContextMenuModifierTests() { showTree("folder/\n  file 100\n"); }
 
-    ~NodeContextMenuTests() override
+    ~NodeContextMenuModifierTests() override
     {
         if (m_menu) {
             m_menu->close();
@@ -27,7 +27,7 @@ protected:
 
     void popUp(const NodePointer& node)
     {
-        popUpNodeContextMenu(m_state, node, m_owner, QPoint(10, 10));
+        NodeContextMenuModifier{m_state, node}.popUp(m_owner, QPoint(10, 10));
         m_menu = m_owner.findChild<Menu*>(QStringLiteral("nodeContextMenu"));
     }
 
@@ -51,7 +51,7 @@ protected:
     QPointer<Menu> m_menu;
 };
 
-TEST_F(NodeContextMenuTests, HasThreeEntriesInOrder)
+TEST_F(NodeContextMenuModifierTests, HasThreeEntriesInOrder)
 {
     popUp(node("folder/file"));
     ASSERT_NE(m_menu, nullptr);
@@ -63,7 +63,7 @@ TEST_F(NodeContextMenuTests, HasThreeEntriesInOrder)
                                   QStringLiteral("Reveal in Finder"), QStringLiteral("Open")}));
 }
 
-TEST_F(NodeContextMenuTests, ActsOnItsNode)
+TEST_F(NodeContextMenuModifierTests, ActsOnItsNode)
 {
     popUp(node("folder/file"));
     triggerAll();
@@ -72,7 +72,7 @@ TEST_F(NodeContextMenuTests, ActsOnItsNode)
     EXPECT_EQ(m_platform.workspace.opened, std::vector{FilePath("/scan/folder/file")});
 }
 
-TEST_F(NodeContextMenuTests, OffersToUnstageWhatIsStaged)
+TEST_F(NodeContextMenuModifierTests, OffersToUnstageWhatIsStaged)
 {
     m_state.toggleStaged(node("folder/file"));
     popUp(node("folder/file"));
@@ -81,7 +81,7 @@ TEST_F(NodeContextMenuTests, OffersToUnstageWhatIsStaged)
     EXPECT_TRUE(m_state.stagedNodes.value().empty());
 }
 
-TEST_F(NodeContextMenuTests, EntriesHaveTheirSymbols)
+TEST_F(NodeContextMenuModifierTests, EntriesHaveTheirSymbols)
 {
     const auto shows = [this](const char* name, const char* symbol) {
         return entry(name).icon().pixmap(16).toImage() ==
@@ -99,7 +99,7 @@ TEST_F(NodeContextMenuTests, EntriesHaveTheirSymbols)
     EXPECT_TRUE(shows("stageAction", "arrow.uturn.backward"));
 }
 
-TEST_F(NodeContextMenuTests, TheScanRootCannotBeStaged)
+TEST_F(NodeContextMenuModifierTests, TheScanRootCannotBeStaged)
 {
     popUp(m_tree->rootPointer());
     EXPECT_FALSE(entry("stageAction").isEnabled());
@@ -107,13 +107,13 @@ TEST_F(NodeContextMenuTests, TheScanRootCannotBeStaged)
     EXPECT_TRUE(entry("openAction").isEnabled());
 }
 
-TEST_F(NodeContextMenuTests, WithoutANodeThereIsNoMenu)
+TEST_F(NodeContextMenuModifierTests, WithoutANodeThereIsNoMenu)
 {
     popUp(nullptr);
     EXPECT_EQ(m_menu, nullptr);
 }
 
-TEST_F(NodeContextMenuTests, LeftOpenAcrossAScanItTouchesNeitherTree)
+TEST_F(NodeContextMenuModifierTests, LeftOpenAcrossAScanItTouchesNeitherTree)
 {
     popUp(node("folder/file"));
     const std::shared_ptr<FileTree> kept = m_tree;
@@ -124,7 +124,7 @@ TEST_F(NodeContextMenuTests, LeftOpenAcrossAScanItTouchesNeitherTree)
     EXPECT_FALSE(test::nodeAt(kept->root(), "folder/file").isStagedForTrash());
 }
 
-TEST_F(NodeContextMenuTests, LeftOpenWhileAScanRunsItDoesNothing)
+TEST_F(NodeContextMenuModifierTests, LeftOpenWhileAScanRunsItDoesNothing)
 {
     popUp(node("folder/file"));
     m_state.rootNode = nullptr;
@@ -132,7 +132,7 @@ TEST_F(NodeContextMenuTests, LeftOpenWhileAScanRunsItDoesNothing)
     expectNothingDone();
 }
 
-TEST_F(NodeContextMenuTests, KeepsNoOldTreeAlive)
+TEST_F(NodeContextMenuModifierTests, KeepsNoOldTreeAlive)
 {
     popUp(node("folder/file"));
     const std::weak_ptr<FileTree> old = m_tree;

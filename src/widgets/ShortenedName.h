@@ -16,6 +16,8 @@ public:
 
     /// What shows at the present width.
     QString shownText() const;
+    /// Whether the whole name shows at the width.
+    bool fits(int width) const;
 
     QSize sizeHint() const override;
     int heightForWidth(int width) const override;

@@ -61,6 +61,11 @@ int ShortenedName::linesOf(const QString& text, qreal width) const
     return layOutLines(layout, width, typeMeasure(textStyle()).lineHeight);
 }
 
+bool ShortenedName::fits(int width) const
+{
+    return linesOf(inOneParagraph(text()), width) <= m_mostLines;
+}
+
 QString ShortenedName::shownText() const
 {
     QString whole = inOneParagraph(text());
