@@ -81,6 +81,27 @@ QImage shadowImage(const QSizeF& size, qreal blur, const QColor& color, qreal ra
     return image;
 }
 
+/// A text that no screen has room for, without what is elided anyway: a path may be longer than a
+/// book, and its letters are measured one by one.
+QString withoutFarMiddle(const QString& text, Qt::TextElideMode elide)
+{
+    constexpr qsizetype end = 1024;
+    if (text.size() <= 2 * end) {
+        return text;
+    }
+    switch (elide) {
+    case Qt::ElideRight:
+        return text.left(2 * end);
+    case Qt::ElideLeft:
+        return text.right(2 * end);
+    case Qt::ElideMiddle:
+        return text.left(end) + text.right(end);
+    case Qt::ElideNone:
+        break;
+    }
+    return text;
+}
+
 } // namespace
 
 void paintWindowGround(QPainter& painter, const QRectF& window, const QColor& wash)
@@ -189,7 +210,8 @@ void paintText(QPainter& painter, const QRectF& rect, int alignment, TextStyle s
     painter.setPen(color);
     QString shown = text;
     if (elide != Qt::ElideNone) {
-        shown = QFontMetricsF(painter.font()).elidedText(text, elide, rect.width() + 0.5);
+        shown = QFontMetricsF(painter.font())
+                    .elidedText(withoutFarMiddle(text, elide), elide, rect.width() + 0.5);
     }
     painter.drawText(rect, alignment | Qt::TextSingleLine | Qt::TextDontClip, shown);
     painter.restore();
