@@ -28,7 +28,7 @@ namespace quorvane::DuplicateFinder {
 /// to 84 for each of windowFiles files, or of twice as many of one size, or 12 for each of still
 /// more of one size. 65536 for each worker, and for large files what HeadStates takes. At the end
 /// 16 for each group. A million files thus take 25 million bytes if they are of one size, and at
-/// most 37 million whatever they are.
+/// most 38 million whatever they are.
 class DuplicateSearch
 {
 public:

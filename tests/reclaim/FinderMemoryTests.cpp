@@ -2,6 +2,7 @@
 #include "CountedMemory.h"
 #include "DuplicateFinder.h"
 #include "FileContentCalls.h"
+#include "HeadStates.h"
 #include "SizeCounters.h"
 #include "TreeText.h"
 
@@ -237,6 +238,30 @@ TEST_F(FinderMemory, AChainOfFoldersTakesNoRoomForEach)
     EXPECT_EQ(taken.found, 0U);
     // The counters of sizes are a mebibyte.
     EXPECT_LT(taken.mostReading - mebibyte, 16 * 1024);
+}
+
+TEST_F(FinderMemory, HeadsOfLargeFilesTakeABoundedRoom)
+{
+    const std::int64_t before = CountedMemory::now();
+    DuplicateFinder::HeadStates heads;
+    Sha256 hash;
+    const auto digestOf = [](std::uint32_t number) {
+        DuplicateFinder::Digest digest = {};
+        std::memcpy(digest.data(), &number, sizeof number);
+        return digest;
+    };
+    for (std::uint32_t i = 0; i < 3 * DuplicateFinder::HeadStates::mostKept; ++i) {
+        hash.start();
+        heads.keep(digestOf(i), hash.state());
+    }
+    EXPECT_NE(heads.find(digestOf(0)), nullptr);
+    EXPECT_EQ(heads.find(digestOf(DuplicateFinder::HeadStates::mostKept)), nullptr);
+    const std::int64_t taken = CountedMemory::now() - before;
+    std::printf("heads %.1f MiB\n", static_cast<double>(taken) / mebibyte);
+    // Below the room that a million files of the worst kind leave.
+    EXPECT_LT(taken, 5 * mebibyte);
+    heads.forget();
+    EXPECT_LT(CountedMemory::now() - before, mebibyte / 4);
 }
 
 TEST(SizeCounters, TellSizesThatCameTwice)
