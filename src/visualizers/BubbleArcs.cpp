@@ -27,13 +27,18 @@ void appendWrapped(double start, double end, std::vector<ArcSpan>& arcs)
     }
 }
 
-/// The angle at the origin between the circle's centre and its points at a distance s: by the
-/// half-angle formula, which stays exact where the angle is small.
-double halfSpan(double distance, double radius, double s)
+/// For the angle at the origin between the circle's centre and its points at a distance s, the
+/// square of the sine of its half: it stays exact where the angle is small.
+double squaredHalfSine(double distance, double radius, double s)
 {
     const double across = std::abs(distance - s);
     const double squared = (radius - across) * (radius + across) / (4 * distance * s);
-    return 2 * std::asin(std::sqrt(std::clamp(squared, 0.0, 1.0)));
+    return std::clamp(squared, 0.0, 1.0);
+}
+
+double angleOf(double squaredHalfSine)
+{
+    return 2 * std::asin(std::sqrt(squaredHalfSine));
 }
 
 } // namespace
@@ -54,17 +59,18 @@ void appendVisibleArcs(const PolarCircle& circle, double nearest, double farthes
         arcs.push_back({-pi, pi});
         return;
     }
-    double widest = std::max(halfSpan(distance, outer, from), halfSpan(distance, outer, to));
+    double widest =
+        std::max(squaredHalfSine(distance, outer, from), squaredHalfSine(distance, outer, to));
     if (distance > outer) {
         const double tangent = std::sqrt((distance - outer) * (distance + outer));
         if (tangent > from && tangent < to) {
-            widest = halfSpan(distance, outer, tangent);
+            widest = squaredHalfSine(distance, outer, tangent);
         }
     }
     const double narrowest =
-        std::min(halfSpan(distance, inner, from), halfSpan(distance, inner, to));
-    const double low = std::max(narrowest - angleSlack, 0.0);
-    const double high = widest + angleSlack;
+        std::min(squaredHalfSine(distance, inner, from), squaredHalfSine(distance, inner, to));
+    const double low = std::max(angleOf(narrowest) - angleSlack, 0.0);
+    const double high = angleOf(widest) + angleSlack;
     if (low <= angleSlack) {
         appendWrapped(circle.angle - high, circle.angle + high, arcs);
     } else {
@@ -80,17 +86,27 @@ bool crossesWholeRing(const PolarCircle& circle, double nearest, double farthest
            farthest < circle.distance + circle.radius - circle.slack;
 }
 
-ArcEnds arcAcrossRing(const PolarCircle& circle, double nearest, double farthest, double side)
+std::array<ArcEnds, 2> arcsAcrossRing(const PolarCircle& circle, const Point& center,
+                                      double nearest, double farthest)
 {
-    const auto pointAt = [&](double distance) {
-        const double angle =
-            circle.angle + side * halfSpan(circle.distance, circle.radius, distance);
-        return Point{distance * std::cos(angle), distance * std::sin(angle)};
+    const auto placesAt = [&](double distance, double squared) {
+        // The centre's direction, turned by the angle to either side.
+        const double scale = distance / circle.distance;
+        const double cosine = scale * (1 - 2 * squared);
+        const double sine = scale * 2 * std::sqrt(squared * (1 - squared));
+        return std::array{
+            Point{center.x * cosine + center.y * sine, center.y * cosine - center.x * sine},
+            Point{center.x * cosine - center.y * sine, center.y * cosine + center.x * sine}};
     };
-    return {pointAt(nearest), pointAt(farthest)};
+    const double squared = squaredHalfSine(circle.distance, circle.radius, nearest);
+    const auto near = placesAt(nearest, squared);
+    const auto far = placesAt(farthest, squaredHalfSine(circle.distance, circle.radius, farthest));
+    const double angle = angleOf(squared);
+    return {ArcEnds{near[0], far[0], circle.angle - angle},
+            ArcEnds{near[1], far[1], circle.angle + angle}};
 }
 
-bool arcCanMeet(const Disc& circle, const ArcEnds& arc, const Disc& other, double slack)
+ArcPlace placeOfArc(const Disc& circle, const ArcEnds& arc, const Disc& other, double slack)
 {
     // Along a circle the square of the distance from a point is a cosine, whose extremes lie in the
     // direction of that point and opposite to it: between two places it stays on their side of a
@@ -113,11 +129,22 @@ bool arcCanMeet(const Disc& circle, const ArcEnds& arc, const Disc& other, doubl
         const double distance = std::sqrt(x * x + y * y);
         const double nearest = circle.radius - distance;
         const double farthest = circle.radius + distance;
-        lowest = std::min(lowest, nearest * nearest - line);
-        highest = std::max(highest, farthest * farthest - line);
+        const double nearTowards = near.x * x + near.y * y;
+        const double farTowards = far.x * x + far.y * y;
+        // An arc of less than half a turn whose ends lie on the side of the other centre, or on the
+        // far side, holds one of the two directions alone.
+        if (!(nearTowards < 0 && farTowards < 0)) {
+            lowest = std::min(lowest, nearest * nearest - line);
+        }
+        if (!(nearTowards > 0 && farTowards > 0)) {
+            highest = std::max(highest, farthest * farthest - line);
+        }
     }
     const double squareSlack = 4 * slack * (other.radius + slack);
-    return lowest <= squareSlack && highest >= -squareSlack;
+    if (lowest > squareSlack) {
+        return ArcPlace::outside;
+    }
+    return highest < -squareSlack ? ArcPlace::inside : ArcPlace::across;
 }
 
 bool isCircleCovered(const Disc& circle, std::span<const Disc> discs, std::vector<ArcSpan>& work)

@@ -3,6 +3,7 @@
 
 #include "Geometry.h"
 
+#include <array>
 #include <span>
 #include <vector>
 
@@ -41,16 +42,19 @@ struct ArcEnds
 {
     Point near;
     Point far;
+    double nearAngle = 0; ///< at which the origin sees the near one
 };
 
 /// Whether a circle crosses the whole ring, from edge to edge on each side of its centre.
 bool crossesWholeRing(const PolarCircle& circle, double nearest, double farthest);
-/// The ends of the arc of such a circle; the side is -1 for the smaller angles and 1 for the
-/// larger.
-ArcEnds arcAcrossRing(const PolarCircle& circle, double nearest, double farthest, double side);
-/// Whether another circle may come nearer than the slack to any point of the arc. May say yes too
-/// often, never no.
-bool arcCanMeet(const Disc& circle, const ArcEnds& arc, const Disc& other, double slack);
+/// The ends of the two arcs of such a circle, that at the smaller angles first.
+std::array<ArcEnds, 2> arcsAcrossRing(const PolarCircle& circle, const Point& center,
+                                      double nearest, double farthest);
+
+enum class ArcPlace { inside, outside, across };
+/// Where an arc of less than half a turn lies to another circle: across when any of its points may
+/// be nearer to that circle's line than the slack. May say across too often, never too seldom.
+ArcPlace placeOfArc(const Disc& circle, const ArcEnds& arc, const Disc& other, double slack);
 
 /// Whether open discs cover the whole line of a circle. Reuses the list for its work.
 bool isCircleCovered(const Disc& circle, std::span<const Disc> discs, std::vector<ArcSpan>& work);

@@ -4,6 +4,7 @@
 #include "Geometry.h"
 
 #include <array>
+#include <cstddef>
 #include <optional>
 #include <span>
 #include <vector>
@@ -26,6 +27,13 @@ struct PlacedCircle
 std::optional<std::array<Point, 2>> placesTouching(const PlacedCircle& a, const PlacedCircle& b,
                                                    double radius);
 
+/// What a search for places took.
+struct PackingWork
+{
+    std::size_t pairs = 0; ///< whose places were computed
+    std::size_t looks = 0; ///< at circles, and at two of them beside each other
+};
+
 /// Centres of circles that touch each other, the first on the origin, the second to its right.
 ///
 /// Every further circle goes to the place nearest the origin that touches two circles before it and
@@ -34,7 +42,9 @@ std::optional<std::array<Point, 2>> placesTouching(const PlacedCircle& a, const 
 /// positive and do not grow.
 ///
 /// The search leaves out pairs that cannot win, and only those. Polls `stop`, if given, once a
-/// circle; a stopped packing is empty. Any thread.
-std::vector<Point> packCircles(std::span<const double> radii, const LockedFlag* stop = nullptr);
+/// circle; a stopped packing is empty. Tells its work, if asked; a stopped one does not. Any
+/// thread.
+std::vector<Point> packCircles(std::span<const double> radii, const LockedFlag* stop = nullptr,
+                               PackingWork* work = nullptr);
 
 } // namespace quorvane

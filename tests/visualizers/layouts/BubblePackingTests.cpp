@@ -140,6 +140,68 @@ std::vector<Family> families()
     };
 }
 
+/// A few giants, and then so many smaller ones that all the giants' places are theirs.
+struct GiantFamily
+{
+    const char* name;
+    std::size_t giants;
+    double giant;
+    std::function<double(test::Dice&, std::size_t)> draw;
+
+    std::vector<double> radii(std::uint64_t seed, std::size_t count) const
+    {
+        test::Dice dice(seed);
+        std::vector<double> all(giants, giant);
+        while (all.size() < count) {
+            all.push_back(draw(dice, all.size()));
+        }
+        return radiiOf(all, 470);
+    }
+};
+
+/// Small circles that differ little all go to one place, one after the other, and nearly every two
+/// of them make places just beside it.
+std::vector<GiantFamily> giantFamilies()
+{
+    const auto between = [](double low, double high) {
+        return [low, high](test::Dice& dice, std::size_t) {
+            return low + (high - low) * dice.fraction();
+        };
+    };
+    return {
+        {"dust around one giant", 1, 1e12, between(1000, 2000)},
+        {"dust around two giants", 2, 1e12, between(1000, 2000)},
+        {"dust around twenty giants", 20, 1e12, between(1000, 2000)},
+        {"dust around four small giants", 4, 1e11, between(1e4, 2e4)},
+        {"grains around one giant", 1, 1e12, between(1e5, 1.5e5)},
+        {"grains of a fifth of a point", 1, 1e11, between(2000, 22000)},
+        {"grains of half a point", 1, 1e10, between(2000, 22000)},
+        {"pebbles around one giant", 1, 1e10, between(1.5e4, 2.5e4)},
+        {"dust of one size", 1, 1e12, between(4096, 4096)},
+        {"dust of one byte", 1, 1e9, between(1, 1)},
+        {"dust of three sizes", 1, 1e12,
+         [](test::Dice& dice, std::size_t) { return 4096 * std::floor(1 + 3 * dice.fraction()); }},
+        {"dust of twelve octaves", 1, 1e13,
+         [](test::Dice& dice, std::size_t) {
+             return std::floor(std::exp2(4 + 12 * dice.fraction()));
+         }},
+        {"dust that grows by bytes", 1, 1e13,
+         [](test::Dice&, std::size_t index) { return 1000.0 + static_cast<double>(index); }},
+        {"dust in a slow series", 1, 1e15,
+         [](test::Dice&, std::size_t index) {
+             return 1e6 * std::pow(0.9995, static_cast<double>(index));
+         }},
+        {"a series of hundredths", 0, 0,
+         [](test::Dice&, std::size_t index) {
+             return 1e15 * std::pow(0.99, static_cast<double>(index)) + 1;
+         }},
+        {"a series of tenths", 0, 0,
+         [](test::Dice&, std::size_t index) {
+             return std::floor(1e15 * std::pow(0.9, static_cast<double>(index))) + 1;
+         }},
+    };
+}
+
 TEST(BubblePacking, OneCircleStandsOnTheOrigin)
 {
     EXPECT_EQ(packCircles(std::vector<double>{7}), std::vector<Point>{Point{}});
@@ -200,6 +262,56 @@ TEST(BubblePacking, PrunedSearchAnswersAsThePlainOneForManyCircles)
     for (const Family& family : families()) {
         expectSameAsPlain(radiiOf(weights(77, 220, family.draw), family.container), family.name);
     }
+}
+
+TEST(BubblePacking, PrunedSearchAnswersAsThePlainOneAroundGiants)
+{
+    for (const GiantFamily& family : giantFamilies()) {
+        for (std::uint64_t seed = 1; seed <= 12; ++seed) {
+            const std::size_t count = 22 + seed * 7;
+            expectSameAsPlain(family.radii(seed, count),
+                              std::string(family.name) + ", seed " + std::to_string(seed));
+            if (::testing::Test::HasFatalFailure()) {
+                return;
+            }
+        }
+    }
+}
+
+TEST(BubblePacking, PrunedSearchAnswersAsThePlainOneInLongRowsOfDust)
+{
+    for (const GiantFamily& family : giantFamilies()) {
+        expectSameAsPlain(family.radii(5, 180), family.name);
+        if (::testing::Test::HasFatalFailure()) {
+            return;
+        }
+    }
+}
+
+/// The plain search computes the places of a third of the cube: 300 times the square here.
+TEST(BubblePacking, WorkGrowsWithTheSquareOfTheCircles)
+{
+    static constexpr std::size_t count = 900;
+    static constexpr std::size_t mostPerSquare = 16;
+    const auto expectLittleWork = [](const std::vector<double>& radii, const char* name) {
+        PackingWork work;
+        EXPECT_EQ(packCircles(radii, nullptr, &work).size(), count) << name;
+        EXPECT_LE(work.pairs + work.looks, mostPerSquare * count * count) << name;
+    };
+    for (const Family& family : families()) {
+        expectLittleWork(radiiOf(weights(9, count, family.draw), family.container), family.name);
+    }
+    for (const GiantFamily& family : giantFamilies()) {
+        expectLittleWork(family.radii(9, count), family.name);
+    }
+}
+
+TEST(BubblePacking, TellsItsWork)
+{
+    PackingWork work;
+    packCircles(std::vector<double>{5, 3, 2}, nullptr, &work);
+    EXPECT_GE(work.pairs, 1U);
+    EXPECT_GE(work.looks, 2U);
 }
 
 TEST(BubblePacking, StoppedPackingIsEmpty)
