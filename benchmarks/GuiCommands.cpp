@@ -2,6 +2,7 @@
 #include "Command.h"
 #include "OutlineCommand.h"
 #include "PaintCommand.h"
+#include "ReviewCommand.h"
 #include "WindowCommand.h"
 
 #include <array>
@@ -10,7 +11,7 @@ namespace quorvane {
 
 std::span<const Command> guiCommands()
 {
-    static const std::array commands{outlineCommand, paintCommand, windowCommand};
+    static const std::array commands{outlineCommand, paintCommand, reviewCommand, windowCommand};
     return commands;
 }
 

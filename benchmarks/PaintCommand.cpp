@@ -21,6 +21,7 @@
 #include <array>
 #include <chrono>
 #include <iostream>
+#include <optional>
 #include <vector>
 
 namespace quorvane {
@@ -29,8 +30,9 @@ namespace {
 constexpr int repaints = 7;
 constexpr int hovers = 200;
 constexpr double largestSide = 16'384;
-constexpr OptionRule options[] = {{"size", true}, {"mode", true}, {"focus", true},
-                                  {"hide", true}, {"dump", true}, {"kind", true}};
+constexpr std::int64_t largestScale = 4;
+constexpr OptionRule options[] = {{"size", true}, {"mode", true}, {"focus", true}, {"hide", true},
+                                  {"dump", true}, {"kind", true}, {"scale", true}};
 
 using MakeScene = ScenePointer (*)(const SceneRequest& request, const LockedFlag& stop);
 
@@ -83,11 +85,20 @@ void hover(QPainter& painter, const CanvasRendering& rendering, const QPointF& p
     }
 }
 
-std::string measuredLine(const SceneRequest& request, MakeScene make)
+/// Pixels for each point, 1 unless another is asked for; absent for what is no scale of a screen.
+std::optional<int> scaleOf(const Arguments& arguments)
+{
+    const std::optional<std::int64_t> scale =
+        integerFromText(arguments.value("scale").value_or("1"));
+    return scale && *scale >= 1 && *scale <= largestScale ? std::optional(static_cast<int>(*scale))
+                                                          : std::nullopt;
+}
+
+std::string measuredLine(const SceneRequest& request, MakeScene make, int scale)
 {
     const LockedFlag stop;
     const CanvasStyle style{font(TextStyle::caption), QApplication::palette().color(QPalette::Base),
-                            1};
+                            static_cast<qreal>(scale)};
     ScenePointer scene;
     const double layout = medianMilliseconds(repaints, [&] { scene = make(request, stop); });
     const CanvasRendering rendering = renderScene(scene, style, stop);
@@ -125,6 +136,10 @@ int runPaint(const Arguments& arguments)
     if (make == nullptr) {
         return complain("--kind needs treemap, sunburst, flame, bubbles or mindmap", exitUsage);
     }
+    const std::optional<int> scale = scaleOf(arguments);
+    if (!scale) {
+        return complain("--scale needs a number from 1 to 4", exitUsage);
+    }
     const auto isDrawable = [](double side) { return side >= 1 && side <= largestSide; };
     if (!isDrawable(canvas.size.width) || !isDrawable(canvas.size.height)) {
         return complain("--size needs sides from 1 to 16384 points", exitUsage);
@@ -145,7 +160,7 @@ int runPaint(const Arguments& arguments)
     request.size = QSizeF(canvas.size.width, canvas.size.height).toSize();
     request.sizeMode = canvas.mode;
     request.hidden = canvas.hidden;
-    std::cout << measuredLine(request, make);
+    std::cout << measuredLine(request, make, *scale);
     return exitSuccess;
 }
 
@@ -153,7 +168,8 @@ int runPaint(const Arguments& arguments)
 
 const Command paintCommand{
     "paint",
-    "(DIR | --dump FILE) [--kind KIND] [--size WxH] [--mode disk|logical] [--focus SUBPATH] "
+    "(DIR | --dump FILE) [--kind KIND] [--size WxH] [--scale N] [--mode disk|logical] [--focus "
+    "SUBPATH] "
     "[--hide KEY]...",
     "Paint a visualiser and tell the milliseconds of layout, full repaint and hover.", options,
     runPaint};

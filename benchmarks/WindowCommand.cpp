@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "WindowCommand.h"
 
+#include "BusyWatch.h"
 #include "FakePlatform.h"
 #include "JsonText.h"
 #include "MainWindow.h"
@@ -8,17 +9,10 @@
 #include "QuorvaneApp.h"
 #include "TreemapView.h"
 
-#include <QAbstractEventDispatcher>
 #include <QApplication>
-#include <QEventLoop>
-#include <QTimer>
 
-#include <time.h>
-
-#include <algorithm>
 #include <chrono>
 #include <cstdlib>
-#include <functional>
 #include <iostream>
 #include <string>
 
@@ -32,56 +26,6 @@ const Clock::time_point processStart = Clock::now();
 double millisecondsSince(Clock::time_point start)
 {
     return std::chrono::duration<double, std::milli>(Clock::now() - start).count();
-}
-
-/// Processor time of the calling thread.
-double threadMilliseconds()
-{
-    timespec time = {};
-    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
-    return static_cast<double>(time.tv_sec) * 1e3 + static_cast<double>(time.tv_nsec) / 1e6;
-}
-
-/// The most processor time that the main thread spends between two waits for events: what holds the
-/// window up on our account, however busy the machine is.
-class BusyWatch
-{
-public:
-    BusyWatch()
-    {
-        QObject::connect(QAbstractEventDispatcher::instance(),
-                         &QAbstractEventDispatcher::aboutToBlock, &m_context, [this] {
-                             const double now = threadMilliseconds();
-                             m_longest = std::max(m_longest, now - m_lastWait);
-                             m_lastWait = now;
-                         });
-    }
-
-    void restart()
-    {
-        m_longest = 0;
-        m_lastWait = threadMilliseconds();
-    }
-    double longestMilliseconds() const { return m_longest; }
-
-private:
-    QObject m_context;
-    double m_lastWait = threadMilliseconds();
-    double m_longest = 0;
-};
-
-/// Runs the event loop until the condition holds, looked at every two milliseconds.
-void runUntil(const std::function<bool()>& condition)
-{
-    QEventLoop loop;
-    QTimer poll;
-    QObject::connect(&poll, &QTimer::timeout, &loop, [&] {
-        if (condition()) {
-            loop.quit();
-        }
-    });
-    poll.start(2);
-    loop.exec();
 }
 
 /// Whether the scan has ended, well or not, and its treemap is on show.

@@ -5,6 +5,11 @@
 #include <utility>
 
 namespace quorvane {
+namespace {
+
+thread_local bool isUtilityThread = false;
+
+} // namespace
 
 TaskPool::TaskPool(Yielder lowerThisThread)
     : m_lowerThisThread(std::move(lowerThisThread))
@@ -20,6 +25,10 @@ TaskPool::~TaskPool()
 
 void TaskPool::run(JobPriority priority, std::function<void()> work)
 {
+    if (isUtilityThread) {
+        // A new thread inherits the priority of the one that makes it, and cannot get it back.
+        priority = JobPriority::utility;
+    }
     const std::lock_guard guard(m_lock);
     if (m_closing) {
         return;
@@ -60,8 +69,11 @@ void TaskPool::close()
 
 void TaskPool::serve(JobPriority priority)
 {
-    if (priority == JobPriority::utility && m_lowerThisThread) {
-        m_lowerThisThread();
+    if (priority == JobPriority::utility) {
+        isUtilityThread = true;
+        if (m_lowerThisThread) {
+            m_lowerThisThread();
+        }
     }
     std::unique_lock guard(m_lock);
     Lane& own = lane(priority);

@@ -34,7 +34,8 @@ public:
     /// Waits for every job that was taken up; drops those that were not. Not on a pool thread.
     ~TaskPool();
 
-    /// Returns at once. After drain() or during destruction the work is dropped.
+    /// Returns at once. After drain() or during destruction the work is dropped. What utility work
+    /// starts is utility work, too.
     void run(JobPriority priority, std::function<void()> work);
 
     /// Takes no more work, drops what is waiting, and waits until every running job has ended, at

@@ -39,9 +39,24 @@ public:
 
     /// Tells the page cache that a range is about to be read. A hint without an answer.
     virtual void willRead(int file, std::int64_t position, std::int64_t bytes) = 0;
+    /// Tells the page cache that no more of the file is read than what is asked for or told by
+    /// willRead(): it is not to read on in advance. A hint without an answer.
+    virtual void willReadParts(int /*file*/) {}
     /// Tells the page cache that the file is read once from start to end. What others have in the
     /// cache stays there. A hint without an answer.
     virtual void willReadOnce(int file) = 0;
+
+    /// Which pieces of a file have anything in the page cache: bit i stands for the bytes from
+    /// position + i × pieceBytes on, of which there are pieceBytes or what is left of `bytes`. At
+    /// most 64 pieces. Where the system does not tell, all of them. Reads nothing.
+    virtual std::uint64_t cachedPieces(int /*file*/, std::int64_t /*position*/,
+                                       std::int64_t /*bytes*/, std::int64_t /*pieceBytes*/)
+    {
+        return ~std::uint64_t{0};
+    }
+    /// Tells the page cache that nobody needs these bytes any more, whoever had them read. A hint
+    /// without an answer.
+    virtual void isDoneWith(int /*file*/, std::int64_t /*position*/, std::int64_t /*bytes*/) {}
 
     /// The system's own calls; lives as long as the process.
     static FileContentCalls& system();

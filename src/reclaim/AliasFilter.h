@@ -1,16 +1,15 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "DuplicateBuckets.h"
+#include "Candidate.h"
 #include "FileContentCalls.h"
 #include "FileSystemCalls.h"
 
 #include <cstddef>
 #include <cstdint>
 #include <map>
-#include <set>
+#include <optional>
 #include <span>
-#include <string>
 #include <utility>
 
 namespace quorvane::DuplicateFinder {
@@ -30,19 +29,43 @@ public:
 
     /// Takes files of one bucket with their hints, place by place. Of each file there stay as many
     /// names as it has on its disk, each of them once; the others are dropped. Files are opened
-    /// only where hints are equal. Takes 8 bytes for each of 65536 files beyond what it keeps of
-    /// those with equal hints.
+    /// only where hints are equal. Takes 8 bytes for each of 65536 files, or of those of one hint
+    /// if they are more.
     void dropAliases(std::span<Candidate> files, std::span<const std::uint32_t> hints) const;
 
 private:
     using Identity = std::pair<std::uint64_t, std::uint64_t>; ///< device and inode
-    struct Seen
+    struct Names
     {
-        std::map<Identity, std::uint64_t> names;            ///< kept of each file
-        std::set<std::pair<Identity, std::string>> entries; ///< folder and name of what was kept
+        std::uint64_t found = 0; ///< that are different, as far as is known
+        std::uint64_t links = 0; ///< that the file has
+    };
+    using NamesOfFiles = std::map<Identity, Names>;
+    /// A file of the bucket. Its key is its hint, later that of its entry.
+    struct KeyedPlace
+    {
+        std::uint32_t key;
+        std::uint32_t place;
+
+        friend bool operator<(const KeyedPlace& a, const KeyedPlace& b)
+        {
+            return a.key != b.key ? a.key < b.key : a.place < b.place;
+        }
+    };
+    /// What a name stands for: the file and the folder in which it has it.
+    struct Entry
+    {
+        Identity file;
+        Identity folder;
+        std::uint64_t links;
     };
 
-    bool isAlias(const FileNode& file, Seen& seen) const;
+    void dropAmong(std::span<KeyedPlace> alike, std::span<Candidate> files) const;
+    void dropRepeated(std::span<const KeyedPlace> sorted, std::span<Candidate> files,
+                      NamesOfFiles& names) const;
+    void dropBeyond(std::span<const KeyedPlace> sorted, std::span<Candidate> files,
+                    NamesOfFiles& names) const;
+    std::optional<Entry> entryOf(const FileNode& file) const;
 
     FileSystemCalls& m_fileSystem;
     FileContentCalls& m_contents;

@@ -112,6 +112,7 @@ struct Options
     FileSystemCalls* fileSystem = nullptr; ///< absent: the system's own
     FileContentCalls* contents = nullptr;  ///< absent: the system's own
     std::function<double()> clock = {};    ///< seconds, any thread; absent: the steady clock
+    std::size_t windowFiles = 0;           ///< files whose digests are kept at once; 0: 65536
     std::function<void(const PassReport&)> onPassEnd = {}; ///< on the calling thread
 };
 

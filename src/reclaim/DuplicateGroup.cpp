@@ -4,8 +4,9 @@
 #include "GroupTexts.h"
 
 #include <algorithm>
+#include <functional>
+#include <iterator>
 #include <memory>
-#include <unordered_set>
 #include <utility>
 
 namespace quorvane::DuplicateFinder {
@@ -58,14 +59,25 @@ std::int64_t Group::reclaimable(std::int64_t bytes, std::size_t count)
 
 void Group::noteFolders(GroupTexts& texts)
 {
-    // In one tree a folder's path and its node stand for each other.
-    std::unordered_set<const FileNode*> folders;
+    // In one tree a folder's path and its node stand for each other. Files of one folder mostly
+    // come one after the other.
+    std::vector<const FileNode*> folders;
+    folders.reserve(m_files.size());
     for (const FileNode* file : m_files) {
-        if (folders.insert(file->parent()).second && folders.size() <= m_topFolders.size()) {
-            m_topFolders[folders.size() - 1] = texts.folder(*file);
+        const FileNode* const folder = file->parent();
+        if (!folders.empty() && folders.back() == folder) {
+            continue;
         }
+        const auto known = static_cast<std::size_t>(m_folderCount);
+        if (known < m_topFolders.size() &&
+            std::find(folders.begin(), folders.end(), folder) == folders.end()) {
+            m_topFolders[known] = texts.folder(*file);
+            ++m_folderCount;
+        }
+        folders.push_back(folder);
     }
-    m_folderCount = static_cast<std::int64_t>(folders.size());
+    std::sort(folders.begin(), folders.end(), std::less<>());
+    m_folderCount = std::distance(folders.begin(), std::unique(folders.begin(), folders.end()));
 }
 
 } // namespace quorvane::DuplicateFinder

@@ -2,9 +2,8 @@
 #include "DuplicateSearch.h"
 
 #include "AliasFilter.h"
-#include "CheckedMath.h"
+#include "CandidateWalk.h"
 #include "GroupTexts.h"
-#include "SizeCounters.h"
 
 #include <algorithm>
 #include <atomic>
@@ -19,8 +18,6 @@
 namespace quorvane::DuplicateFinder {
 namespace {
 
-constexpr double walkEnd = 0.06;
-constexpr std::int64_t walkStep = 2048; ///< nodes between two reports of the walk
 constexpr ProgressRange samplingRange{walkEnd, 0.34, 0.4, 64};
 constexpr ProgressRange verifyingRange{0.4, 0.6, std::numeric_limits<double>::infinity(), 16};
 
@@ -47,28 +44,25 @@ std::size_t workerCount(int wanted)
     return std::max(count, 1U);
 }
 
-/// Visits a tree's nodes, the last of a folder's children first, until the visitor returns false.
-template<typename Visitor>
-bool visitNodes(FileNode& root, const Visitor& visit)
+/// A file that waits for another one with its head, as a table of heads keeps it: in one number.
+class Waiting
 {
-    // What stands for the children of a folder that are yet to come, last one first.
-    std::vector<std::span<FileNode>> stack{std::span<FileNode>(&root, 1)};
-    while (!stack.empty()) {
-        if (stack.back().empty()) {
-            stack.pop_back();
-            continue;
-        }
-        FileNode& node = stack.back().back();
-        stack.back() = stack.back().first(stack.back().size() - 1);
-        if (!visit(node)) {
-            return false;
-        }
-        if (node.isDirectory()) {
-            stack.push_back(node.children());
-        }
-    }
-    return true;
-}
+public:
+    explicit Waiting(std::uint32_t number)
+        : m_number(number)
+    {}
+    Waiting(std::uint32_t place, bool hasLeftHead)
+        : m_number(place << 1 | (hasLeftHead ? 1U : 0U))
+    {}
+
+    std::uint32_t number() const { return m_number; }
+    std::uint32_t place() const { return m_number >> 1; }
+    /// Its head is in the page cache only because it was looked at.
+    bool hasLeftHead() const { return (m_number & 1) != 0; }
+
+private:
+    std::uint32_t m_number;
+};
 
 } // namespace
 
@@ -84,6 +78,7 @@ DuplicateSearch::DuplicateSearch(const NodePointer& root, std::int64_t minimumBy
     , m_contents(options.contents != nullptr ? *options.contents : FileContentCalls::system())
     , m_clock(options.clock ? options.clock : steadySeconds)
     , m_workerProgress(progress, m_clock)
+    , m_windowFiles(options.windowFiles > 0 ? options.windowFiles : usualWindowFiles)
     , m_passStart(steadySeconds())
 {}
 
@@ -108,74 +103,12 @@ Groups DuplicateSearch::run()
 
 bool DuplicateSearch::walk()
 {
-    std::vector<SizedFile> files;
-    if (!collect(files) || m_isCancelled()) {
+    CandidateWalk walk(*m_root, m_minimumBytes, m_progress, m_isCancelled);
+    if (!walk.run(m_candidates)) {
         return false;
     }
-    m_progress(walkEnd);
-    keepEqualSizes(files);
-    report(Pass::walk, m_walked);
+    report(Pass::walk, walk.nodes());
     return true;
-}
-
-bool DuplicateSearch::collect(std::vector<SizedFile>& files)
-{
-    constexpr const char* place = "DuplicateFinder.find";
-    FileNode& root = *m_root;
-    const auto total = static_cast<double>(
-        std::max(checkedAdd(checkedAdd(root.fileCount(), root.directoryCount(), place), 1, place),
-                 std::int64_t{1}));
-    const auto isWanted = [this](const FileNode& node) {
-        return node.isRegularFile() && node.scannedBytes() >= m_minimumBytes;
-    };
-    SizeCounters sizes;
-    std::int64_t count = 0;
-    const bool isCounted = visitNodes(root, [&](FileNode& node) {
-        if (m_isCancelled()) {
-            return false;
-        }
-        if (isWanted(node)) {
-            sizes.add(node.scannedBytes());
-        }
-        if (++count % walkStep == 0) {
-            m_progress(static_cast<double>(count) * walkEnd / total);
-        }
-        return true;
-    });
-    if (!isCounted) {
-        return false;
-    }
-    m_walked = static_cast<std::size_t>(count);
-    // Once more, now that it is known for which files there has to be room.
-    files.reserve(sizes.shared());
-    count = 0;
-    return sizes.shared() == 0 || visitNodes(root, [&](FileNode& node) {
-               if (isWanted(node) && sizes.isShared(node.scannedBytes())) {
-                   files.push_back({node.scannedBytes(), &node});
-               }
-               return ++count % walkStep != 0 || !m_isCancelled();
-           });
-}
-
-void DuplicateSearch::keepEqualSizes(std::vector<SizedFile>& files)
-{
-    std::sort(files.begin(), files.end(), [](const SizedFile& a, const SizedFile& b) {
-        return a.bytes != b.bytes ? a.bytes > b.bytes : std::less<>()(a.file, b.file);
-    });
-    const auto hasTwin = [&](std::size_t i) {
-        return (i > 0 && files[i - 1].bytes == files[i].bytes) ||
-               (i + 1 < files.size() && files[i + 1].bytes == files[i].bytes);
-    };
-    std::size_t count = 0;
-    for (std::size_t i = 0; i < files.size(); ++i) {
-        count += hasTwin(i) ? 1 : 0;
-    }
-    m_candidates.reserve(count);
-    for (std::size_t i = 0; i < files.size(); ++i) {
-        if (hasTwin(i)) {
-            m_candidates.emplace_back(files[i].file);
-        }
-    }
 }
 
 bool DuplicateSearch::sample()
@@ -187,33 +120,22 @@ bool DuplicateSearch::sample()
             std::make_unique<FileDigester>(m_fileSystem, m_contents, unchangedBefore));
     }
     m_workerProgress.begin(samplingRange, m_candidates.size());
-    const auto sizeAt = [this](std::size_t place) {
-        return m_candidates[place].file()->scannedBytes();
-    };
-    const auto bucketAt = [&](std::size_t begin) {
-        const std::int64_t bytes = sizeAt(begin);
-        std::size_t end = begin + 1;
-        while (end < m_candidates.size() && sizeAt(end) == bytes) {
-            ++end;
-        }
-        return Bucket{end, {}};
-    };
-    const bool isDone = narrow(bucketAt, [this](Window& window) { sampleWindow(window); });
+    const bool isDone = narrow([this](Window& window) { sampleWindow(window); });
     report(Pass::sampling, m_workerProgress.done());
     return isDone;
 }
 
 bool DuplicateSearch::verify()
 {
-    Buckets sampled;
-    sampled.swap(m_buckets);
+    m_isVerifying = true;
     m_workerProgress.begin(verifyingRange, m_candidates.size());
-    const auto nextSampled = [&](std::size_t) {
-        const Bucket bucket = sampled.front();
-        sampled.pop_front();
-        return bucket;
-    };
-    const bool isDone = narrow(nextSampled, [this](Window& window) { verifyWindow(window); });
+    bool isDone = true;
+    // Once, but for what is left of buckets that were too large for whole digests.
+    for (m_round = 1; m_round == 1 || (isDone && m_isUnsettled); ++m_round) {
+        m_isUnsettled = false;
+        isDone = narrow([this](Window& window) { verifyWindow(window); });
+    }
+    m_headStates.forget();
     report(Pass::verifying, m_workerProgress.done());
     return isDone;
 }
@@ -228,9 +150,10 @@ Groups DuplicateSearch::build()
     groups.reserve(sorted.size());
     GroupTexts texts;
     for (const FoundGroup& found : sorted) {
+        const std::size_t end = bucketEnd(found.begin);
         std::vector<FileNode*> files;
-        files.reserve(found.end - found.begin);
-        for (std::size_t place = found.begin; place < found.end; ++place) {
+        files.reserve(end - found.begin);
+        for (std::size_t place = found.begin; place < end; ++place) {
             files.push_back(m_candidates[place].file());
         }
         const std::int64_t bytes = files.front()->scannedBytes();
@@ -245,12 +168,13 @@ std::vector<DuplicateSearch::FoundGroup> DuplicateSearch::sortedGroups()
 {
     // Before the groups are made, which are much larger than what sorts them.
     std::vector<FoundGroup> found;
-    found.reserve(m_buckets.size());
-    std::size_t begin = 0;
-    for (; !m_buckets.empty(); m_buckets.pop_front()) {
-        const std::size_t end = m_buckets.front().end;
+    found.reserve(static_cast<std::size_t>(
+        std::count_if(m_candidates.begin(), m_candidates.end(),
+                      [](const Candidate& candidate) { return candidate.endsBucket(); })));
+    for (std::size_t begin = 0; begin < m_candidates.size();) {
+        const std::size_t end = bucketEnd(begin);
         const std::int64_t bytes = m_candidates[begin].file()->scannedBytes();
-        found.push_back({Group::reclaimable(bytes, end - begin), begin, end});
+        found.push_back({Group::reclaimable(bytes, end - begin), begin});
         begin = end;
     }
     std::sort(found.begin(), found.end(), [this](const FoundGroup& a, const FoundGroup& b) {
@@ -264,45 +188,102 @@ std::vector<DuplicateSearch::FoundGroup> DuplicateSearch::sortedGroups()
     return found;
 }
 
-bool DuplicateSearch::narrow(const BucketAt& bucketAt,
-                             const std::function<void(Window&)>& digestAll)
+std::size_t DuplicateSearch::bucketEnd(std::size_t begin) const
+{
+    while (!m_candidates[begin].endsBucket()) {
+        ++begin;
+    }
+    return begin + 1;
+}
+
+bool DuplicateSearch::narrow(const std::function<void(Window&)>& digestAll)
 {
     std::size_t place = 0;
     for (std::size_t begin = 0; begin < m_candidates.size();) {
-        Window window = openWindow(bucketAt, begin);
+        const std::size_t end = bucketEnd(begin);
+        if (m_candidates[end - 1].isSettled()) {
+            std::copy(m_candidates.data() + begin, m_candidates.data() + end,
+                      m_candidates.data() + place);
+            place += end - begin;
+            begin = end;
+            continue;
+        }
+        Window window = openWindow(begin);
         digestAll(window);
         if (m_isCancelled()) {
             return false;
         }
-        for (const std::size_t end : window.ends) {
-            const std::size_t at = begin - window.begin;
-            const std::size_t size = end - begin;
-            splitByDigest(
-                {window.files.subspan(at, size), std::span(window.digests).subspan(at, size)},
-                m_candidates, place, m_buckets);
-            begin = end;
-        }
+        begin += window.files.size();
+        splitWindow(window, place);
     }
     m_candidates.erase(m_candidates.begin() + static_cast<std::ptrdiff_t>(place),
                        m_candidates.end());
     return true;
 }
 
-DuplicateSearch::Window DuplicateSearch::openWindow(const BucketAt& bucketAt, std::size_t begin)
+DuplicateSearch::Window DuplicateSearch::openWindow(std::size_t begin)
 {
-    Window window{begin, {}, {}, {}, {}};
-    window.digests.reserve(std::min(windowFiles, m_candidates.size() - begin));
+    Window window;
     std::size_t end = begin;
-    while (end < m_candidates.size() && end - begin < windowFiles) {
-        const Bucket bucket = bucketAt(end);
-        end = bucket.end;
-        window.ends.push_back(end);
-        // Only the last bucket can go beyond the room; doubling would take more than it needs.
-        window.digests.reserve(end - begin);
-        window.digests.resize(end - begin, bucket.digest);
+    while (end < m_candidates.size()) {
+        const std::size_t next = bucketEnd(end);
+        if (end != begin && (next - begin > m_windowFiles || m_candidates[next - 1].isSettled())) {
+            break;
+        }
+        end = next;
+        window.ends.push_back(end - begin);
     }
-    window.files = std::span(m_candidates).subspan(begin, end - begin);
+    const std::size_t count = end - begin;
+    window.files = std::span(m_candidates).subspan(begin, count);
+    if (count > mostWholeDigests()) {
+        window.shortDigests = std::make_unique<ShortDigests>(count, mostKnownDigests());
+    }
+    // Room for all at once: to grow by doubling would take more than it needs.
+    window.digests.reserve(window.shortDigests ? 1 : count);
+    for (const std::size_t bucketEnd : window.ends) {
+        Digest digest = {};
+        if (m_isVerifying && !m_sampleDigests.empty()) {
+            digest = m_sampleDigests.front();
+            m_sampleDigests.pop_front();
+        }
+        window.digests.resize(window.shortDigests ? 1 : bucketEnd, digest);
+    }
     return window;
+}
+
+void DuplicateSearch::splitWindow(Window& window, std::size_t& place)
+{
+    const auto note = [this](Candidate& last, const Digest* digest) {
+        if (m_isVerifying) {
+            last.setSettled(digest != nullptr);
+            m_isUnsettled = m_isUnsettled || digest == nullptr;
+        } else {
+            m_sampleDigests.push_back(digest != nullptr ? *digest : Digest{});
+        }
+    };
+    const auto forget = [this](const Candidate& file) {
+        if (file.isSampleOfUse() && file.file()->scannedBytes() > wholeSampleBytes) {
+            m_digesters.front()->takeOutTail(*file.file());
+        }
+    };
+    if (window.shortDigests) {
+        const ShortDigests& digests = *window.shortDigests;
+        splitByKey<ShortDigests::Key>(
+            {window.files, window.shortDigests->keys()}, m_candidates, place,
+            [&](Candidate& last, const ShortDigests::Key& key) {
+                note(last, ShortDigests::isWhole(key) ? &digests.whole(key) : nullptr);
+            },
+            forget);
+        return;
+    }
+    const KeyedFiles<Digest> all{window.files, window.digests};
+    std::size_t begin = 0;
+    for (const std::size_t end : window.ends) {
+        splitByKey<Digest>(
+            all.part(begin, end), m_candidates, place,
+            [&](Candidate& last, const Digest& digest) { note(last, &digest); }, forget);
+        begin = end;
+    }
 }
 
 void DuplicateSearch::sampleWindow(Window& window)
@@ -310,7 +291,7 @@ void DuplicateSearch::sampleWindow(Window& window)
     const std::size_t count = window.files.size();
     std::vector<std::uint32_t> places;
     std::optional<HeadTable> heads;
-    if (count <= mostTabledFiles) {
+    if (!window.shortDigests) {
         // Folder by folder: a disk is read in its own order, or near it.
         places.resize(count);
         std::iota(places.begin(), places.end(), 0U);
@@ -327,27 +308,41 @@ void DuplicateSearch::sampleWindow(Window& window)
                 });
     });
     if (heads) {
-        for (const std::uint32_t place : heads->waiting()) {
-            window.files[place].drop();
-        }
+        dropWaiting(window, *heads);
     }
 }
 
+void DuplicateSearch::dropWaiting(Window& window, const HeadTable& heads)
+{
+    const std::vector<std::uint32_t> waiting = heads.waiting();
+    inParallel(waiting.size(), [&](FileDigester& digester, std::size_t i) {
+        const Waiting file(waiting[i]);
+        Candidate& candidate = window.files[file.place()];
+        if (file.hasLeftHead() && !m_isCancelled()) {
+            digester.takeOutHead(*candidate.file());
+        }
+        candidate.drop();
+    });
+}
+
 bool DuplicateSearch::sampleOne(FileDigester& digester, Window& window, HeadTable* heads,
-                                std::uint32_t place)
+                                std::uint32_t place, bool hasLeftHead)
 {
     HeadTable::Meeting meeting;
     FileDigester::HeadFilter isWanted;
     if (heads != nullptr) {
-        isWanted = [&](std::uint64_t head) {
-            meeting = heads->meet(head, place);
+        isWanted = [&](std::uint64_t head, bool isLeft) {
+            meeting = heads->meet(head, Waiting(place, isLeft).number());
             return !meeting.isFirst;
         };
     }
-    std::optional<Sample> sample = digester.partialDigest(*window.files[place].file(), isWanted);
-    if (meeting.waiting != HeadTable::nobody &&
-        !sampleOne(digester, window, nullptr, meeting.waiting)) {
-        window.files[meeting.waiting].drop();
+    std::optional<Sample> sample =
+        digester.partialDigest(*window.files[place].file(), isWanted, hasLeftHead);
+    if (meeting.waiting != HeadTable::nobody) {
+        const Waiting other(meeting.waiting);
+        if (!sampleOne(digester, window, nullptr, other.place(), other.hasLeftHead())) {
+            window.files[other.place()].drop();
+        }
     }
     if (!sample) {
         return false;
@@ -356,13 +351,12 @@ bool DuplicateSearch::sampleOne(FileDigester& digester, Window& window, HeadTabl
         // From the meeting on it belongs to whichever worker comes upon a file like it.
         return true;
     }
-    window.digests[place] = sample->digest;
-    if (sample->head) {
+    const bool isKnownWhole = window.note(place, sample->digest);
+    if (isKnownWhole && sample->head) {
         m_headStates.keep(sample->digest, std::move(sample->head));
     }
-    if (sample->coversWholeFile) {
-        window.files[place].markSampledWhole();
-    }
+    window.files[place].setSampleOfUse(sample->hasLeftTail ||
+                                       (isKnownWhole && sample->coversWholeFile));
     return true;
 }
 
@@ -372,19 +366,32 @@ void DuplicateSearch::verifyWindow(Window& window)
     // As listed: the longest file is begun first, so that no worker is left alone with it.
     inParallel(window.files.size(), [&](FileDigester& digester, std::size_t i) {
         runStep(window, digester, i, [&](FileDigester& own, std::size_t place) {
-            const Candidate& candidate = window.files[place];
-            const FileNode& file = *candidate.file();
-            const Sha256::State* const head = m_headStates.find(window.digests[place]);
-            const std::optional<Digest> full = candidate.isSampledWhole()
-                                                   ? own.fullDigest(file, window.digests[place])
-                                               : head != nullptr ? own.fullDigest(file, *head)
-                                                                 : own.fullDigest(file);
-            window.digests[place] = full.value_or(Digest{});
-            window.identities[place] = own.identity();
-            return full.has_value();
+            return verifyOne(own, window, place);
         });
     });
     dropAliases(window);
+}
+
+bool DuplicateSearch::verifyOne(FileDigester& digester, Window& window, std::size_t place)
+{
+    Candidate& candidate = window.files[place];
+    const FileNode& file = *candidate.file();
+    const Digest sample = window.bucketDigest(place);
+    const bool isOfUse = candidate.isSampleOfUse();
+    std::optional<Digest> full;
+    if (file.scannedBytes() > wholeSampleBytes) {
+        full = digester.fullDigest(file, SampleTraces{m_headStates.find(sample), isOfUse});
+    } else {
+        full = isOfUse ? digester.fullDigest(file, sample) : digester.fullDigest(file);
+    }
+    if (!full) {
+        return false;
+    }
+    // The bucket that it comes into has another digest.
+    candidate.setSampleOfUse(false);
+    window.note(place, *full);
+    window.identities[place] = digester.identity();
+    return true;
 }
 
 void DuplicateSearch::dropAliases(Window& window) const
@@ -395,10 +402,9 @@ void DuplicateSearch::dropAliases(Window& window) const
         if (m_isCancelled()) {
             return;
         }
-        const std::size_t size = end - window.begin - begin;
-        filter.dropAliases(window.files.subspan(begin, size),
-                           std::span(window.identities).subspan(begin, size));
-        begin += size;
+        filter.dropAliases(window.files.subspan(begin, end - begin),
+                           std::span(window.identities).subspan(begin, end - begin));
+        begin = end;
     }
 }
 
@@ -409,7 +415,9 @@ void DuplicateSearch::runStep(Window& window, FileDigester& digester, std::size_
         window.files[place].drop();
         return;
     }
-    m_workerProgress.countOne();
+    if (m_round <= 1) {
+        m_workerProgress.countOne();
+    }
 }
 
 void DuplicateSearch::inParallel(std::size_t count,

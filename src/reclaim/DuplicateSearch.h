@@ -6,10 +6,13 @@
 #include "FileDigester.h"
 #include "HeadStates.h"
 #include "HeadTable.h"
+#include "ShortDigests.h"
 #include "WorkerProgress.h"
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
+#include <deque>
 #include <functional>
 #include <memory>
 #include <span>
@@ -19,21 +22,18 @@ namespace quorvane::DuplicateFinder {
 
 /// One search from the walk to the groups. Made for one run() on one thread.
 ///
-/// Memory beyond the tree and the groups that come out, in bytes: a million for the
-/// counters of sizes and 16 for each regular file that seems to share its size with another, until
-/// the walk is done, and 8 for each of those that do, which stay. Then 40 for each set of files
-/// with equal ends, later 24, and 32 to 84 for each file of a window: windowFiles files, but all
-/// files of one size, or of equal ends, at least; 32 beyond mostTabledFiles, and 4 more while they
-/// are verified. 65536 for each worker, and for
-/// large files what HeadStates takes. A million files thus take 24 megabytes, and 44 if they all
-/// are of one size.
+/// Memory beyond the tree and the groups that come out, in bytes, where n files share their size
+/// with others: what CandidateWalk takes, of which 8 n stay until the groups are built. Then, while
+/// contents are read, 32 for each set of files with equal ends, and for a window what it needs: 41
+/// to 84 for each of windowFiles files, or of twice as many of one size, or 12 for each of still
+/// more of one size. 65536 for each worker, and for large files what HeadStates takes. At the end
+/// 16 for each group. A million files thus take 25 million bytes if they are of one size, and at
+/// most 37 million whatever they are.
 class DuplicateSearch
 {
 public:
     /// Files whose digests are kept at once, if sizes allow it.
-    static constexpr std::size_t windowFiles = std::size_t{1} << 16;
-    /// A window of more files, all but a few of one size, does without a table of heads.
-    static constexpr std::size_t mostTabledFiles = windowFiles * 4;
+    static constexpr std::size_t usualWindowFiles = std::size_t{1} << 16;
 
     /// The arguments of find(), which must outlive this.
     DuplicateSearch(const NodePointer& root, std::int64_t minimumBytes,
@@ -46,32 +46,40 @@ public:
     Groups run();
 
 private:
-    struct SizedFile
-    {
-        std::int64_t bytes;
-        FileNode* file;
-    };
-    /// Candidates that make a group.
+    /// Candidates that make a group, from that place on.
     struct FoundGroup
     {
         std::int64_t reclaimable;
         std::size_t begin;
-        std::size_t end;
     };
     /// A run of buckets whose files are digested before those of the next.
     struct Window
     {
-        std::size_t begin;
-        std::vector<std::size_t> ends; ///< of its buckets
+        std::vector<std::size_t> ends; ///< of its buckets, counted from its first file
         std::span<Candidate> files;
-        std::vector<Digest> digests;           ///< of its files, at first those of their buckets
+        /// Of its files, at first those of their buckets. With short digests only that of the
+        /// bucket, which is then the one bucket of the window.
+        std::vector<Digest> digests;
+        std::unique_ptr<ShortDigests> shortDigests;
         std::vector<std::uint32_t> identities; ///< hints of its files, once they are verified
+
+        const Digest& bucketDigest(std::size_t place) const
+        {
+            return shortDigests ? digests.front() : digests[place];
+        }
+        /// False when not all of the digest is kept. One thread a place.
+        bool note(std::size_t place, const Digest& digest)
+        {
+            if (shortDigests) {
+                return shortDigests->note(place, digest);
+            }
+            digests[place] = digest;
+            return true;
+        }
     };
     /// What happens to the file at that place of a window: it gives it a new digest. False drops
     /// the file.
     using Step = std::function<bool(FileDigester&, std::size_t place)>;
-    /// The bucket of the candidates from that place on, asked for in order.
-    using BucketAt = std::function<Bucket(std::size_t begin)>;
 
     /// Each of the three passes leaves its survivors in m_candidates; false for a cancel.
     bool walk();
@@ -80,18 +88,27 @@ private:
     Groups build();
     std::vector<FoundGroup> sortedGroups();
 
-    bool collect(std::vector<SizedFile>& files);
-    void keepEqualSizes(std::vector<SizedFile>& files);
-    /// Splits every bucket of the candidates by what the pass makes of its files.
-    bool narrow(const BucketAt& bucketAt, const std::function<void(Window&)>& digestAll);
-    Window openWindow(const BucketAt& bucketAt, std::size_t begin);
+    std::size_t bucketEnd(std::size_t begin) const;
+    /// Splits every bucket of the candidates that is not settled by what the pass makes of its
+    /// files. False for a cancel.
+    bool narrow(const std::function<void(Window&)>& digestAll);
+    Window openWindow(std::size_t begin);
+    void splitWindow(Window& window, std::size_t& place);
     void sampleWindow(Window& window);
     void verifyWindow(Window& window);
     void dropAliases(Window& window) const;
-    bool sampleOne(FileDigester& digester, Window& window, HeadTable* heads, std::uint32_t place);
+    bool verifyOne(FileDigester& digester, Window& window, std::size_t place);
+    /// hasLeftHead: see FileDigester::partialDigest().
+    bool sampleOne(FileDigester& digester, Window& window, HeadTable* heads, std::uint32_t place,
+                   bool hasLeftHead = false);
+    void dropWaiting(Window& window, const HeadTable& heads);
     void runStep(Window& window, FileDigester& digester, std::size_t place, const Step& step);
     /// Runs work(digester, i) for every i below count on all workers, and returns when all is done.
     void inParallel(std::size_t count, const std::function<void(FileDigester&, std::size_t)>& work);
+    /// A window of more files, which are then of one bucket, has short digests.
+    std::size_t mostWholeDigests() const { return m_windowFiles * 2; }
+    /// So many of these are whole all the same.
+    std::size_t mostKnownDigests() const { return std::max<std::size_t>(m_windowFiles / 16, 1); }
     std::int64_t bytesRead() const;
     void report(Pass pass, std::size_t files);
 
@@ -106,13 +123,17 @@ private:
     WorkerProgress m_workerProgress;
     std::vector<std::unique_ptr<FileDigester>> m_digesters;
 
+    const std::size_t m_windowFiles;
     /// Bucket by bucket, larger files first.
     std::vector<Candidate> m_candidates;
-    /// Of sampling, then of verifying.
-    Buckets m_buckets;
+    /// Of the buckets that sampling left, for verifying to take one by one. Nothing where files
+    /// were too many for whole digests. A deque grows without moving what is there.
+    std::deque<Digest> m_sampleDigests;
     HeadStates m_headStates;
 
-    std::size_t m_walked = 0; ///< nodes
+    bool m_isVerifying = false;
+    int m_round = 0;            ///< of verifying
+    bool m_isUnsettled = false; ///< a bucket needs another round
     double m_passStart;
     std::int64_t m_bytesBefore = 0;
 };

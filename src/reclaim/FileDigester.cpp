@@ -2,6 +2,7 @@
 #include "FileDigester.h"
 
 #include "AliasFilter.h"
+#include "CacheFootprint.h"
 #include "OpenFile.h"
 
 #include <algorithm>
@@ -35,24 +36,38 @@ FileDigester::FileDigester(FileSystemCalls& fileSystem, FileContentCalls& conten
     , m_buffer(std::make_unique_for_overwrite<std::byte[]>(pieceBytes))
 {}
 
-std::optional<Sample> FileDigester::partialDigest(const FileNode& node, const HeadFilter& isWanted)
+std::optional<Sample> FileDigester::partialDigest(const FileNode& node, const HeadFilter& isWanted,
+                                                  bool hasLeftHead)
 {
     const OpenFile file(m_fileSystem, m_contents, node.path());
     if (!file.isReadable()) {
         return std::nullopt;
     }
     const std::int64_t size = node.scannedBytes();
+    CacheFootprint footprint(m_contents, file);
+    if (size <= wholeSampleBytes) {
+        footprint.look(0, size);
+    } else {
+        footprint.look(0, endSampleBytes);
+        m_contents.willReadParts(file.descriptor());
+    }
+    if (hasLeftHead) {
+        footprint.takeOverHead();
+    }
     // One byte more shows whether the head is all there is: such a file is read here and now, as
     // waiting would have it read twice.
     const std::int64_t asked = size <= headBytes ? headBytes + 1 : headBytes;
     std::int64_t sampled = fill(file, asked);
     if (isWanted && sampled == asked &&
-        !isWanted(headHash(size, {m_buffer.get(), static_cast<std::size_t>(headBytes)}))) {
+        !isWanted(headHash(size, {m_buffer.get(), static_cast<std::size_t>(headBytes)}),
+                  footprint.ownsHead())) {
+        footprint.leave();
         return Sample{{}, true, false};
     }
     m_hash.start();
     m_hash.update({m_buffer.get(), static_cast<std::size_t>(sampled)});
     bool coversWholeFile = false;
+    bool hasLeftTail = false;
     std::unique_ptr<const Sha256::State> head;
     if (size <= wholeSampleBytes) {
         // One byte more shows a file that has grown: its whole is for the next pass to read.
@@ -62,6 +77,8 @@ std::optional<Sample> FileDigester::partialDigest(const FileNode& node, const He
         coversWholeFile = m_hasReachedEnd;
     } else {
         const std::int64_t tail = size - endSampleBytes;
+        footprint.look(tail, size);
+        m_contents.willRead(file.descriptor(), headBytes, endSampleBytes - headBytes);
         m_contents.willRead(file.descriptor(), tail, endSampleBytes);
         sampled += feed(file, endSampleBytes - sampled);
         if (sampled == endSampleBytes) {
@@ -71,6 +88,7 @@ std::optional<Sample> FileDigester::partialDigest(const FileNode& node, const He
             return std::nullopt;
         }
         sampled += feed(file, endSampleBytes);
+        hasLeftTail = footprint.leaveLast();
         if (sampled < endSampleBytes * 2) {
             // Only where both ends are whole does their digest tell what the head was.
             head.reset();
@@ -80,7 +98,8 @@ std::optional<Sample> FileDigester::partialDigest(const FileNode& node, const He
         return std::nullopt;
     }
     const std::optional<Digest> digest = m_hash.finish();
-    return digest ? std::optional(Sample{*digest, false, coversWholeFile, std::move(head)})
+    return digest ? std::optional(
+                        Sample{*digest, false, coversWholeFile, std::move(head), hasLeftTail})
                   : std::nullopt;
 }
 
@@ -88,7 +107,7 @@ std::optional<Digest> FileDigester::fullDigest(const FileNode& node)
 {
     const OpenFile file(m_fileSystem, m_contents, node.path());
     m_identity = identityHint(file.status());
-    return file.isReadable() ? readWhole(file) : std::nullopt;
+    return file.isReadable() ? readWhole(file, node) : std::nullopt;
 }
 
 std::optional<Digest> FileDigester::fullDigest(const FileNode& node, const Digest& sample)
@@ -98,34 +117,64 @@ std::optional<Digest> FileDigester::fullDigest(const FileNode& node, const Diges
         return std::nullopt;
     }
     m_identity = identityHint(file.status());
-    return file.status().changedSeconds < m_unchangedBefore ? sample : readWhole(file);
+    return file.status().changedSeconds < m_unchangedBefore ? sample : readWhole(file, node);
 }
 
-std::optional<Digest> FileDigester::fullDigest(const FileNode& node, const Sha256::State& head)
+std::optional<Digest> FileDigester::fullDigest(const FileNode& node, const SampleTraces& traces)
 {
     const OpenFile file(m_fileSystem, m_contents, node.path());
     if (!file.isReadable()) {
         return std::nullopt;
     }
     m_identity = identityHint(file.status());
-    if (file.status().changedSeconds >= m_unchangedBefore ||
+    if (traces.head == nullptr || file.status().changedSeconds >= m_unchangedBefore ||
         !m_contents.seek(file.descriptor(), endSampleBytes)) {
-        return readWhole(file);
+        return readWhole(file, node, traces.hasLeftTail);
     }
-    m_hash.resume(head);
-    return readOn(file);
+    m_hash.resume(*traces.head);
+    return readOn(file, node, endSampleBytes, traces.hasLeftTail);
 }
 
-std::optional<Digest> FileDigester::readWhole(const OpenFile& file)
+void FileDigester::takeOutHead(const FileNode& node)
+{
+    takeOut(node, 0, CacheFootprint::pieceBytes);
+}
+
+void FileDigester::takeOutTail(const FileNode& node)
+{
+    takeOut(node, node.scannedBytes() - endSampleBytes, node.scannedBytes());
+}
+
+void FileDigester::takeOut(const FileNode& node, std::int64_t begin, std::int64_t end)
+{
+    const OpenFile file(m_fileSystem, m_contents, node.path());
+    if (file.isReadable()) {
+        CacheFootprint footprint(m_contents, file);
+        footprint.takeOverFrom(begin);
+        footprint.look(begin, end);
+    }
+}
+
+std::optional<Digest> FileDigester::readWhole(const OpenFile& file, const FileNode& node,
+                                              bool hasLeftTail)
 {
     m_hash.start();
-    return readOn(file);
+    return readOn(file, node, 0, hasLeftTail);
 }
 
-std::optional<Digest> FileDigester::readOn(const OpenFile& file)
+std::optional<Digest> FileDigester::readOn(const OpenFile& file, const FileNode& node,
+                                           std::int64_t position, bool hasLeftTail)
 {
+    const std::int64_t size = node.scannedBytes();
+    CacheFootprint footprint(m_contents, file);
+    if (hasLeftTail) {
+        footprint.takeOverFrom(size - endSampleBytes);
+    }
     m_contents.willReadOnce(file.descriptor());
-    while (feed(file, blockBytes) == blockBytes) {
+    std::int64_t fed = blockBytes;
+    for (; fed == blockBytes; position += fed) {
+        footprint.lookAhead(position, size);
+        fed = feed(file, blockBytes);
     }
     return m_hash.finish();
 }

@@ -43,6 +43,16 @@ struct Sample
     /// Of a larger file of which both ends were read: the digest of the first endSampleBytes, half
     /// done, for the digest of the whole to go on from.
     std::unique_ptr<const Sha256::State> head = nullptr;
+    /// Of such a file: its tail is in the page cache only because of this sample. It was left for
+    /// the digest of the whole, and has to be taken out in the end.
+    bool hasLeftTail = false;
+};
+
+/// What the sample of a larger file is good for when the whole is read.
+struct SampleTraces
+{
+    const Sha256::State* head = nullptr; ///< Sample::head, where it was kept
+    bool hasLeftTail = false;
 };
 
 /// Reads files and digests them, for one worker: its buffer and its hash are used again from file
@@ -55,13 +65,20 @@ public:
     FileDigester(FileSystemCalls& fileSystem, FileContentCalls& contents,
                  std::int64_t unchangedBefore);
 
-    /// Takes a hash of a file's size and head and tells whether the file is to be sampled.
-    using HeadFilter = std::function<bool(std::uint64_t head)>;
+    /// Takes a hash of a file's size and head and tells whether the file is to be sampled. If it is
+    /// not, the head is left in the page cache for when its turn comes; isLeft: by this reading,
+    /// and has to be taken out in the end.
+    using HeadFilter = std::function<bool(std::uint64_t head, bool isLeft)>;
 
     /// Digest of the file's two ends, found by its size in the scan; of the whole of a small file.
     /// Absent when it cannot be opened or is no regular file any more, when the seek to its tail
-    /// fails, and when fewer than leastSampleBytes could be read.
-    std::optional<Sample> partialDigest(const FileNode& file, const HeadFilter& isWanted = {});
+    /// fails, and when fewer than leastSampleBytes could be read. hasLeftHead: an earlier reading
+    /// left the file's head in the page cache.
+    std::optional<Sample> partialDigest(const FileNode& file, const HeadFilter& isWanted = {},
+                                        bool hasLeftHead = false);
+    /// Takes a head or a tail out of the page cache that partialDigest() has left there.
+    void takeOutHead(const FileNode& file);
+    void takeOutTail(const FileNode& file);
     /// Digest of all that can be read from the start on. Absent when the file cannot be opened or
     /// is no regular file any more.
     std::optional<Digest> fullDigest(const FileNode& file);
@@ -71,7 +88,7 @@ public:
 
     /// The same for a larger file: when it has not changed since, what its head came to is taken
     /// over and the rest is read.
-    std::optional<Digest> fullDigest(const FileNode& file, const Sha256::State& head);
+    std::optional<Digest> fullDigest(const FileNode& file, const SampleTraces& traces);
 
     /// Bytes read so far.
     std::int64_t bytesRead() const { return m_bytesRead; }
@@ -80,8 +97,11 @@ public:
     std::uint32_t identity() const { return m_identity; }
 
 private:
-    std::optional<Digest> readWhole(const OpenFile& file);
-    std::optional<Digest> readOn(const OpenFile& file);
+    std::optional<Digest> readWhole(const OpenFile& file, const FileNode& node,
+                                    bool hasLeftTail = false);
+    std::optional<Digest> readOn(const OpenFile& file, const FileNode& node, std::int64_t position,
+                                 bool hasLeftTail);
+    void takeOut(const FileNode& file, std::int64_t begin, std::int64_t end);
     /// Reads at most so many bytes into the front of the buffer, fewer only at the end or a fault.
     std::int64_t fill(const OpenFile& file, std::int64_t most);
     /// Feeds at most so many bytes from the current position to the hash. The number fed; a fault

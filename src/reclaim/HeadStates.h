@@ -34,6 +34,9 @@ public:
         return found == m_heads.end() ? nullptr : found->second.get();
     }
 
+    /// Keeps nothing any more.
+    void forget() { m_heads.clear(); }
+
 private:
     std::mutex m_lock;
     std::map<Digest, std::unique_ptr<const Sha256::State>> m_heads;

@@ -11,10 +11,10 @@ namespace quorvane::DuplicateFinder {
 // At most half full, so that a free slot is never far.
 HeadTable::HeadTable(std::size_t files)
     : m_heads(std::bit_ceil(files * 2 + 1))
-    , m_places(m_heads.size(), nobody)
+    , m_files(m_heads.size(), nobody)
 {}
 
-HeadTable::Meeting HeadTable::meet(std::uint64_t head, std::uint32_t place)
+HeadTable::Meeting HeadTable::meet(std::uint64_t head, std::uint32_t file)
 {
     head = std::max<std::uint64_t>(head, 1);
     const std::size_t mask = m_heads.size() - 1;
@@ -25,18 +25,18 @@ HeadTable::Meeting HeadTable::meet(std::uint64_t head, std::uint32_t place)
     }
     if (m_heads[slot] == 0) {
         m_heads[slot] = head;
-        m_places[slot] = place;
+        m_files[slot] = file;
         return {true, nobody};
     }
-    return {false, std::exchange(m_places[slot], nobody)};
+    return {false, std::exchange(m_files[slot], nobody)};
 }
 
 std::vector<std::uint32_t> HeadTable::waiting() const
 {
-    std::vector<std::uint32_t> places;
-    std::copy_if(m_places.begin(), m_places.end(), std::back_inserter(places),
-                 [](std::uint32_t place) { return place != nobody; });
-    return places;
+    std::vector<std::uint32_t> files;
+    std::copy_if(m_files.begin(), m_files.end(), std::back_inserter(files),
+                 [](std::uint32_t file) { return file != nobody; });
+    return files;
 }
 
 } // namespace quorvane::DuplicateFinder

@@ -25,17 +25,17 @@ public:
     /// For so many files, each of which comes once.
     explicit HeadTable(std::size_t files);
 
-    /// Takes the file at that place in with the hash of its size and its first bytes. Files of
+    /// Takes the file of that number in with the hash of its size and its first bytes. Files of
     /// different heads may meet by chance, which costs time but changes nothing. Any thread.
-    Meeting meet(std::uint64_t head, std::uint32_t place);
+    Meeting meet(std::uint64_t head, std::uint32_t file);
 
-    /// The places of the files that are still waiting. Once all have come.
+    /// The numbers of the files that are still waiting. Once all have come.
     std::vector<std::uint32_t> waiting() const;
 
 private:
     std::mutex m_lock;
     std::vector<std::uint64_t> m_heads; ///< 0 where there is none
-    std::vector<std::uint32_t> m_places;
+    std::vector<std::uint32_t> m_files;
 };
 
 } // namespace quorvane::DuplicateFinder

@@ -161,6 +161,8 @@ public:
     bool isKeeper(const FileNode& file) const;
     /// Takes the staged copies of the file out of the queue again.
     void unkeep(const FileNode& file);
+    /// Files of the largest group; 0 without groups.
+    std::size_t mostDuplicateCopies() const { return duplicateIndex().mostCopies(); }
 
     // ---- Sections
     void openSettings();
@@ -196,6 +198,7 @@ private:
     void dropDuplicates();
     void publishDuplicates(FoundDuplicates found, const std::shared_ptr<LockedFlag>& flag);
     void updateDuplicateSummary();
+    const DuplicateIndex& duplicateIndex() const;
     /// The first group that has a file of that id; null for none.
     const DuplicateFinder::Group* duplicateGroupOf(const FileNode& file) const;
     void publishScan(FinishedScan finished);
@@ -212,7 +215,7 @@ private:
     JobHandle m_duplicateSearchTask; ///< its address is the run's id
     std::shared_ptr<LockedFlag> m_activeDuplicateCancelFlag;
     std::shared_ptr<RunningSearches> m_runningSearches = std::make_shared<RunningSearches>();
-    /// Made for the groups in it; looked up again when others are on show.
+    /// Made for the groups in it; made anew when others are on show.
     mutable std::shared_ptr<const DuplicateIndex> m_duplicateIndex;
     bool m_isReadingDrive = false;
     bool m_readsDriveAgain = false;

@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "AppState.h"
 
-#include "CheckedMath.h"
-
 #include <algorithm>
 #include <atomic>
 #include <iterator>
@@ -155,26 +153,25 @@ void AppState::dropDuplicates()
     m_jobs.release(std::move(old));
 }
 
+/// The groups were walked for it in the search's own job.
 void AppState::updateDuplicateSummary()
 {
-    std::int64_t count = 0;
-    std::int64_t reclaimable = 0;
-    for (const Group& group : *duplicateGroups.value()) {
-        count += static_cast<std::int64_t>(group.files().size()) - 1;
-        reclaimable =
-            checkedAdd(reclaimable, group.reclaimableBytes(), "AppState::updateDuplicateSummary");
-    }
-    duplicateCount = count;
-    duplicateReclaimable = reclaimable;
+    duplicateCount = duplicateIndex().extraCopies();
+    duplicateReclaimable = duplicateIndex().reclaimableBytes();
 }
 
-const Group* AppState::duplicateGroupOf(const FileNode& file) const
+const DuplicateIndex& AppState::duplicateIndex() const
 {
     const std::shared_ptr<const Groups>& groups = duplicateGroups.value();
     if (!m_duplicateIndex || m_duplicateIndex->groups() != groups) {
         m_duplicateIndex = std::make_shared<const DuplicateIndex>(groups);
     }
-    return m_duplicateIndex->find(file.id());
+    return *m_duplicateIndex;
+}
+
+const Group* AppState::duplicateGroupOf(const FileNode& file) const
+{
+    return duplicateIndex().find(file.id());
 }
 
 void AppState::trashOthers(const FileNode& keep)

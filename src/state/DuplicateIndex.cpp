@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "DuplicateIndex.h"
 
+#include "CheckedMath.h"
+
 #include <algorithm>
 #include <tuple>
 #include <utility>
@@ -15,7 +17,12 @@ DuplicateIndex::DuplicateIndex(std::shared_ptr<const DuplicateFinder::Groups> gr
     }
     std::size_t files = 0;
     for (const DuplicateFinder::Group& group : *m_groups) {
-        files += group.files().size();
+        const std::size_t copies = group.files().size();
+        files += copies;
+        m_mostCopies = std::max(m_mostCopies, copies);
+        m_extraCopies += static_cast<std::int64_t>(copies) - 1;
+        m_reclaimableBytes = checkedAdd(m_reclaimableBytes, group.reclaimableBytes(),
+                                        "DuplicateIndex::reclaimableBytes");
     }
     m_entries.reserve(files);
     for (std::size_t i = 0; i < m_groups->size(); ++i) {

@@ -84,21 +84,25 @@ public:
 
     /// Runs work(const Job&) on a pool thread, then publish(result) on the main thread, unless the
     /// job was cancelled or the runner is gone by then: the one place where a stale result is
-    /// dropped. work takes what it needs by value and never sees the model or a QObject.
+    /// dropped. What a cancelled job has found may be large and ends on a pool thread. work takes
+    /// what it needs by value and never sees the model or a QObject.
     template<class Work, class Publish>
     JobHandle start(JobPriority priority, Work work, Publish publish)
     {
         using Result = std::invoke_result_t<Work&, const Job&>;
         auto job = std::make_shared<Job>();
         remember(job);
-        m_pool.run(priority, [job, post = poster(), work = std::move(work),
+        m_pool.run(priority, [this, job, post = poster(), work = std::move(work),
                               publish = std::move(publish)]() mutable {
             if (job->isCancelled()) {
                 return;
             }
             auto result = std::make_shared<Result>(work(*job));
-            post([job, result, publish = std::move(publish)]() mutable {
-                if (!job->isCancelled()) {
+            // The block runs only as long as the runner is there.
+            post([this, job, result = std::move(result), publish = std::move(publish)]() mutable {
+                if (job->isCancelled()) {
+                    release(std::move(result));
+                } else {
                     publish(std::move(*result));
                 }
             });

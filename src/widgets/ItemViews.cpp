@@ -143,6 +143,25 @@ TableView::TableView(QWidget* parent)
     header()->viewport()->setAutoFillBackground(false);
 }
 
+int TableView::cornerRadius() const
+{
+    return m_cornerRadius.value_or(frameShape() == NoFrame ? 0 : innerRadius);
+}
+
+/// A row at the lower end keeps clear of the corners, also below the scroll bars, which lie over
+/// it.
+void TableView::clipToCorners(QPainter& painter, const QRect& row) const
+{
+    const int radius = cornerRadius();
+    if (radius == 0 || row.bottom() < viewport()->height() - radius) {
+        return;
+    }
+    QPainterPath inside;
+    inside.addRoundedRect(QRectF(viewport()->rect()).adjusted(0, -radius, 0, 0), radius, radius);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setClipPath(inside);
+}
+
 void TableView::drawRow(QPainter* painter, const QStyleOptionViewItem& option,
                         const QModelIndex& index) const
 {
@@ -154,14 +173,7 @@ void TableView::drawRow(QPainter* painter, const QStyleOptionViewItem& option,
     state.setFlag(QStyle::State_HasFocus,
                   hasFocus() && currentIndex().siblingAtColumn(0) == index.siblingAtColumn(0));
     painter->save();
-    if (frameShape() != NoFrame && row.bottom() >= viewport()->height() - innerRadius) {
-        // The last row keeps clear of the frame's corners.
-        QPainterPath inside;
-        inside.addRoundedRect(QRectF(viewport()->rect()).adjusted(0, -innerRadius, 0, 0),
-                              innerRadius, innerRadius);
-        painter->setRenderHint(QPainter::Antialiasing);
-        painter->setClipPath(inside);
-    }
+    clipToCorners(*painter, row);
     paintRowGround(*painter, row, 0, state);
     painter->restore();
     QTreeView::drawRow(painter, option, index);

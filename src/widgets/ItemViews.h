@@ -6,6 +6,8 @@
 #include <QStyledItemDelegate>
 #include <QTreeView>
 
+#include <optional>
+
 namespace quorvane {
 
 /// Rows of a list: a symbol, a title, a line of detail below it, and a value at the right. One line
@@ -44,11 +46,21 @@ class TableView : public QTreeView
 public:
     explicit TableView(QWidget* parent = nullptr);
 
+    /// The round corners below the rows, points: those of the table's own frame unless it stands on
+    /// something else. Rows keep clear of them.
+    void setCornerRadius(int radius) { m_cornerRadius = radius; }
+
 protected:
     void drawRow(QPainter* painter, const QStyleOptionViewItem& option,
                  const QModelIndex& index) const override;
     void drawBranches(QPainter* painter, const QRect& rect,
                       const QModelIndex& index) const override;
+
+private:
+    int cornerRadius() const;
+    void clipToCorners(QPainter& painter, const QRect& row) const;
+
+    std::optional<int> m_cornerRadius;
 };
 
 } // namespace quorvane

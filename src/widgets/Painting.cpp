@@ -8,6 +8,7 @@
 #include <QPainter>
 #include <QPainterPath>
 
+#include <array>
 #include <cmath>
 #include <cstddef>
 #include <vector>
@@ -64,17 +65,41 @@ QImage shadowImage(const QSizeF& size, qreal blur, const QColor& color, qreal ra
     const std::vector<double> down = shadowProfile(size.height(), blur, ratio);
     QImage image(static_cast<int>(across.size()), static_cast<int>(down.size()),
                  QImage::Format_ARGB32_Premultiplied);
+    std::array<QRgb, 256> tints{};
+    for (std::size_t alpha = 0; alpha < tints.size(); ++alpha) {
+        tints[alpha] =
+            qPremultiply(qRgba(color.red(), color.green(), color.blue(), static_cast<int>(alpha)));
+    }
     for (int y = 0; y < image.height(); ++y) {
         auto* line = reinterpret_cast<QRgb*>(image.scanLine(y));
-        const double row = down[static_cast<std::size_t>(y)] * color.alphaF();
-        for (int x = 0; x < image.width(); ++x) {
-            const double alpha = row * across[static_cast<std::size_t>(x)];
-            line[x] = qPremultiply(qRgba(color.red(), color.green(), color.blue(),
-                                         static_cast<int>(std::lround(alpha * 255))));
+        const double row = down[static_cast<std::size_t>(y)] * color.alphaF() * 255;
+        for (std::size_t x = 0; x < across.size(); ++x) {
+            line[x] = tints[static_cast<std::size_t>(row * across[x] + 0.5)];
         }
     }
     image.setDevicePixelRatio(ratio);
     return image;
+}
+
+/// A text that no screen has room for, without what is elided anyway: a path may be longer than a
+/// book, and its letters are measured one by one.
+QString withoutFarMiddle(const QString& text, Qt::TextElideMode elide)
+{
+    constexpr qsizetype end = 1024;
+    if (text.size() <= 2 * end) {
+        return text;
+    }
+    switch (elide) {
+    case Qt::ElideRight:
+        return text.left(2 * end);
+    case Qt::ElideLeft:
+        return text.right(2 * end);
+    case Qt::ElideMiddle:
+        return text.left(end) + text.right(end);
+    case Qt::ElideNone:
+        break;
+    }
+    return text;
 }
 
 } // namespace
@@ -185,7 +210,8 @@ void paintText(QPainter& painter, const QRectF& rect, int alignment, TextStyle s
     painter.setPen(color);
     QString shown = text;
     if (elide != Qt::ElideNone) {
-        shown = QFontMetricsF(painter.font()).elidedText(text, elide, rect.width() + 0.5);
+        shown = QFontMetricsF(painter.font())
+                    .elidedText(withoutFarMiddle(text, elide), elide, rect.width() + 0.5);
     }
     painter.drawText(rect, alignment | Qt::TextSingleLine | Qt::TextDontClip, shown);
     painter.restore();

@@ -121,6 +121,19 @@ TEST(TaskPool, UtilityJobsAreLoweredAndOthersAreNot)
     EXPECT_FALSE(user.get_future().get());
 }
 
+TEST(TaskPool, WhatUtilityWorkStartsYieldsAndNothingElseDoes)
+{
+    static thread_local bool isLowered = false;
+    TaskPool pool([] { isLowered = true; });
+    std::promise<bool> inner;
+    pool.run(JobPriority::utility,
+             [&] { pool.run(JobPriority::userInitiated, [&] { inner.set_value(isLowered); }); });
+    EXPECT_TRUE(inner.get_future().get()) << "a thread made there would have been slow for good";
+    std::promise<bool> user;
+    pool.run(JobPriority::userInitiated, [&] { user.set_value(isLowered); });
+    EXPECT_FALSE(user.get_future().get());
+}
+
 TEST(TaskPool, AUserJobDoesNotWaitForUtilityJobsThatFillTheirThreads)
 {
     Gate gate;

@@ -179,6 +179,10 @@ TEST(BenchProgram, PaintsWhereItIsBuiltWithTheScreens)
     for (const char* key : {"layoutMilliseconds", "repaintMilliseconds", "hoverMilliseconds"}) {
         EXPECT_GT(times[QLatin1String(key)].toDouble(), 0) << key;
     }
+    EXPECT_EQ(run("paint " + folder.path() + " --size 300x200 --scale 2").code, 0);
+    const Outcome refused = run("paint " + folder.path() + " --scale 5");
+    EXPECT_EQ(refused.code, 2);
+    EXPECT_NE(refused.output.find("--scale needs a number from 1 to 4"), std::string::npos);
 }
 
 TEST(BenchProgram, ScanAndFloorAgreeOnWhatIsThere)

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "DuplicatesList.h"
+#include "PreviewPanel.h"
 #include "ProgramFixture.h"
 #include "StagedList.h"
 
@@ -117,6 +118,64 @@ TEST_F(DuplicatesJourney, LeadsFromAScanToTheCopiesOnTheCleanupScreen)
     ASSERT_TRUE(waitUntilShown("duplicatesList"));
     EXPECT_EQ(find<QLabel>("duplicateSummary")->text(),
               QStringLiteral("1 extra copies across 1 groups"));
+}
+
+TEST_F(DuplicatesJourney, ACopyUnstagedOnTheCleanupScreenEndsTheKeeping)
+{
+    scanHome();
+    click("toolRow.duplicates");
+    ASSERT_TRUE(waitUntilShown("duplicatesList"));
+    const DuplicatePlace keepLatest{{Kind::group, 0, 0}, keepLatestPart};
+    press(keepLatest);
+    EXPECT_EQ(list().accessibleNameOf(keepLatest), QStringLiteral("Kept"));
+    ASSERT_TRUE(waitUntilShown("stagedRow"));
+    click("stagedRow");
+    ASSERT_TRUE(waitUntilShown("stagedList"));
+    auto* const queue = find<StagedList>("stagedList");
+    ASSERT_EQ(queue->model()->rowCount(), 2);
+    queue->setFocus();
+    queue->setCurrentIndex(queue->model()->index(1, 0));
+    QTest::keyClick(queue, Qt::Key_Delete);
+    click("toolRow.duplicates");
+    ASSERT_TRUE(waitUntilShown("duplicatesList"));
+    EXPECT_EQ(list().accessibleNameOf(keepLatest), QStringLiteral("Keep latest"));
+    EXPECT_EQ(state().stagedNodes.value().size(), 1U);
+}
+
+TEST_F(DuplicatesJourney, KeysAloneChooseWhatToKeep)
+{
+    const auto key = [](Qt::Key key) { QTest::keyClick(QApplication::focusWidget(), key); };
+    scanHome();
+    find("toolRow.duplicates")->setFocus(Qt::TabFocusReason);
+    key(Qt::Key_Space);
+    ASSERT_TRUE(waitUntilShown("duplicatesList"));
+    for (int i = 0; i < 20 && !list().hasFocus(); ++i) {
+        key(Qt::Key_Tab);
+    }
+    ASSERT_TRUE(list().hasFocus());
+    ASSERT_EQ(list().current(), (DuplicatePlace{{Kind::group, 0, 0}, 0}));
+    key(Qt::Key_Right);
+    key(Qt::Key_Down);
+    key(Qt::Key_Down);
+    key(Qt::Key_Right);
+    key(Qt::Key_Right);
+    ASSERT_EQ(list().current(), (DuplicatePlace{{Kind::member, 0, 1}, keepPart}));
+    key(Qt::Key_Space);
+    EXPECT_TRUE(state().isKeeper(list().rows().file({Kind::member, 0, 1})));
+    EXPECT_EQ(state().stagedNodes.value().size(), 2U);
+    // Another copy takes its place: it leaves the queue, and the first one joins it.
+    key(Qt::Key_Up);
+    EXPECT_EQ(list().accessibleNameOf(*list().current()), QStringLiteral("Unstage"));
+    key(Qt::Key_Return);
+    EXPECT_EQ(list().accessibleNameOf(*list().current()), QStringLiteral("Keep this"));
+    key(Qt::Key_Return);
+    EXPECT_EQ(list().accessibleNameOf(*list().current()), QStringLiteral("Kept ✓"));
+    EXPECT_TRUE(list().rows().file({Kind::member, 0, 1}).isStagedForTrash());
+    // And nothing is kept in the end.
+    key(Qt::Key_Return);
+    EXPECT_TRUE(state().stagedNodes.value().empty());
+    const auto* const preview = window().findChild<PreviewPanel*>();
+    EXPECT_TRUE(preview == nullptr || !preview->isVisible()) << "Space pressed what had the focus";
 }
 
 TEST_F(DuplicatesJourney, ARescanLeavesTheSearchToTheUser)

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "BreadcrumbBar.h"
 #include "HoverTooltip.h"
+#include "MovePointer.h"
 #include "ProgramFixture.h"
 #include "SegmentedPicker.h"
 #include "Theme.h"
@@ -69,7 +70,7 @@ TEST_F(TreemapJourney, FromTheWelcomeScreenThroughTheTreeAndBack)
     ASSERT_TRUE(waitUntilSettled());
 
     // Hover names what lies below the pointer.
-    QTest::mouseMove(&treemap(), pointOn("letter.txt"));
+    movePointer(treemap(), pointOn("letter.txt"));
     ASSERT_TRUE(treemap().hoveredItem());
     EXPECT_TRUE(isShown("hoverTooltip"));
 

@@ -3,6 +3,7 @@
 #include "AgeMapView.h"
 #include "HoverTooltip.h"
 #include "Label.h"
+#include "MovePointer.h"
 #include "NodeListModel.h"
 #include "NodeListView.h"
 #include "OutlineModel.h"
@@ -130,7 +131,7 @@ void VisualizerJourney::walkCanvas(VisualizerType type, const char* objectName)
 
     // Hover names what lies below the pointer and tells its size.
     const QPoint movies = pointOn(canvas, "Movies");
-    QTest::mouseMove(&canvas, movies);
+    movePointer(canvas, movies);
     ASSERT_TRUE(canvas.hoveredItem());
     EXPECT_EQ(canvas.scene()->nodeOf(*canvas.hoveredItem())->name(), "Movies");
     const auto* const tooltip = canvas.findChild<HoverTooltip*>();

@@ -1,13 +1,12 @@
 // SPDX-License-Identifier: MIT
 #include "ThreadPriority.h"
 
+#include "ThisThread.h"
 #include "UnprivilegedRun.h"
 
 #include <gtest/gtest.h>
 
 #include <sys/resource.h>
-#include <sys/syscall.h>
-#include <unistd.h>
 
 #include <algorithm>
 #include <thread>
@@ -15,33 +14,17 @@
 namespace quorvane {
 namespace {
 
-int niceOfThisThread()
-{
-    return getpriority(PRIO_PROCESS, static_cast<id_t>(gettid()));
-}
-
-/// The disk class of the calling thread, 3 for idle.
-long diskClassOfThisThread()
-{
-    constexpr int whoProcess = 1;
-    constexpr int classShift = 13;
-    return syscall(SYS_ioprio_get, whoProcess, gettid()) >> classShift;
-}
-
 TEST(ThreadPriority, LoweredThreadYieldsAndTheOthersStay)
 {
-    const int before = niceOfThisThread();
-    int lowered = 0;
-    long diskClass = 0;
+    const ThreadPriorityState before = priorityOfThisThread();
+    ThreadPriorityState lowered;
     std::thread thread([&] {
         lowerThisThread();
-        lowered = niceOfThisThread();
-        diskClass = diskClassOfThisThread();
+        lowered = priorityOfThisThread();
     });
     thread.join();
-    EXPECT_EQ(lowered, 19);
-    EXPECT_EQ(diskClass, 3);
-    EXPECT_EQ(niceOfThisThread(), before);
+    EXPECT_EQ(lowered, (ThreadPriorityState{19, 3}));
+    EXPECT_EQ(priorityOfThisThread(), before);
 }
 
 TEST(ThreadPriority, DescriptorLimitGoesUpToWhatIsAllowed)

@@ -11,6 +11,8 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <map>
+
 namespace quorvane {
 namespace {
 
@@ -36,6 +38,8 @@ protected:
         file(path + "/.").isRegularFile = false;
         file(path + "/.").inode = inode;
     }
+
+    std::map<std::string, int> m_looks;
 };
 
 TEST_F(AliasTest, OneNameSeenThroughTwoMountsIsNoCopyOfItself)
@@ -134,6 +138,51 @@ TEST_F(AliasTest, EqualHintsDropNothingByThemselves)
                             [](const Candidate& file) { return file.isDropped(); }),
               1);
     EXPECT_TRUE(files.back().isDropped());
+}
+
+TEST_F(AliasTest, NameThatVanishesWhileItIsLookedAtIsDropped)
+{
+    // The first time all are there; then one is gone, and the others stay for what they are.
+    for (const bool areRepeated : {true, false}) {
+        SCOPED_TRACE(areRepeated);
+        tree("a/\n  f 5000\nb/\n  f 5000\nc/\n  f 5000\n");
+        std::vector<Candidate> files;
+        for (const char* name : {"a", "b", "c"}) {
+            files.emplace_back(&test::nodeAt(m_tree->root(), std::string(name) + "/f"));
+            fileAt(std::string(name) + "/f", 7, 1);
+            folderAt(name, areRepeated ? 20 : std::uint64_t{20} + static_cast<unsigned>(*name));
+        }
+        m_contents.beforeOpen = [this](const std::string& path, int) {
+            if (path == "/scan/a/f" && ++m_looks[path] % 2 == 0) {
+                m_contents.remove(path);
+            }
+        };
+        const std::vector<std::uint32_t> hints(files.size(), 5);
+        AliasFilter(FileSystemCalls::system(), m_contents).dropAliases(files, hints);
+        EXPECT_TRUE(files[0].isDropped());
+        EXPECT_FALSE(files[1].isDropped());
+        EXPECT_TRUE(files[2].isDropped());
+        m_contents.beforeOpen = nullptr;
+    }
+}
+
+TEST_F(AliasTest, NamesOfDifferentFilesWithOneHintAreToldApart)
+{
+    tree("a/\n  f 5000\n  g 5000\nb/\n  f 5000\n  g 5000\n");
+    std::vector<Candidate> files;
+    for (const char* path : {"a/f", "a/g", "b/f", "b/g"}) {
+        files.emplace_back(&test::nodeAt(m_tree->root(), path));
+        // Of two files, each of which is seen twice.
+        fileAt(path, path[2] == 'f' ? 7 : 8, 1);
+    }
+    folderAt("a", 20);
+    folderAt("b", 20);
+    const std::vector<std::uint32_t> hints(files.size(), 5);
+    AliasFilter(FileSystemCalls::system(), m_contents).dropAliases(files, hints);
+    EXPECT_FALSE(files[0].isDropped());
+    EXPECT_FALSE(files[1].isDropped());
+    EXPECT_TRUE(files[2].isDropped());
+    EXPECT_TRUE(files[3].isDropped());
 }
 
 TEST_F(AliasTest, ABucketOfManyIsSearchedAsAWhole)

@@ -1,12 +1,15 @@
 // SPDX-License-Identifier: MIT
 #include "DuplicateBuckets.h"
 
+#include "FileDigester.h"
 #include "RandomTree.h"
+#include "ShortDigests.h"
 #include "TreeText.h"
 
 #include <gtest/gtest.h>
 
 #include <map>
+#include <set>
 
 namespace quorvane::DuplicateFinder {
 namespace {
@@ -40,39 +43,91 @@ TEST(DuplicateBuckets, SplitAgreesWithAMap)
                 list.back().drop();
             } else {
                 expected[digests.back()].push_back(&node);
+                list.back().setSampleOfUse(dice.chance(0.5));
+                list.back().setEndsBucket(dice.chance(0.5));
+                list.back().setSettled(dice.chance(0.5));
             }
-            if (!list.back().isDropped() && dice.chance(0.5)) {
-                list.back().markSampledWhole();
+        }
+        std::set<FileNode*> expectedAlone;
+        std::set<FileNode*> alone;
+        for (const auto& item : expected) {
+            if (item.second.size() == 1) {
+                expectedAlone.insert(item.second.front());
             }
         }
         std::erase_if(expected, [](const auto& item) { return item.second.size() < 2; });
         std::size_t place = 0;
-        Buckets buckets;
-        splitByDigest({list, digests}, list, place, buckets);
         std::map<Digest, std::vector<FileNode*>> split;
         std::size_t begin = 0;
-        for (const Bucket& bucket : buckets) {
-            for (; begin < bucket.end; ++begin) {
-                split[bucket.digest].push_back(list[begin].file());
-            }
-        }
+        splitByKey<Digest>(
+            {list, digests}, list, place,
+            [&](Candidate& last, const Digest& digest) {
+                EXPECT_EQ(&last, &list[place - 1]);
+                for (; begin < place; ++begin) {
+                    EXPECT_EQ(list[begin].endsBucket(), begin == place - 1);
+                    EXPECT_FALSE(list[begin].isSettled());
+                    split[digest].push_back(list[begin].file());
+                }
+            },
+            [&](const Candidate& file) { alone.insert(file.file()); });
         // The children stand in one array, so that their order is that of their addresses.
         EXPECT_EQ(split, expected) << round;
+        EXPECT_EQ(alone, expectedAlone) << round;
         EXPECT_EQ(begin, place) << round;
     }
 }
 
-TEST(DuplicateBuckets, CandidateKeepsItsFileUnderItsMark)
+TEST(DuplicateBuckets, CandidateKeepsItsFileUnderItsMarks)
 {
     const auto tree = test::treeFromText("f 1\n");
-    Candidate candidate(&tree->root());
-    EXPECT_FALSE(candidate.isSampledWhole());
-    candidate.markSampledWhole();
-    EXPECT_TRUE(candidate.isSampledWhole());
-    EXPECT_EQ(candidate.file(), &tree->root());
-    EXPECT_FALSE(candidate.isDropped());
-    candidate.drop();
-    EXPECT_TRUE(candidate.isDropped());
+    for (int marks = 0; marks < 8; ++marks) {
+        Candidate candidate(&tree->root());
+        candidate.setSampleOfUse((marks & 1) != 0);
+        candidate.setEndsBucket((marks & 2) != 0);
+        candidate.setSettled((marks & 4) != 0);
+        EXPECT_EQ(candidate.isSampleOfUse(), (marks & 1) != 0);
+        EXPECT_EQ(candidate.endsBucket(), (marks & 2) != 0);
+        EXPECT_EQ(candidate.isSettled(), (marks & 4) != 0);
+        EXPECT_EQ(candidate.file(), &tree->root());
+        EXPECT_FALSE(candidate.isDropped());
+        candidate.setSampleOfUse(false);
+        candidate.setEndsBucket(false);
+        candidate.setSettled(false);
+        EXPECT_FALSE(candidate.isSampleOfUse() || candidate.endsBucket() || candidate.isSettled());
+        candidate.drop();
+        EXPECT_TRUE(candidate.isDropped());
+    }
+}
+
+TEST(ShortDigests, KnowTheFirstOnesWhole)
+{
+    ShortDigests digests(6, 2);
+    EXPECT_TRUE(digests.note(0, digestOf(1)));
+    EXPECT_TRUE(digests.note(3, digestOf(2)));
+    EXPECT_FALSE(digests.note(1, digestOf(0x300)));
+    EXPECT_TRUE(digests.note(2, digestOf(1)));
+    EXPECT_FALSE(digests.note(4, digestOf(0x300)));
+    EXPECT_FALSE(digests.note(5, digestOf(0x400)));
+    const std::span<ShortDigests::Key> keys = digests.keys();
+    EXPECT_EQ(keys[0], keys[2]);
+    EXPECT_EQ(keys[1], keys[4]);
+    EXPECT_EQ((std::set<ShortDigests::Key>(keys.begin(), keys.end())).size(), 4U);
+    for (const std::size_t place : {0U, 2U, 3U}) {
+        EXPECT_TRUE(ShortDigests::isWhole(keys[place]));
+        EXPECT_EQ(digests.whole(keys[place]), digestOf(place == 3 ? 2 : 1));
+    }
+    for (const std::size_t place : {1U, 4U, 5U}) {
+        EXPECT_FALSE(ShortDigests::isWhole(keys[place]));
+    }
+}
+
+TEST(ShortDigests, PartsOfDifferentDigestsMayBeEqual)
+{
+    ShortDigests digests(2, 0);
+    // They differ in their last byte alone, of which nothing is kept.
+    EXPECT_FALSE(digests.note(0, digestOf(1)));
+    EXPECT_FALSE(digests.note(1, digestOf(2)));
+    EXPECT_EQ(digests.keys()[0], digests.keys()[1]);
 }
 
 } // namespace

@@ -10,6 +10,7 @@
 #include <chrono>
 #include <condition_variable>
 #include <limits>
+#include <map>
 #include <thread>
 
 namespace quorvane {
@@ -237,6 +238,64 @@ TEST_F(FaultTest, GrownLargeFileIsComparedByAllOfIt)
     EXPECT_EQ(found(), (GroupPaths{{"a", "c"}}));
 }
 
+TEST_F(FaultTest, TooManyAlikeThatThenChangeAreComparedInFull)
+{
+    std::string text;
+    for (int i = 0; i < 60; ++i) {
+        text += "f" + std::to_string(i) + " 5000\n";
+    }
+    tree(text);
+    for (int i = 0; i < 60; ++i) {
+        contents("f" + std::to_string(i), textOf('q', small));
+    }
+    // Room for whole digests of four files and, beyond these, of one that many share.
+    m_options.windowFiles = 2;
+    beforeVerifying([this](const std::string& path) {
+        const int number = std::stoi(path.substr(std::string("/scan/f").size()));
+        m_contents.file(path).bytes.back() = static_cast<char>(number % 12);
+        m_contents.file(path).changedSeconds = farAhead;
+    });
+    double now = 100;
+    m_options.clock = [&] { return now += 0.06; };
+    GroupPaths expected(12);
+    for (int i = 0; i < 60; ++i) {
+        expected[static_cast<std::size_t>(i % 12)].insert("f" + std::to_string(i));
+    }
+    std::sort(expected.begin(), expected.end());
+    GroupPaths groups = found();
+    std::sort(groups.begin(), groups.end());
+    EXPECT_EQ(groups, expected);
+    // Those that are read twice are counted once.
+    EXPECT_EQ(filesOf(Pass::verifying), 60);
+    EXPECT_EQ(m_progress, (std::vector{0.06, 16 * 0.6 / 60 + 0.4, 32 * 0.6 / 60 + 0.4,
+                                       48 * 0.6 / 60 + 0.4, 1.0}));
+}
+
+TEST_F(FaultTest, CancelInASecondRoundOfVerifyingGivesNothing)
+{
+    std::string text;
+    for (int i = 0; i < 20; ++i) {
+        text += "f" + std::to_string(i) + " 5000\n";
+    }
+    tree(text);
+    for (int i = 0; i < 20; ++i) {
+        contents("f" + std::to_string(i), textOf('q', small));
+    }
+    m_options.windowFiles = 2;
+    std::atomic<bool> isCancelled{false};
+    m_isCancelled = [&] { return isCancelled.load(); };
+    std::map<std::string, int> verified;
+    beforeVerifying([&](const std::string& path) {
+        const int number = std::stoi(path.substr(std::string("/scan/f").size()));
+        m_contents.file(path).bytes.back() = static_cast<char>(number % 5);
+        m_contents.file(path).changedSeconds = farAhead;
+        isCancelled = isCancelled || ++verified[path] == 2;
+    });
+    EXPECT_EQ(found(), GroupPaths());
+    EXPECT_EQ(verified.size(), 20U);
+    EXPECT_TRUE(isCancelled);
+}
+
 TEST_F(FaultTest, CancelInTheWalkStopsAtTheNextNode)
 {
     threeCopies(small);
@@ -278,6 +337,25 @@ TEST_F(FaultTest, CancelInVerifyingGivesNothingEvenAtItsLastFile)
     beforeVerifying([&](const std::string&) { isCancelled = ++verified == 3; });
     EXPECT_EQ(found(), GroupPaths());
     EXPECT_EQ(verified, 3);
+    EXPECT_EQ(m_progress, (std::vector{0.06}));
+}
+
+TEST_F(FaultTest, CancelBetweenSamplingAndVerifyingOpensNothingMore)
+{
+    threeCopies(large);
+    m_isCancelled = [&] { return filesOf(Pass::sampling) > 0; };
+    m_contents.beforeOpen = [&](const std::string&, int) { EXPECT_EQ(filesOf(Pass::sampling), 0); };
+    EXPECT_EQ(found(), GroupPaths());
+    EXPECT_GT(m_contents.openedInAll(), 0);
+    EXPECT_EQ(m_progress, (std::vector{0.06}));
+}
+
+TEST_F(FaultTest, CancelBeforeTheGroupsAreBuiltGivesNothing)
+{
+    threeCopies(small);
+    m_isCancelled = [&] { return filesOf(Pass::verifying) > 0; };
+    EXPECT_EQ(found(), GroupPaths());
+    EXPECT_EQ(filesOf(Pass::verifying), 3);
     EXPECT_EQ(m_progress, (std::vector{0.06}));
 }
 

@@ -1,8 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "FinderFixture.h"
+#include "RandomTree.h"
 
 #include <chrono>
 #include <condition_variable>
+#include <iterator>
+#include <map>
 #include <thread>
 
 namespace quorvane {
@@ -306,6 +309,43 @@ TEST_F(FinderTest, MoreSizesThanAWindowHolds)
     m_options.workers = 2;
     EXPECT_EQ(found(), expected);
     EXPECT_EQ(filesOf(Pass::verifying), 8);
+}
+
+TEST_F(FinderTest, WindowsOfAnySizeGiveTheGroupsOfAPlainComparison)
+{
+    test::Dice dice(7);
+    std::string text;
+    std::map<std::string, std::set<std::string>> byContents;
+    // Sizes on both sides of a head and of what is sampled whole; of many one is the same.
+    constexpr std::size_t sizes[] = {1024, 4096, 4097, 5000, 5000, 5000, 5000, 530000};
+    for (int i = 0; i < 400; ++i) {
+        const std::string name = "f" + std::to_string(i);
+        std::string bytes = textOf('q', sizes[dice.below(std::size(sizes))]);
+        if (dice.chance(0.7)) {
+            // One of few marks, in the head, in the middle or in the tail.
+            const std::size_t places[] = {7, bytes.size() / 2, bytes.size() - 1};
+            bytes[places[dice.below(3)]] = static_cast<char>(dice.below(40));
+        }
+        text += name + " " + std::to_string(bytes.size()) + "\n";
+        byContents[bytes].insert(name);
+        contents(name, std::move(bytes));
+    }
+    tree(text);
+    GroupPaths expected;
+    for (auto& item : byContents) {
+        if (item.second.size() > 1) {
+            expected.push_back(std::move(item.second));
+        }
+    }
+    std::sort(expected.begin(), expected.end());
+    for (const std::size_t windowFiles : {1U, 2U, 7U, 40U, 0U}) {
+        SCOPED_TRACE(windowFiles);
+        m_options.windowFiles = windowFiles;
+        m_options.workers = windowFiles == 7 ? 3 : 1;
+        GroupPaths groups = found();
+        std::sort(groups.begin(), groups.end());
+        EXPECT_EQ(groups, expected);
+    }
 }
 
 TEST_F(FinderTest, ManyWorkersAgreeWithOne)

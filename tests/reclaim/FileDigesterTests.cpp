@@ -190,16 +190,17 @@ TEST_F(FileDigesterTest, HeadServesOnlyForAFileThatDidNotChange)
     const Sample sample = m_digester.partialDigest(file).value();
     ASSERT_TRUE(sample.head);
     std::int64_t before = m_digester.bytesRead();
-    EXPECT_EQ(hexOf(m_digester.fullDigest(file, *sample.head).value()), expectedHex(text));
+    EXPECT_EQ(hexOf(m_digester.fullDigest(file, SampleTraces{sample.head.get()}).value()),
+              expectedHex(text));
     EXPECT_EQ(m_digester.bytesRead() - before, 2000000 - 262144);
     before = m_digester.bytesRead();
     m_contents.file("/scan/f").bytes[5] ^= 1;
     m_contents.file("/scan/f").changedSeconds = 2'000'000'000;
-    EXPECT_EQ(hexOf(m_digester.fullDigest(file, *sample.head).value()),
+    EXPECT_EQ(hexOf(m_digester.fullDigest(file, SampleTraces{sample.head.get()}).value()),
               expectedHex(m_contents.file("/scan/f").bytes));
     EXPECT_EQ(m_digester.bytesRead() - before, 2000000);
     m_contents.remove("/scan/f");
-    EXPECT_FALSE(m_digester.fullDigest(file, *sample.head));
+    EXPECT_FALSE(m_digester.fullDigest(file, SampleTraces{sample.head.get()}));
 }
 
 TEST_F(FileDigesterTest, HeadIsKeptOnlyWhereBothEndsAreWhole)
@@ -213,7 +214,7 @@ TEST_F(FileDigesterTest, HeadIsKeptOnlyWhereBothEndsAreWhole)
 TEST_F(FileDigesterTest, HeadFilterSeesSizeAndHeadAlone)
 {
     std::vector<std::uint64_t> heads;
-    const auto turnAway = [&](std::uint64_t head) {
+    const auto turnAway = [&](std::uint64_t head, bool) {
         heads.push_back(head);
         return false;
     };
@@ -230,7 +231,7 @@ TEST_F(FileDigesterTest, HeadFilterSeesSizeAndHeadAlone)
 
 TEST_F(FileDigesterTest, FileThatIsNoMoreThanAHeadNeverWaits)
 {
-    const auto fail = [](std::uint64_t) {
+    const auto fail = [](std::uint64_t, bool) {
         ADD_FAILURE();
         return false;
     };
@@ -255,7 +256,7 @@ TEST_F(FileDigesterTest, FileThatIsNoMoreThanAHeadNeverWaits)
 TEST_F(FileDigesterTest, FileThatGrewBeyondAHeadWaits)
 {
     int asked = 0;
-    const auto turnAway = [&](std::uint64_t) {
+    const auto turnAway = [&](std::uint64_t, bool) {
         ++asked;
         return false;
     };

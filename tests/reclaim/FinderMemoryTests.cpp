@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+#include "CountedMemory.h"
 #include "DuplicateFinder.h"
 #include "FileContentCalls.h"
 #include "SizeCounters.h"
@@ -6,133 +7,236 @@
 
 #include <gtest/gtest.h>
 
-#include <malloc.h>
-
 #include <algorithm>
 #include <atomic>
+#include <cstdint>
+#include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <functional>
 #include <string>
 
 namespace quorvane {
 namespace {
 
+using test::CountedMemory;
+
 constexpr std::int64_t mebibyte = 1 << 20;
+constexpr std::int64_t promised = 40 * mebibyte;
+constexpr int million = 1'000'000;
+constexpr std::int64_t leastBytes = 64;
 
-/// Bytes that the program has from malloc now; 0 under a sanitizer, which brings its own.
-std::int64_t bytesInUse()
-{
-    const struct mallinfo2 info = mallinfo2();
-    return static_cast<std::int64_t>(info.uordblks + info.hblkhd);
-}
-
-/// Files whose contents are the number in their names, made up on the spot: a descriptor is that
-/// number, and a whole file one read. For one worker.
+/// Files of 64 bytes that are made up on the spot from the number behind the dash in their names,
+/// whatever size the scan saw.
 class MadeUpContents final : public FileContentCalls
 {
 public:
+    /// Which contents the file of that number has; equal numbers are equal contents.
+    std::function<int(int)> contentsOf = [](int file) { return file; };
+    /// Number of names that each inode has, one after the other.
+    int names = 1;
+
     int open(int, const char* name) override
     {
-        m_isRead = false;
-        return std::atoi(std::strrchr(name, '-') + 1);
+        const char* const dash = std::strrchr(name, '-');
+        // A file's descriptor is even, a folder's is 1.
+        return dash == nullptr ? 1 : std::atoi(dash + 1) * 2 + 2;
     }
-    bool status(int, OpenFileStatus& status) override
+    bool status(int file, OpenFileStatus& status) override
     {
-        status = {true, 1'000'000'000, 1, ++m_opened, 1};
+        const bool isFile = file % 2 == 0;
+        const std::uint64_t inode = isFile ? static_cast<std::uint64_t>(file / 2 / names) + 10 : 2;
+        status = {isFile, 1'000'000'000, 1, inode, static_cast<std::uint64_t>(names)};
         return true;
     }
     std::int64_t read(int file, std::span<std::byte> room) override
     {
-        if (m_isRead) {
+        thread_local int isRead = -1;
+        if (isRead == file) {
+            isRead = -1;
             return 0;
         }
-        m_isRead = true;
-        std::fill_n(room.begin(), bytes, std::byte{1});
-        std::memcpy(room.data(), &file, sizeof file);
-        return bytes;
+        isRead = file;
+        std::fill_n(room.begin(), leastBytes, std::byte{1});
+        const int contents = contentsOf(file / 2 - 1);
+        std::memcpy(room.data(), &contents, sizeof contents);
+        return leastBytes;
     }
     bool seek(int, std::int64_t) override { return true; }
     void close(int) override {}
     void willRead(int, std::int64_t, std::int64_t) override {}
     void willReadOnce(int) override {}
-
-    static constexpr std::int64_t bytes = 2048;
-
-private:
-    std::uint64_t m_opened = 0;
-    bool m_isRead = false;
 };
 
-/// The most that a search had at once beyond its tree, looked at every so many files.
-class MemoryWatch
+/// What a search took beyond its tree, in bytes.
+struct Taken
 {
-public:
-    void look() { m_most = std::max(m_most, bytesInUse() - m_before); }
-    bool isNeverCancelled()
+    std::int64_t mostReading = 0;  ///< at once until the groups were built
+    std::int64_t mostBuilding = 0; ///< at once while they were
+    std::int64_t groups = 0;       ///< that are left: the groups themselves
+    std::size_t found = 0;
+};
+
+class FinderMemory : public ::testing::Test
+{
+protected:
+    void SetUp() override
     {
-        if (++m_asked % 5000 == 0) {
-            look();
+        if (!CountedMemory::isCounted()) {
+            GTEST_SKIP() << "another allocator is at work";
         }
-        return false;
     }
-    std::int64_t most() const { return m_most; }
 
-private:
-    std::int64_t m_before = bytesInUse();
-    std::int64_t m_most = 0;
-    int m_asked = 0;
+    /// Searches files whose sizes are given by number, in folders of so many.
+    Taken search(int files, const std::function<std::int64_t(int)>& bytesOf, int inEachFolder)
+    {
+        std::shared_ptr<FileTree> tree;
+        {
+            std::string text;
+            for (int i = 0; i < files; ++i) {
+                if (i % inEachFolder == 0) {
+                    text += "d" + std::to_string(i) + "/\n";
+                }
+                text += "  f-" + std::to_string(i) + " " + std::to_string(bytesOf(i)) + "\n";
+            }
+            tree = test::treeFromText(text);
+        }
+        return search(tree);
+    }
+    Taken search(const std::shared_ptr<FileTree>& tree)
+    {
+        Taken taken;
+        const NodePointer root = tree->rootPointer();
+        const std::int64_t before = CountedMemory::now();
+        DuplicateFinder::Options options;
+        options.workers = 2;
+        options.contents = &m_contents;
+        options.onPassEnd = [&](const DuplicateFinder::PassReport& report) {
+            if (report.pass == DuplicateFinder::Pass::building) {
+                taken.mostBuilding = CountedMemory::most() - before;
+            } else {
+                taken.mostReading = CountedMemory::most() - before;
+            }
+            if (report.pass == DuplicateFinder::Pass::verifying) {
+                CountedMemory::forgetMost();
+            }
+        };
+        CountedMemory::forgetMost();
+        const DuplicateFinder::Groups groups = DuplicateFinder::find(
+            root, leastBytes, [](double) {}, DuplicateFinder::neverCancelled, options);
+        taken.groups = CountedMemory::now() - before;
+        taken.found = groups.size();
+        RecordProperty("mostReading", std::to_string(taken.mostReading));
+        RecordProperty("mostBuilding", std::to_string(taken.mostBuilding));
+        RecordProperty("groups", std::to_string(taken.groups));
+        std::printf("reading %.1f, building %.1f, groups %.1f MiB\n",
+                    static_cast<double>(taken.mostReading) / mebibyte,
+                    static_cast<double>(taken.mostBuilding) / mebibyte,
+                    static_cast<double>(taken.groups) / mebibyte);
+        return taken;
+    }
+    /// The groups that come out, half a million of which cannot be had for 40 MiB, are counted by
+    /// themselves.
+    static void expectPromiseKept(const Taken& taken)
+    {
+        EXPECT_LT(taken.mostReading, promised);
+        EXPECT_LT(taken.mostBuilding - taken.groups, promised);
+        // It did have to hold the files' places.
+        EXPECT_GT(taken.mostReading, mebibyte);
+    }
+
+    MadeUpContents m_contents;
 };
 
-TEST(FinderMemory, FiftyThousandPairsStayFarBelowFortyMebibytes)
+std::int64_t oneSize(int)
 {
-    if (bytesInUse() == 0) {
-        GTEST_SKIP() << "no figures from this allocator";
-    }
-    constexpr int pairs = 50'000;
-    std::string text;
-    for (int folder = 0; folder < 500; ++folder) {
-        text += "folder " + std::to_string(folder) + "/\n";
-        for (int i = 0; i < 2 * pairs / 500; ++i) {
-            const int number = (folder % 250) * 200 + i;
-            text += "  f-" + std::to_string(number) + " 2048\n";
-        }
-    }
-    const auto tree = test::treeFromText(text);
-    MadeUpContents contents;
-    MemoryWatch watch;
-    DuplicateFinder::Options options;
-    options.workers = 1;
-    options.contents = &contents;
-    options.onPassEnd = [&](const DuplicateFinder::PassReport&) { watch.look(); };
-    const DuplicateFinder::Groups groups = DuplicateFinder::find(
-        tree->rootPointer(), 1024, [](double) {}, [&] { return watch.isNeverCancelled(); },
-        options);
-    EXPECT_EQ(groups.size(), static_cast<std::size_t>(pairs));
-    // A group is 192 bytes, two pointers and an identifier: 64 for each of these in the heap.
-    EXPECT_LT(watch.most(), 22 * mebibyte);
-    EXPECT_GT(watch.most(), 8 * mebibyte);
+    return 100;
 }
 
-TEST(FinderMemory, SizesOfTheirOwnTakeNoRoomEach)
+TEST_F(FinderMemory, FiftyThousandPairsStayFarBelowFortyMebibytes)
 {
-    if (bytesInUse() == 0) {
-        GTEST_SKIP() << "no figures from this allocator";
-    }
-    std::string text;
-    for (int i = 0; i < 200'000; ++i) {
-        text += "f " + std::to_string(2000 + i) + "\n";
-    }
-    const auto tree = test::treeFromText(text);
-    MadeUpContents contents;
-    MemoryWatch watch;
-    DuplicateFinder::Options options;
-    options.contents = &contents;
-    EXPECT_TRUE(DuplicateFinder::find(
-                    tree->rootPointer(), 1024, [&](double) { watch.look(); },
-                    [&] { return watch.isNeverCancelled(); }, options)
-                    .empty());
+    m_contents.contentsOf = [](int file) { return file / 2; };
+    const Taken taken = search(100'000, oneSize, 200);
+    EXPECT_EQ(taken.found, 50'000U);
+    // A group is 192 bytes, two pointers and an identifier: 64 for each of these in the heap.
+    EXPECT_LT(taken.mostBuilding, 22 * mebibyte);
+    EXPECT_GT(taken.mostBuilding, 8 * mebibyte);
+}
+
+TEST_F(FinderMemory, SizesOfTheirOwnTakeNoRoomEach)
+{
+    const Taken taken = search(
+        200'000, [](int file) { return 2000 + file; }, 1000);
+    EXPECT_EQ(taken.found, 0U);
     // A fifth of the counters is taken, so that some sizes meet in one; 16 bytes each would be 3.
-    EXPECT_LT(watch.most(), 2 * mebibyte + mebibyte / 2);
+    EXPECT_LT(taken.mostReading, 2 * mebibyte + mebibyte / 2);
+}
+
+TEST_F(FinderMemory, AMillionCopiesEachInAFolderOfItsOwn)
+{
+    m_contents.contentsOf = [](int) { return 1; };
+    const Taken taken = search(million, oneSize, 1);
+    EXPECT_EQ(taken.found, 1U);
+    expectPromiseKept(taken);
+    EXPECT_LT(taken.mostBuilding, promised);
+}
+
+TEST_F(FinderMemory, AMillionFilesOfOneSizeThatAllDiffer)
+{
+    const Taken taken = search(million, oneSize, million);
+    EXPECT_EQ(taken.found, 0U);
+    expectPromiseKept(taken);
+}
+
+TEST_F(FinderMemory, AMillionFilesOfOneSizeInPairs)
+{
+    m_contents.contentsOf = [](int file) { return file / 2; };
+    const Taken taken = search(million, oneSize, 1000);
+    EXPECT_EQ(taken.found, std::size_t{million / 2});
+    expectPromiseKept(taken);
+}
+
+TEST_F(FinderMemory, AMillionFilesInPairsOfSizes)
+{
+    m_contents.contentsOf = [](int file) { return file / 2; };
+    const Taken taken = search(
+        million, [](int file) { return 5000 + file / 2; }, 1000);
+    EXPECT_EQ(taken.found, std::size_t{million / 2});
+    expectPromiseKept(taken);
+}
+
+TEST_F(FinderMemory, PairsOfSizesAndThenAllThatATableOfHeadsHoldsOfOneSize)
+{
+    constexpr int pairs = million - 2 * 65536;
+    m_contents.contentsOf = [](int file) { return file / 2; };
+    const Taken taken = search(
+        million, [](int file) { return file < pairs ? 5000 + file / 2 : 4500; }, 1000);
+    EXPECT_EQ(taken.found, std::size_t{million / 2});
+    expectPromiseKept(taken);
+}
+
+TEST_F(FinderMemory, AMillionHardLinksOfOneFile)
+{
+    m_contents.contentsOf = [](int) { return 1; };
+    m_contents.names = million;
+    const Taken taken = search(million, oneSize, 1000);
+    EXPECT_EQ(taken.found, 1U);
+    expectPromiseKept(taken);
+    EXPECT_LT(taken.mostBuilding, promised);
+}
+
+TEST_F(FinderMemory, AChainOfFoldersTakesNoRoomForEach)
+{
+    std::string text;
+    for (int depth = 0; depth < 1500; ++depth) {
+        const std::string indent(static_cast<std::size_t>(depth) * 2, ' ');
+        text += indent + "f-" + std::to_string(depth) + " " + std::to_string(100 + depth) + "\n";
+        text += indent + "d/\n";
+    }
+    const Taken taken = search(test::treeFromText(text));
+    EXPECT_EQ(taken.found, 0U);
+    // The counters of sizes are a mebibyte.
+    EXPECT_LT(taken.mostReading - mebibyte, 16 * 1024);
 }
 
 TEST(SizeCounters, TellSizesThatCameTwice)

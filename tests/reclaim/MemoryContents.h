@@ -11,6 +11,7 @@
 #include <limits>
 #include <map>
 #include <mutex>
+#include <set>
 #include <string>
 
 namespace quorvane::test {
@@ -28,6 +29,7 @@ struct MemoryFile
     std::uint64_t device = 1;
     std::uint64_t inode = 0; ///< 0: one that no other path has
     std::uint64_t links = 1;
+    std::set<std::int64_t> cachedPages = {}; ///< that are in the page cache, from 0
 };
 
 /// File contents that lie in memory, by absolute path. What is not there cannot be opened. Set up
@@ -37,6 +39,9 @@ class MemoryContents final : public FileContentCalls
 public:
     /// Runs before each open outside any lock, with how often this path was opened before.
     std::function<void(const std::string& path, int before)> beforeOpen;
+    /// Tells what is in the page cache of the files, page by page.
+    bool tellsCache = false;
+    static constexpr std::int64_t pageBytes = 4096;
 
     MemoryFile& file(const std::string& path)
     {
@@ -88,7 +93,7 @@ public:
         if (found == m_files.end() || !found->second.opens) {
             return -1;
         }
-        m_open[++m_lastDescriptor] = {found->second, 0};
+        m_open[++m_lastDescriptor] = {found->second, 0, name};
         if (found->second.inode == 0) {
             m_open[m_lastDescriptor].file.inode = ownInode(name);
         }
@@ -119,6 +124,7 @@ public:
             std::min(end - open.position, static_cast<std::int64_t>(room.size()));
         std::memcpy(room.data(), open.file.bytes.data() + open.position,
                     static_cast<std::size_t>(got));
+        bringIn(open, got);
         open.position += got;
         m_bytesRead += got;
         return got;
@@ -137,6 +143,49 @@ public:
     }
     void willRead(int, std::int64_t, std::int64_t) override {}
     void willReadOnce(int) override {}
+    std::uint64_t cachedPieces(int descriptor, std::int64_t position, std::int64_t bytes,
+                               std::int64_t pieceBytes) override
+    {
+        if (!tellsCache) {
+            return FileContentCalls::cachedPieces(descriptor, position, bytes, pieceBytes);
+        }
+        const std::lock_guard guard(m_lock);
+        const auto found = m_files.find(m_open.at(descriptor).path);
+        if (found == m_files.end()) {
+            return 0;
+        }
+        std::uint64_t pieces = 0;
+        for (const std::int64_t page : found->second.cachedPages) {
+            const std::int64_t place = page * pageBytes - position;
+            if (place >= 0 && place < bytes) {
+                pieces |= std::uint64_t{1} << (place / pieceBytes);
+            }
+        }
+        return pieces;
+    }
+    void isDoneWith(int descriptor, std::int64_t position, std::int64_t bytes) override
+    {
+        const std::lock_guard guard(m_lock);
+        ++m_takenOut;
+        const auto found = m_files.find(m_open.at(descriptor).path);
+        if (found != m_files.end()) {
+            std::erase_if(found->second.cachedPages, [&](std::int64_t page) {
+                return page * pageBytes >= position && page * pageBytes < position + bytes;
+            });
+        }
+    }
+    /// Pages that had to be read from the disk.
+    std::int64_t pagesBroughtIn() const
+    {
+        const std::lock_guard guard(m_lock);
+        return m_pagesBroughtIn;
+    }
+    /// How often something was to be taken out of the cache.
+    int takenOut() const
+    {
+        const std::lock_guard guard(m_lock);
+        return m_takenOut;
+    }
 
 private:
     static std::uint64_t ownInode(const char* path)
@@ -148,7 +197,17 @@ private:
     {
         MemoryFile file;
         std::int64_t position = 0;
+        std::string path = {};
     };
+
+    void bringIn(const Open& open, std::int64_t bytes)
+    {
+        const auto found = m_files.find(open.path);
+        for (std::int64_t page = open.position / pageBytes;
+             found != m_files.end() && page * pageBytes < open.position + bytes; ++page) {
+            m_pagesBroughtIn += found->second.cachedPages.insert(page).second ? 1 : 0;
+        }
+    }
 
     mutable std::mutex m_lock;
     std::map<std::string, MemoryFile> m_files;
@@ -157,6 +216,8 @@ private:
     int m_lastDescriptor = 0;
     std::int64_t m_bytesRead = 0;
     std::size_t m_largestRead = 0;
+    std::int64_t m_pagesBroughtIn = 0;
+    int m_takenOut = 0;
 };
 
 } // namespace quorvane::test

@@ -145,6 +145,31 @@ TEST_F(JobRunnerTest, ResultThatWaitsForTheMainThreadIsDroppedByACancel)
     EXPECT_EQ(m_published, 0);
 }
 
+TEST_F(JobRunnerTest, ResultThatNobodyWantsAnyMoreEndsOnAnotherThread)
+{
+    auto held = std::make_shared<int>(0);
+    const std::weak_ptr<int> watch = held;
+    std::atomic<bool> hasEnded = false;
+    std::thread::id where;
+    const auto note = [&](const int* thing) {
+        delete thing;
+        where = std::this_thread::get_id();
+        hasEnded = true;
+    };
+    const JobHandle job = m_runner->start(
+        JobPriority::userInitiated,
+        [held = std::move(held), note](const Job&) { return std::shared_ptr<int>(new int, note); },
+        [this](const std::shared_ptr<int>&) { ++m_published; });
+    while (!watch.expired()) {
+        std::this_thread::yield();
+    }
+    ASSERT_FALSE(hasEnded) << "it waits for the main thread";
+    job->cancel();
+    ASSERT_TRUE(waitFor([&] { return hasEnded.load(); }));
+    EXPECT_NE(where, std::this_thread::get_id());
+    EXPECT_EQ(m_published, 0);
+}
+
 TEST_F(JobRunnerTest, CancelAfterTheEndChangesNothing)
 {
     Gate gate;

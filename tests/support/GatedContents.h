@@ -7,6 +7,7 @@
 #include <atomic>
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <span>
 
 namespace quorvane {
@@ -16,12 +17,18 @@ namespace quorvane {
 class GatedContents final : public FileContentCalls
 {
 public:
+    /// Runs on each thread that opens a file, before the gate. Set while no file is read.
+    std::function<void()> beforeOpen;
+
     explicit GatedContents(Gate& gate)
         : m_gate(gate)
     {}
 
     int open(int parent, const char* name) override
     {
+        if (beforeOpen) {
+            beforeOpen();
+        }
         int most = m_mostInside;
         const int inside = ++m_inside;
         while (inside > most && !m_mostInside.compare_exchange_weak(most, inside)) {
@@ -44,6 +51,16 @@ public:
         m_system.willRead(file, position, bytes);
     }
     void willReadOnce(int file) override { m_system.willReadOnce(file); }
+    void willReadParts(int file) override { m_system.willReadParts(file); }
+    std::uint64_t cachedPieces(int file, std::int64_t position, std::int64_t bytes,
+                               std::int64_t pieceBytes) override
+    {
+        return m_system.cachedPieces(file, position, bytes, pieceBytes);
+    }
+    void isDoneWith(int file, std::int64_t position, std::int64_t bytes) override
+    {
+        m_system.isDoneWith(file, position, bytes);
+    }
 
     int opened() const { return m_opened; }
     /// The greatest number of threads that were opening a file at once.

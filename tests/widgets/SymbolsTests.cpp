@@ -119,6 +119,19 @@ TEST_F(Symbols, EachPaintsInTheWantedColour)
     }
 }
 
+TEST_F(Symbols, TakingOutOfTheTrashIsNotDrawnAsPuttingIn)
+{
+    const auto drawn = [](const char* name) {
+        return symbolPixmap(QLatin1String(name), 32, Qt::black, 1).toImage();
+    };
+    EXPECT_NE(drawn("trash.slash"), drawn("trash"));
+    // The slash leads through the middle, which is open on the can alone.
+    const QImage slashed = drawn("trash.slash");
+    for (const int place : {6, 10, 16, 22, 26}) {
+        EXPECT_GT(slashed.pixelColor(place, place).alpha(), 127) << place;
+    }
+}
+
 TEST_F(Symbols, AreDrawnAtTheResolutionOfTheScreen)
 {
     for (const qreal ratio : {1.0, 1.5, 2.0}) {

@@ -33,6 +33,14 @@ TEST_F(ToolTips, AFileNameIsShownAsItStands)
     }
 }
 
+TEST_F(ToolTips, OfATextThatNoScreenHoldsTheEndsAreShown)
+{
+    const QString start = QString(1500, u'a');
+    const QString end = QString(1500, u'<');
+    EXPECT_EQ(shownOf(plainToolTip(start % end)), start % end);
+    EXPECT_EQ(shownOf(plainToolTip(start % QString(1'000'000, u'b') % end)), start % u'…' % end);
+}
+
 TEST_F(ToolTips, TheTipOnScreenIsEscaped)
 {
     QWidget window;

@@ -1,8 +1,10 @@
 // SPDX-License-Identifier: MIT
+#include "PageCacheLinux.h"
 #include "PosixFileContentCalls.h"
 
 #include <fcntl.h>
 
+#include <atomic>
 #include <cerrno>
 
 namespace quorvane {
@@ -23,13 +25,40 @@ public:
         posix_fadvise(file, position, bytes, POSIX_FADV_WILLNEED);
     }
 
+    void willReadParts(int file) override { posix_fadvise(file, 0, 0, POSIX_FADV_RANDOM); }
+
     void willReadOnce(int file) override
     {
         posix_fadvise(file, 0, 0, POSIX_FADV_SEQUENTIAL);
-        // Not POSIX_FADV_DONTNEED afterwards: that would also throw out the pages that other
-        // programs had in the cache before.
+        // Before Linux 6.3 without any effect; from then on reading does not make pages that were
+        // in the cache before seem more useful than they are.
         posix_fadvise(file, 0, 0, POSIX_FADV_NOREUSE);
     }
+
+    std::uint64_t cachedPieces(int file, std::int64_t position, std::int64_t bytes,
+                               std::int64_t pieceBytes) override
+    {
+        if (m_hasStatistics.load(std::memory_order_relaxed)) {
+            const auto pieces = cachedPiecesByStatistics(file, position, bytes, pieceBytes);
+            if (pieces && *pieces != 0) {
+                return *pieces;
+            }
+            if (!pieces && errno == ENOSYS) {
+                m_hasStatistics.store(false, std::memory_order_relaxed);
+            }
+        }
+        // Slower, but it sees the pages of a file below one that is stacked upon it, which has none
+        // of its own.
+        return cachedPiecesByMapping(file, position, bytes, pieceBytes).value_or(~std::uint64_t{0});
+    }
+
+    void isDoneWith(int file, std::int64_t position, std::int64_t bytes) override
+    {
+        posix_fadvise(file, position, bytes, POSIX_FADV_DONTNEED);
+    }
+
+private:
+    std::atomic<bool> m_hasStatistics = true;
 };
 
 } // namespace

@@ -21,6 +21,8 @@ public:
         fcntl(file, F_RDADVISE, &range);
     }
 
+    void willReadParts(int file) override { fcntl(file, F_RDAHEAD, 0); }
+
     void willReadOnce(int file) override { fcntl(file, F_RDAHEAD, 1); }
 };
 

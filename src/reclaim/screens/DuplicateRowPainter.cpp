@@ -21,6 +21,7 @@ constexpr int paddingRight = 16;
 constexpr int groupGap = 16;
 constexpr int chevronSide = 12;
 constexpr int columnGap = 8;
+constexpr int countGap = 16; ///< between a number of copies and the words behind it
 constexpr int memberLeft = paddingLeft + chevronSide + groupGap;
 constexpr int memberGap = 12;
 constexpr int symbolSide = measure::iconRow;
@@ -28,7 +29,7 @@ constexpr int revealWidth = 72;
 constexpr int leastKeepLatestWidth = 118;
 constexpr int leastKeepWidth = 104;
 constexpr int leastSizeWidth = 76;
-constexpr int leastCountWidth = 34;
+constexpr int leastCountWidth = 26;
 constexpr int leastWordsWidth = 140;
 constexpr int badgePadding = 7;
 constexpr int badgeGap = 8;
@@ -90,14 +91,11 @@ int partCount(Kind kind)
 
 void DuplicateRowPainter::measureColumns()
 {
-    std::size_t most = 0;
-    for (const DuplicateFinder::Group& group : *m_rows.groups()) {
-        most = std::max(most, group.files().size());
-    }
     m_sizeWidth =
         std::max(leastSizeWidth, textWidth(TextStyle::heading, QStringLiteral("1023.9 MB")));
-    m_countWidth =
-        std::max(leastCountWidth, textWidth(TextStyle::body, QStringLiteral("× %1").arg(most)));
+    m_countWidth = std::max(
+        leastCountWidth,
+        textWidth(TextStyle::body, QStringLiteral("× %1").arg(m_state.mostDuplicateCopies())));
     m_keepLatestWidth = widestButton(leastKeepLatestWidth, {QStringLiteral("checkmark.seal"), {}},
                                      {"Keep latest", "Kept"});
     m_keepWidth = widestButton(
@@ -243,7 +241,7 @@ void DuplicateRowPainter::paintGroup(QPainter& painter, const DuplicateRow& row,
     paintCell(painter, cell, TextStyle::heading, ThemeColor::text1, shown.sizeText());
     cell = QRectF(cell.right() + columnGap, top, m_countWidth, first);
     paintCell(painter, cell, TextStyle::body, ThemeColor::text1, shown.countText());
-    cell.setLeft(cell.right() + columnGap);
+    cell.setLeft(cell.right() + countGap);
     cell.setRight(right);
     paintCell(painter, cell, TextStyle::body, ThemeColor::text2, shown.reclaimableText());
 

@@ -43,10 +43,14 @@ DuplicatesList::DuplicatesList(AppState& state, QWidget* parent)
     viewport()->setAutoFillBackground(false);
     verticalScrollBar()->setSingleStep(scrollStep);
     m_painter.measureColumns();
-    m_stagedChanged = m_state.stagedNodes.addNotifier([this] {
+    const auto showStaged = [this] {
         viewport()->update();
         announceDuplicateButtons(*this);
-    });
+    };
+    m_stagedChanged = m_state.stagedNodes.addNotifier(showStaged);
+    // A batch on its way to the Trash leaves the queue at once, and its files are staged no more
+    // one after the other.
+    m_batchMoved = m_state.trashProgress.addNotifier(showStaged);
     connect(&ThemeNotifier::instance(), &ThemeNotifier::themeChanged, this, [this] {
         m_painter.measureColumns();
         viewport()->update();

@@ -105,6 +105,7 @@ private:
     bool m_showsFocus = false; ///< keys brought the focus here
     int m_revision = 0;
     QPropertyNotifier m_stagedChanged;
+    QPropertyNotifier m_batchMoved;
 };
 
 } // namespace quorvane

@@ -99,7 +99,10 @@ QWidget* AgeMapView::makeListCard()
     m_list = new NodeListView(state(), *m_model, card);
     m_list->setObjectName(QStringLiteral("untouchedList"));
     m_list->setAccessibleName(QStringLiteral("Big & untouched"));
-    m_list->setItemDelegate(new UntouchedDelegate(*m_model, m_list));
+    auto* const delegate = new UntouchedDelegate(*m_model, m_list);
+    m_list->setItemDelegate(delegate);
+    m_model->setDescribe(
+        [delegate](const FileNode& node, int) { return delegate->describe(node); });
     connect(m_list, &NodeListView::rowActivated, this,
             [this](const NodePointer& node) { state().select(node); });
     m_nothingOld = new Label(QStringLiteral("Nothing big and untouched here. Clean drive!"),

@@ -43,6 +43,8 @@ QVariant NodeListModel::data(const QModelIndex& index, int role) const
     switch (role) {
     case Qt::DisplayRole:
         return node.displayName();
+    case Qt::AccessibleTextRole:
+        return m_describe ? m_describe(node, index.row()) : node.displayName();
     case Qt::ToolTipRole:
         return plainToolTip(AppState::displayPath(node.path()));
     default:

@@ -5,6 +5,8 @@
 
 #include <QAbstractListModel>
 
+#include <functional>
+#include <utility>
 #include <vector>
 
 namespace quorvane {
@@ -15,7 +17,13 @@ class NodeListModel : public QAbstractListModel
     Q_OBJECT
 
 public:
+    /// A row in words, for assistive technology. Rows count from 0.
+    using Describe = std::function<QString(const FileNode& node, int row)>;
+
     using QAbstractListModel::QAbstractListModel;
+
+    /// The name alone unless set.
+    void setDescribe(Describe describe) { m_describe = std::move(describe); }
 
     /// owner shares ownership of the nodes' tree.
     void setNodes(const NodePointer& owner, std::vector<FileNode*> nodes);
@@ -24,10 +32,12 @@ public:
     int rowOf(const FileNode* node) const;
 
     int rowCount(const QModelIndex& parent = {}) const override;
-    /// The name alone: what is drawn beside it is the delegate's.
+    /// The name, and all that the row tells as its accessible text: how it is drawn is the
+    /// delegate's.
     QVariant data(const QModelIndex& index, int role) const override;
 
 private:
+    Describe m_describe;
     NodePointer m_owner;
     std::vector<FileNode*> m_nodes;
 };

@@ -5,6 +5,7 @@
 #include "NodeContextMenuModifier.h"
 #include "OutlineModel.h"
 #include "Painting.h"
+#include "Tokens.h"
 
 #include <QContextMenuEvent>
 #include <QKeyEvent>
@@ -20,6 +21,7 @@ OutlineTable::OutlineTable(AppState& state, OutlineModel& model, QWidget* parent
 {
     setModel(&model);
     setFrameShape(QFrame::NoFrame);
+    setCornerRadius(radius::surface - 1); // the card's, inside its edge
     setMouseTracking(true);
     // While rows slide open or shut the view ignores clicks.
     setAnimated(false);

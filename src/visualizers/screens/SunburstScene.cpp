@@ -39,6 +39,15 @@ bool holdsAngle(double start, double end, double angle)
     return start <= end ? start <= angle && angle <= end : angle >= start || angle < end;
 }
 
+/// Between two colours, the first of which has that share.
+Color mean(const Color& first, const Color& second, double share)
+{
+    const auto channel = [share](double one, double other) {
+        return one * share + other * (1 - share);
+    };
+    return {channel(first.r, second.r), channel(first.g, second.g), channel(first.b, second.b)};
+}
+
 /// Draws the edges of a sector one after the other, in half the time of the whole outline. The pen
 /// is opaque, so that nobody sees where they meet.
 void strokeEdges(QPainter& painter, const RingSector& sector, QPen pen)
@@ -170,27 +179,82 @@ std::optional<std::size_t> SunburstScene::itemOf(const FileNode& node) const
     return std::nullopt;
 }
 
-void SunburstScene::fillSlice(QPainter& painter, std::size_t item, const QPainterPath& outline,
-                              double opacity, const QColor& ground) const
+void SunburstScene::fillSlice(QPainter& painter, std::size_t item,
+                              const QPainterPath& outline) const
 {
     const RingSector sector = sectorOf(item);
     const Color base = NodeColors::leafColor(*m_slices[item].node);
     QRadialGradient gradient(sector.center, sector.outer);
-    gradient.setColorAt(sector.inner / sector.outer, mixed(toQColor(base), opacity, ground));
-    gradient.setColorAt(
-        1, mixed(toQColor(NodeColors::darkened(base, edgeDarkening)), opacity, ground));
+    gradient.setColorAt(sector.inner / sector.outer, toQColor(base));
+    gradient.setColorAt(1, toQColor(NodeColors::darkened(base, edgeDarkening)));
     painter.fillPath(outline, gradient);
 }
 
-void SunburstScene::paintSlice(QPainter& painter, std::size_t item, double opacity,
-                               const QColor& ground) const
+std::vector<SunburstScene::Piece> SunburstScene::piecesOf(const Ring& ring, double leastAngle) const
 {
-    const RingSector sector = sectorOf(item);
-    const QPainterPath outline = annulus(sector);
-    fillSlice(painter, item, outline, opacity, ground);
-    const double arc = sector.outer * (sector.end - sector.start);
-    const double width = std::min(boundaryWidth, arc * boundaryShare);
-    painter.strokePath(outline, QPen(toQColor(NodeColors::boundaryColor()), width));
+    const QRectF canvas(QPointF(0, 0), QSizeF(request().size));
+    std::vector<Piece> pieces;
+    for (const std::size_t item : ring.items) {
+        const SunburstLayout::Slice& slice = m_slices[item];
+        if (slice.node->parent() != ring.lastFolder || !boundsOf(item).intersects(canvas)) {
+            continue;
+        }
+        const Color color = NodeColors::leafColor(*slice.node);
+        const bool joins = !pieces.empty() && pieces.back().end == slice.startAngle &&
+                           pieces.back().angle() < leastAngle &&
+                           slice.endAngle - slice.startAngle < leastAngle;
+        if (!joins) {
+            pieces.push_back({slice.startAngle, slice.endAngle, color, false});
+            continue;
+        }
+        Piece& last = pieces.back();
+        const double share = last.angle() / (slice.endAngle - last.start);
+        last.color = mean(last.color, color, share);
+        last.end = slice.endAngle;
+        last.isJoined = true;
+    }
+    return pieces;
+}
+
+/// The line around a slice is drawn before the next slice, which covers half of it.
+void SunburstScene::paintRing(QPainter& painter, const Ring& ring, double opacity,
+                              const CanvasStyle& style) const
+{
+    const double pixel = 1 / (ring.outer * style.devicePixelRatio);
+    const QColor boundary = toQColor(NodeColors::boundaryColor());
+    const std::vector<Piece> pieces = piecesOf(ring, pixel);
+    for (std::size_t i = 0; i < pieces.size(); ++i) {
+        const Piece& piece = pieces[i];
+        RingSector sector{center(), ring.inner, ring.outer, piece.start, piece.end};
+        const QPainterPath outline = annulus(sector);
+        // Smooth edges of two strips leave a gap where they share a pixel: the first goes on below
+        // the second.
+        if (piece.isJoined && i + 1 < pieces.size() && pieces[i + 1].isJoined) {
+            sector.end = std::min(piece.end + pixel, pieces[i + 1].end);
+        }
+        painter.fillPath(sector.end > piece.end ? annulus(sector) : outline,
+                         mixed(toQColor(piece.color), opacity, style.ground));
+        const double width = std::min(boundaryWidth, ring.outer * piece.angle() * boundaryShare);
+        painter.strokePath(outline, QPen(boundary, width));
+    }
+    shadeRing(painter, ring, opacity, style.ground);
+}
+
+/// Darkens a ring outwards. One gradient over a ring costs little; one for each slice would make Qt
+/// wake its threads for each of them.
+void SunburstScene::shadeRing(QPainter& painter, const Ring& ring, double opacity,
+                              const QColor& ground) const
+{
+    QColor dark = mixed(Qt::black, opacity, ground);
+    QRadialGradient shade(center(), ring.outer);
+    dark.setAlphaF(0);
+    shade.setColorAt(ring.inner / ring.outer, dark);
+    dark.setAlphaF(static_cast<float>(edgeDarkening));
+    shade.setColorAt(1, dark);
+    QPainterPath whole;
+    whole.addEllipse(center(), ring.outer, ring.outer);
+    whole.addEllipse(center(), ring.inner, ring.inner);
+    painter.fillPath(whole, shade);
 }
 
 void SunburstScene::paintHub(QPainter& painter, const CanvasStyle& style) const
@@ -221,19 +285,12 @@ void SunburstScene::paint(QImage& picture, const CanvasStyle& style, bool dimmed
     if (m_slices.empty()) {
         return;
     }
-    const QRectF canvas(QPointF(0, 0), QSizeF(request().size));
     const double farthest = farthestRadius();
     QPainter painter(&picture);
     painter.setRenderHint(QPainter::Antialiasing);
     for (const Ring& ring : m_rings) {
-        if (ring.inner > farthest) {
-            continue;
-        }
-        for (const std::size_t item : ring.items) {
-            if (m_slices[item].node->parent() == ring.lastFolder &&
-                boundsOf(item).intersects(canvas)) {
-                paintSlice(painter, item, dimmed ? dimOpacity : 1, style.ground);
-            }
+        if (ring.inner <= farthest) {
+            paintRing(painter, ring, dimmed ? dimOpacity : 1, style);
         }
     }
     paintHub(painter, style);
@@ -247,7 +304,7 @@ void SunburstScene::restoreItem(QPainter& painter, std::size_t item, const QImag
     painter.setRenderHint(QPainter::Antialiasing, false);
     const QPainterPath outline = annulus(sectorOf(item));
     if (!isOnTop(item)) {
-        fillSlice(painter, item, outline, 1, Qt::black);
+        fillSlice(painter, item, outline);
         return;
     }
     painter.save();

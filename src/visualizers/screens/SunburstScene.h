@@ -2,6 +2,7 @@
 #pragma once
 
 #include "CanvasScene.h"
+#include "Color.h"
 #include "PolarShapes.h"
 #include "SunburstLayout.h"
 
@@ -55,14 +56,28 @@ private:
         const FileNode* lastFolder = nullptr; ///< whose children lie on top
     };
 
+    /// A slice as it is painted, or several that are each narrower than a pixel, in the mean of
+    /// their colours.
+    struct Piece
+    {
+        double start = 0;
+        double end = 0;
+        Color color;
+        bool isJoined = false;
+
+        double angle() const { return end - start; }
+    };
+
     /// How far the canvas's corners lie from the centre, points.
     double farthestRadius() const;
     RingSector sectorOf(std::size_t item) const;
     std::optional<std::size_t> firstHit(const Ring& ring, double angle) const;
-    void fillSlice(QPainter& painter, std::size_t item, const QPainterPath& outline, double opacity,
-                   const QColor& ground) const;
-    void paintSlice(QPainter& painter, std::size_t item, double opacity,
-                    const QColor& ground) const;
+    void fillSlice(QPainter& painter, std::size_t item, const QPainterPath& outline) const;
+    /// What can be seen of a ring. Neighbours below the least angle are joined until they reach it.
+    std::vector<Piece> piecesOf(const Ring& ring, double leastAngle) const;
+    void paintRing(QPainter& painter, const Ring& ring, double opacity,
+                   const CanvasStyle& style) const;
+    void shadeRing(QPainter& painter, const Ring& ring, double opacity, const QColor& ground) const;
     void paintHub(QPainter& painter, const CanvasStyle& style) const;
 
     std::vector<SunburstLayout::Slice> m_slices;

@@ -28,6 +28,9 @@ TopSizesView::TopSizesView(AppState& state, QWidget* parent)
     m_list->setAccessibleName(QStringLiteral("Top sizes"));
     m_delegate = new TopSizesDelegate(*m_model, m_list);
     m_list->setItemDelegate(m_delegate);
+    m_model->setDescribe([delegate = m_delegate](const FileNode& node, int row) {
+        return delegate->describe(node, row + 1);
+    });
     connect(m_list, &NodeListView::rowActivated, this, [this](const NodePointer& node) {
         this->state().select(node);
         if (node->isDirectory()) {

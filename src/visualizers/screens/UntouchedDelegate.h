@@ -7,6 +7,7 @@
 
 namespace quorvane {
 
+class FileNode;
 class NodeListModel;
 
 /// Rows of the files that nobody touched: symbol, name over path, date and size.
@@ -17,6 +18,9 @@ class UntouchedDelegate : public QStyledItemDelegate
 public:
     UntouchedDelegate(NodeListModel& model, QObject* parent);
 
+    /// The row as one text, for assistive technology.
+    QString describe(const FileNode& node) const;
+
     void setSizeMode(SizeMode mode) { m_mode = mode; }
 
     void paint(QPainter* painter, const QStyleOptionViewItem& option,
@@ -24,6 +28,8 @@ public:
     QSize sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const override;
 
 private:
+    static void paintIcon(QPainter& painter, const QRectF& area, const FileNode& node);
+
     NodeListModel& m_model;
     SizeMode m_mode = SizeMode::disk;
 };

@@ -250,6 +250,7 @@ void VisualizerCanvas::contextMenuEvent(QContextMenuEvent* event)
         isByKey ? m_hoveredItem : scene()->itemAt(QPointF(event->pos()));
     const QPoint place = isByKey && item ? mapToGlobal(scene()->boundsOf(*item).center().toPoint())
                                          : event->globalPos();
+    m_tooltip->hide(); // it would lie beside the menu, about the same item
     NodeContextMenuModifier{m_state, nodeOf(item)}.popUp(*this, place);
 }
 

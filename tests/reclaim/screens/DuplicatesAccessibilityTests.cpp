@@ -79,6 +79,12 @@ TEST_F(DuplicatesAccessibilityTests, ButtonsTellThatTheyBearOtherWords)
     EXPECT_EQ(keepLatest->text(QAccessible::Name), QStringLiteral("Kept"));
     EXPECT_EQ(older->text(QAccessible::Name), QStringLiteral("Unstage"));
     EXPECT_EQ(newer->text(QAccessible::Name), QStringLiteral("Kept ✓"));
+    // As a batch does it: the flag, then the progress.
+    file(0, 0).setStagedForTrash(false);
+    m_state.trashProgress = 0.5;
+    EXPECT_EQ(announceDuplicateButtons(m_list), 0) << "it has been told";
+    EXPECT_EQ(newer->text(QAccessible::Name), QStringLiteral("Keep this"));
+    file(0, 0).setStagedForTrash(true);
     m_state.unkeep(file(0, 1));
     EXPECT_EQ(announceDuplicateButtons(m_list), 0);
     EXPECT_EQ(keepLatest->text(QAccessible::Name), QStringLiteral("Keep latest"));

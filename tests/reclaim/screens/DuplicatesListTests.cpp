@@ -5,6 +5,7 @@
 
 #include <QImage>
 #include <QScrollBar>
+#include <QVariantAnimation>
 
 namespace quorvane {
 namespace {
@@ -13,6 +14,25 @@ using Kind = DuplicateRow::Kind;
 
 class DuplicatesListTests : public DuplicatesListFixture
 {};
+
+/// Counts how often a widget is painted as long as it lives.
+class PaintCounter final : public QObject
+{
+public:
+    PaintCounter(QWidget& widget, int& count)
+        : m_count(count)
+    {
+        widget.installEventFilter(this);
+    }
+    bool eventFilter(QObject* watched, QEvent* event) override
+    {
+        m_count += event->type() == QEvent::Paint ? 1 : 0;
+        return QObject::eventFilter(watched, event);
+    }
+
+private:
+    int& m_count;
+};
 
 TEST_F(DuplicatesListTests, AClickAnywhereOnAGroupOpensAndClosesIt)
 {
@@ -61,6 +81,10 @@ TEST_F(DuplicatesListTests, OpeningTakesItsTimeWithEase)
     DesktopSettings::instance().setReducedMotion(false);
     open(2, 3);
     click({groupRow(0), 0});
+    const auto* const movement = m_list.findChild<QVariantAnimation*>();
+    ASSERT_NE(movement, nullptr);
+    EXPECT_EQ(movement->duration(), 160);
+    EXPECT_EQ(movement->easingCurve().type(), QEasingCurve::InOutQuad);
     EXPECT_TRUE(m_list.rows().isExpanded(0));
     EXPECT_LT(m_list.rows().openness(0), 1);
     ASSERT_TRUE(waitFor([this] { return m_list.rows().openness(0) >= 1; }));
@@ -300,6 +324,22 @@ TEST_F(DuplicatesListTests, FiftyThousandGroupsAndTwentyThousandCopiesCostWhatIs
     const std::vector<DuplicateRow> seen = m_list.rowsInSight();
     EXPECT_LE(seen.size(), 560U / 48 + 2);
     EXPECT_EQ(seen.front(), member(0, 12345)) << "the first row in sight, coming from below";
+}
+
+TEST_F(DuplicatesListTests, WhatABatchHasDealtWithIsStagedNoMoreOnTheScreenEither)
+{
+    open(1, 2);
+    m_state.trashOthers(file(0, 1));
+    EXPECT_EQ(m_list.accessibleNameOf({groupRow(0), keepLatestPart}), QStringLiteral("Kept"));
+    QCoreApplication::processEvents();
+    int painted = 0;
+    const PaintCounter counter(*m_list.viewport(), painted);
+    // As the batch does it: the flag first, then the progress.
+    file(0, 0).setStagedForTrash(false);
+    m_state.trashProgress = 1;
+    ASSERT_TRUE(waitFor([&painted] { return painted > 0; }));
+    EXPECT_EQ(m_list.accessibleNameOf({groupRow(0), keepLatestPart}),
+              QStringLiteral("Keep latest"));
 }
 
 TEST_F(DuplicatesListTests, OtherGroupsStartAtTheTop)

@@ -94,6 +94,21 @@ TEST_F(DuplicatesSearchTests, TheButtonsStopASearchAndStartItOverAndPassTheFocus
     EXPECT_EQ(m_state->flashMessage.value(), std::nullopt);
 }
 
+TEST_F(DuplicatesSearchTests, ASearchThatFindsNothingEndsWhereItStarted)
+{
+    m_disk.fileWithContents("two", std::string(3000, 'y'));
+    m_gate.open();
+    m_state->startScan(m_disk.root());
+    ASSERT_TRUE(waitUntilShown("duplicatesStart"));
+    ASSERT_TRUE(waitFor([this] { return m_state->duplicateProgress.value() == 1; }));
+    ASSERT_TRUE(waitUntilShown("findDuplicatesButton"));
+    EXPECT_TRUE(part<QWidget>("duplicatesStart").isVisible());
+    EXPECT_FALSE(part<QWidget>("duplicateResults").isVisible());
+    EXPECT_FALSE(part<QWidget>("duplicateProgress").isVisible());
+    EXPECT_EQ(part<Button>("findDuplicatesButton").role(), ButtonRole::prominent);
+    EXPECT_EQ(m_state->flashMessage.value(), std::nullopt);
+}
+
 TEST_F(DuplicatesSearchTests, FindWithTheMouseKeepsTheListsFocusAndWhatIsOpen)
 {
     m_gate.open();

@@ -4,7 +4,11 @@
 #include "FlameView.h"
 #include "HoverTooltip.h"
 #include "MindMapView.h"
+#include "MovePointer.h"
 #include "SunburstView.h"
+
+#include <QContextMenuEvent>
+#include <QMenu>
 
 #include <algorithm>
 #include <utility>
@@ -67,17 +71,32 @@ TYPED_TEST(DrawnVisualizersTests, ClickBesideEverythingSelectsNothing)
 TYPED_TEST(DrawnVisualizersTests, TooltipStandsInTheCorner)
 {
     this->open(twoFolders);
-    QTest::mouseMove(&this->m_view, this->pointOn("box"));
+    movePointer(this->m_view, this->pointOn("box"));
     const auto* const tooltip = this->m_view.template findChild<HoverTooltip*>();
     ASSERT_TRUE(tooltip->isVisible());
     EXPECT_EQ(tooltip->pos(), QPoint(8, 8));
+}
+
+TYPED_TEST(DrawnVisualizersTests, TooltipMakesRoomForTheMenu)
+{
+    this->open(twoFolders);
+    const QPoint place = this->pointOn("box");
+    movePointer(this->m_view, place);
+    const auto* const tooltip = this->m_view.template findChild<HoverTooltip*>();
+    ASSERT_TRUE(tooltip->isVisible());
+    QContextMenuEvent event(QContextMenuEvent::Mouse, place, this->m_view.mapToGlobal(place));
+    QApplication::sendEvent(&this->m_view, &event);
+    EXPECT_FALSE(tooltip->isVisible());
+    auto* const menu = this->m_view.template findChild<QMenu*>(QStringLiteral("nodeContextMenu"));
+    ASSERT_TRUE(menu);
+    menu->close();
 }
 
 TYPED_TEST(DrawnVisualizersTests, WheelDoesNotZoom)
 {
     this->open(twoFolders);
     const QPoint place = this->pointOn("box");
-    QTest::mouseMove(&this->m_view, place);
+    movePointer(this->m_view, place);
     QWheelEvent event(place, this->m_view.mapToGlobal(place), QPoint(0, -30), QPoint(0, -240),
                       Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase, false);
     QApplication::sendEvent(&this->m_view, &event);

@@ -3,6 +3,7 @@
 
 #include "CanvasFixture.h"
 #include "OutlineTable.h"
+#include "QuorvaneStyle.h"
 #include "Symbols.h"
 
 #include <QAbstractItemModelTester>
@@ -141,6 +142,31 @@ TEST_F(ListViewTests, RightClickOpensTheNodeMenu)
     auto* const menu = table.findChild<QMenu*>(QStringLiteral("nodeContextMenu"));
     ASSERT_TRUE(menu);
     menu->close();
+}
+
+TEST_F(ListViewTests, SelectedRowAtTheEndKeepsClearOfTheCardsCorners)
+{
+    std::string many;
+    for (int i = 0; i < 60; ++i) {
+        many += "f" + std::to_string(100 + i) + ".txt 5\n";
+    }
+    open(many);
+    auto* const style = new QuorvaneStyle;
+    style->setParent(&m_screen);
+    m_screen.table().setStyle(style);
+    m_screen.table().scrollToBottom();
+    const QImage before = m_screen.grab().toImage();
+    m_state.select(node("f159.txt"));
+    ASSERT_TRUE(m_screen.table().selectionModel()->hasSelection());
+    const QImage after = m_screen.grab().toImage();
+    // The edge of the card is one wide, its corner 10.
+    for (const int x : {1, 2, before.width() - 3, before.width() - 2}) {
+        EXPECT_EQ(after.pixelColor(x, before.height() - 2),
+                  before.pixelColor(x, before.height() - 2))
+            << x;
+    }
+    const QPoint middle(before.width() / 2, before.height() - 3);
+    EXPECT_NE(after.pixelColor(middle), before.pixelColor(middle));
 }
 
 TEST_F(FoldersViewTests, ShowsFilesOfFoldersAndSizes)

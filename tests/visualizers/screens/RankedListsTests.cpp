@@ -2,6 +2,7 @@
 #include "AgeBarChart.h"
 #include "AgeMapView.h"
 #include "CanvasFixture.h"
+#include "ListRow.h"
 #include "NodeListModel.h"
 #include "NodeListView.h"
 #include "TopSizesDelegate.h"
@@ -28,11 +29,18 @@ protected:
         QApplication::setActiveWindow(&m_screen);
     }
 
+    NodeListView* list() { return m_screen.template findChild<NodeListView*>(); }
+
     void click(int row)
     {
-        auto* const list = m_screen.template findChild<NodeListView*>();
-        QTest::mouseClick(list->viewport(), Qt::LeftButton, {},
-                          list->visualRect(list->model()->index(row, 0)).center());
+        QTest::mouseClick(list()->viewport(), Qt::LeftButton, {},
+                          list()->visualRect(list()->model()->index(row, 0)).center());
+    }
+
+    /// What assistive technology reads for a row.
+    QString spoken(int row)
+    {
+        return list()->model()->index(row, 0).data(Qt::AccessibleTextRole).toString();
     }
 
     /// All words on the screen beside the rows of its list, from the top.
@@ -102,6 +110,46 @@ TEST_F(TopSizesViewTests, RowTellsRankSizeShareAndFiles)
     EXPECT_EQ(delegate.describe(*node("lone.mp4"), 4), QStringLiteral("4. lone.mp4, 500 B"));
 }
 
+TEST_F(TopSizesViewTests, RowsTellAssistiveTechnologyAllThatTheyShow)
+{
+    open("box/\n  a.mp4 600\nlone.mp4 500\n");
+    m_state.setSizeMode(SizeMode::logical);
+    ASSERT_TRUE(waitFor([this] { return m_screen.topItems().rowCount() == 4; }));
+    EXPECT_EQ(spoken(0), QStringLiteral("1. scan, 1.1 KB, 100.0%, 2 files"));
+    EXPECT_EQ(spoken(3), QStringLiteral("4. lone.mp4, 500 B, 45.5%"));
+}
+
+TEST_F(TopSizesViewTests, TypingFindsARow)
+{
+    open("box/\n  a.mp4 600\nlone.mp4 500\n");
+    ASSERT_TRUE(waitFor([this] { return m_screen.topItems().rowCount() == 4; }));
+    QTest::keyClicks(list(), QStringLiteral("lo"));
+    EXPECT_EQ(m_state.selectedNode.value(), node("lone.mp4"));
+    EXPECT_EQ(m_state.focusNode.value(), m_state.rootNode.value());
+}
+
+TEST_F(TopSizesViewTests, ArrowKeysSelectAndReturnOpens)
+{
+    open("box/\n  a.mp4 600\nlone.mp4 500\n");
+    ASSERT_TRUE(waitFor([this] { return m_screen.topItems().rowCount() == 4; }));
+    click(3);
+    QTest::keyClick(list(), Qt::Key_Up);
+    EXPECT_EQ(m_state.selectedNode.value(), node("box"));
+    EXPECT_EQ(m_state.focusNode.value(), m_state.rootNode.value());
+    QTest::keyClick(list(), Qt::Key_Return);
+    EXPECT_EQ(m_state.focusNode.value(), node("box"));
+}
+
+TEST_F(TopSizesViewTests, ListFollowsTheSelection)
+{
+    open("box/\n  a.mp4 600\nlone.mp4 500\n");
+    ASSERT_TRUE(waitFor([this] { return m_screen.topItems().rowCount() == 4; }));
+    m_state.select(node("lone.mp4"));
+    EXPECT_EQ(list()->currentIndex().row(), 3);
+    m_state.select(nullptr);
+    EXPECT_FALSE(list()->selectionModel()->hasSelection());
+}
+
 TEST_F(TopSizesViewTests, WithoutAScanItSaysSo)
 {
     m_screen.show();
@@ -136,6 +184,22 @@ TEST_F(AgeMapViewTests, ShowsMonthsAndOldFiles)
     click(0);
     EXPECT_EQ(m_state.selectedNode.value(), node("old.bin"));
     EXPECT_EQ(m_state.focusNode.value().get(), focus);
+}
+
+TEST_F(AgeMapViewTests, RowsTellAssistiveTechnologyAllThatTheyShow)
+{
+    open("old.bin 62914560 67108864 @86400\n");
+    m_state.setSizeMode(SizeMode::logical);
+    ASSERT_TRUE(waitFor([this] {
+        return !m_screen.isComputing() && m_screen.untouched().rowCount() == 1 &&
+               spoken(0).contains(QStringLiteral("60.0 MB"));
+    }));
+    EXPECT_EQ(spoken(0), QStringLiteral("old.bin, ") +
+                             AppState::displayPath(node("old.bin")->path()) +
+                             QStringLiteral(", 60.0 MB, ") +
+                             ListRow::dateText(node("old.bin")->dateModified()));
+    m_state.setSizeMode(SizeMode::disk);
+    EXPECT_TRUE(waitFor([this] { return spoken(0).contains(QStringLiteral(", 64.0 MB, ")); }));
 }
 
 TEST_F(AgeMapViewTests, FolderWithoutDatedFilesSaysSo)

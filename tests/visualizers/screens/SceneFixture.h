@@ -44,10 +44,11 @@ protected:
     }
 
     /// The whole picture, and what it is with one item below the pointer.
-    static CanvasRendering render(const std::shared_ptr<const CanvasScene>& scene)
+    static CanvasRendering render(const std::shared_ptr<const CanvasScene>& scene,
+                                  const QColor& ground = Qt::black)
     {
         const LockedFlag stop;
-        return renderScene(scene, {QFont(), Qt::black, 1}, stop);
+        return renderScene(scene, {QFont(), ground, 1}, stop);
     }
     static QImage hover(const CanvasRendering& rendering, std::size_t item)
     {

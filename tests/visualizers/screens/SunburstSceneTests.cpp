@@ -1,7 +1,13 @@
 // SPDX-License-Identifier: MIT
 #include "SunburstScene.h"
 
+#include "FileTypeCategory.h"
+#include "NodeColors.h"
+#include "PolarShapes.h"
 #include "SceneFixture.h"
+
+#include <numbers>
+#include <string>
 
 namespace quorvane {
 namespace {
@@ -92,6 +98,58 @@ TEST_F(SunburstSceneTests, HoveredSliceIsBrightAndFramed)
     EXPECT_EQ(picture.pixelColor(250, 400), rendering.dimmed.pixelColor(250, 400));
     EXPECT_LT(picture.pixelColor(250, 400).red(), rendering.bright.pixelColor(250, 400).red());
     EXPECT_GT(picture.pixelColor(600, 400).lightness(), 200);
+}
+
+/// So many files of one byte each, films and papers in turn.
+std::string filmsAndPapers(int count)
+{
+    std::string text;
+    for (int i = 0; i < count; ++i) {
+        const std::string number = std::to_string(100'000 + i);
+        text += "f" + number + (i % 2 == 0 ? ".mp4 1\n" : ".pdf 1\n");
+    }
+    return text;
+}
+
+TEST_F(SunburstSceneTests, SlicesBelowAPixelHideTheGround)
+{
+    // Ten slices for each pixel of the ring's outer edge.
+    const auto one = scene(filmsAndPapers(12'000), square);
+    const CanvasRendering onBlack = render(one, Qt::black);
+    const CanvasRendering onWhite = render(one, Qt::white);
+    for (int degree = 5; degree <= 355; degree += 5) {
+        const double angle = SunburstLayout::defaultStartAngle + degree * std::numbers::pi / 180;
+        const QPoint place = polarPoint(one->center(), 150, angle).toPoint();
+        EXPECT_NEAR(qGray(onBlack.bright.pixel(place)), qGray(onWhite.bright.pixel(place)), 12)
+            << degree;
+    }
+}
+
+TEST_F(SunburstSceneTests, SlicesBelowAPixelShowTheMeanOfTheirColors)
+{
+    const auto one = scene(filmsAndPapers(12'000), square);
+    const CanvasRendering rendering = render(one);
+    const Color film = NodeColors::legendColor(FileTypeCategory::video);
+    const Color paper = NodeColors::legendColor(FileTypeCategory::doc);
+    // Half of the darkening, and about a quarter goes to the dark lines, each of which is drawn
+    // from both of its sides.
+    constexpr double left = 0.85 * 0.75;
+    for (const QPoint& place : {QPoint(550, 402), QPoint(250, 398), QPoint(402, 550)}) {
+        const QColor seen = rendering.bright.pixelColor(place);
+        EXPECT_NEAR(seen.redF(), (film.r + paper.r) / 2 * left, 0.08);
+        EXPECT_NEAR(seen.greenF(), (film.g + paper.g) / 2 * left, 0.08);
+        EXPECT_NEAR(seen.blueF(), (film.b + paper.b) / 2 * left, 0.08);
+        EXPECT_LT(rendering.dimmed.pixelColor(place).redF(), seen.redF());
+    }
+}
+
+TEST_F(SunburstSceneTests, WideSliceKeepsItsColorBesideOnesBelowAPixel)
+{
+    const auto one = scene("all.mp4 12000\n" + filmsAndPapers(12'000), square);
+    EXPECT_EQ(nameAt(*one, 550, 400), "all.mp4");
+    const QColor seen = render(one).bright.pixelColor(550, 400);
+    const auto alone = scene("all.mp4 1\nrest.pdf 1\n", square);
+    EXPECT_EQ(seen, render(alone).bright.pixelColor(550, 400));
 }
 
 TEST_F(SunburstSceneTests, SlicesDarkenOutwards)

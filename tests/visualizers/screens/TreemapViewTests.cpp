@@ -3,6 +3,7 @@
 
 #include "CanvasFixture.h"
 #include "HoverTooltip.h"
+#include "MovePointer.h"
 
 #include <QMenu>
 #include <QSignalSpy>
@@ -28,7 +29,7 @@ protected:
                m_view.scene()->request().target == m_state.shownNode();
     }
 
-    void hover(const QPoint& point) { QTest::mouseMove(&m_view, point); }
+    void hover(const QPoint& point) { movePointer(m_view, point); }
 
     void wheel(int delta)
     {
