@@ -60,14 +60,14 @@ void AccentSwatch::paintEvent(QPaintEvent*)
 {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
-    const QColor color = accentColor(m_accent);
+    const QColor own = color(m_accent);
     const QRectF disc((width() - discSide) / 2.0, discTop, discSide, discSide);
     painter.setPen(Qt::NoPen);
-    painter.setBrush(color);
+    painter.setBrush(own);
     painter.drawEllipse(disc);
     if (isChecked()) {
         const double out = ringGap + ringWidth / 2;
-        painter.setPen(QPen(color, ringWidth));
+        painter.setPen(QPen(own, ringWidth));
         painter.setBrush(Qt::NoBrush);
         painter.drawEllipse(disc.adjusted(-out, -out, out, out));
         paintSymbol(painter, QStringLiteral("checkmark"), disc, checkSide,

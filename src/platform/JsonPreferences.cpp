@@ -82,6 +82,8 @@ public:
     ~LockedFolder()
     {
         if (m_folder >= 0) {
+            // A child that is being started elsewhere may have the descriptor for a moment yet.
+            flock(m_folder, LOCK_UN);
             close(m_folder);
         }
     }

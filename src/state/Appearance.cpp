@@ -39,6 +39,19 @@ QString title(AppTheme theme)
     return capitalised(rawValue(theme));
 }
 
+std::optional<ColorScheme> colorScheme(AppTheme theme)
+{
+    switch (theme) {
+    case AppTheme::light:
+        return ColorScheme::light;
+    case AppTheme::dark:
+        return ColorScheme::dark;
+    case AppTheme::system:
+        break;
+    }
+    return std::nullopt;
+}
+
 std::string_view rawValue(AccentChoice accent)
 {
     return accentKeys[static_cast<std::size_t>(accent)];

@@ -18,10 +18,15 @@ enum class AppTheme {
 
 inline constexpr std::array allAppThemes{AppTheme::system, AppTheme::light, AppTheme::dark};
 
+/// How light or dark a window is.
+enum class ColorScheme { light, dark };
+
 /// The stored key, for example "dark".
 std::string_view rawValue(AppTheme theme);
 std::optional<AppTheme> appThemeFromRawValue(std::string_view text);
 QString title(AppTheme theme);
+/// The scheme that the theme asks for; none for the desktop's own.
+std::optional<ColorScheme> colorScheme(AppTheme theme);
 
 /// The accent colour of controls, selection and charts.
 enum class AccentChoice { blue, purple, teal, orange, pink, green };

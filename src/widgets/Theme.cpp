@@ -28,8 +28,8 @@ Shown& shown()
 
 bool isDark(AppTheme scheme)
 {
-    return scheme == AppTheme::dark ||
-           (scheme == AppTheme::system && DesktopSettings::instance().prefersDark());
+    const std::optional<ColorScheme> chosen = colorScheme(scheme);
+    return chosen ? *chosen == ColorScheme::dark : DesktopSettings::instance().prefersDark();
 }
 
 /// Inter where it is installed; else empty, which keeps the system's family.
@@ -110,7 +110,7 @@ void followDesktop()
     following = true;
     QObject::connect(&DesktopSettings::instance(), &DesktopSettings::prefersDarkChanged,
                      &ThemeNotifier::instance(), [] {
-                         if (shown().scheme == AppTheme::system) {
+                         if (!colorScheme(shown().scheme)) {
                              setTheme(AppTheme::system, shown().theme.accent());
                          }
                      });

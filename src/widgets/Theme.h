@@ -155,7 +155,7 @@ const Theme& theme();
 QColor themeColor(ThemeColor color);
 
 /// The plain colour of an accent, as its swatch shows it in the current scheme.
-QColor accentColor(AccentChoice accent);
+QColor color(AccentChoice accent);
 
 /// Shows the given scheme and accent at once in all windows: palette, fonts, repaint, signal.
 /// AppTheme::system follows the desktop, now and when it changes. Main thread only.

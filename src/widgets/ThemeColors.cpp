@@ -203,7 +203,7 @@ QPalette Theme::palette() const
     return palette;
 }
 
-QColor accentColor(AccentChoice accent)
+QColor color(AccentChoice accent)
 {
     const AccentEntry& entry = entryOf(accent);
     return colorOf(theme().isDark() ? entry.dark : entry.light);

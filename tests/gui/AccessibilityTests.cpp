@@ -94,7 +94,7 @@ TEST_F(Accessibility, TabLeadsThroughTheWelcomeScreenInReadingOrder)
 {
     start();
     window().activateWindow();
-    ASSERT_TRUE(QTest::qWaitForWindowActive(&window()));
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&window(), patience));
     EXPECT_EQ(QApplication::focusWidget(), &window());
     const QStringList expected{
         QStringLiteral("chooseFolderTile"),         QStringLiteral("scanHomeTile"),
@@ -110,7 +110,7 @@ TEST_F(Accessibility, AScanCanBeStartedAndStoppedByKeysAlone)
 {
     start();
     window().activateWindow();
-    ASSERT_TRUE(QTest::qWaitForWindowActive(&window()));
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&window(), patience));
     m_gate.close();
     while (QApplication::focusWidget()->objectName() != QLatin1String("welcomeScanHomeButton")) {
         QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);

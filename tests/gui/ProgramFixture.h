@@ -25,6 +25,9 @@ namespace quorvane {
 class ProgramFixture : public ::testing::Test
 {
 protected:
+    /// For a window to come up, in milliseconds, on a machine that has much else to do.
+    static constexpr int patience = 30'000;
+
     ProgramFixture()
     {
         m_disk.file("home/Movies/film.mov", 90000);
@@ -42,7 +45,7 @@ protected:
         m_program = std::make_unique<QuorvaneApp>(*qApp, m_platform.platform(), std::move(screens));
         QApplication::setQuitOnLastWindowClosed(false);
         m_program->showWindow();
-        ASSERT_TRUE(QTest::qWaitForWindowExposed(&window()));
+        ASSERT_TRUE(QTest::qWaitForWindowExposed(&window(), patience));
     }
 
     AppState& state() { return m_program->appState(); }

@@ -68,7 +68,7 @@ TEST_F(Sidebar, AsksForTheDriveEveryMinuteWithoutAScan)
     auto* const timer = find<QTimer>("driveRefreshTimer");
     EXPECT_TRUE(timer->isActive());
     EXPECT_EQ(timer->interval(), 60000);
-    ASSERT_TRUE(waitFor([&asked] { return asked == 1; }));
+    ASSERT_TRUE(waitFor([&asked] { return asked >= 1; }));
     timer->setInterval(1);
     EXPECT_TRUE(waitFor([&asked] { return asked >= 3; }));
     timer->stop();

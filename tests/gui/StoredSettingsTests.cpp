@@ -36,7 +36,7 @@ protected:
             AppScreens::standard());
         QApplication::setQuitOnLastWindowClosed(false);
         m_program->showWindow();
-        ASSERT_TRUE(QTest::qWaitForWindowExposed(&window()));
+        ASSERT_TRUE(QTest::qWaitForWindowExposed(&window(), patience));
     }
 
     /// Runs the program in a process of its own that clicks and is killed at once. Returns the

@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <optional>
 #include <utility>
 #include <vector>
 
@@ -16,16 +17,18 @@ TEST(AppTheme, TableIsComplete)
         AppTheme theme;
         const char* rawValue;
         const char* title;
+        std::optional<ColorScheme> colorScheme;
     };
-    const std::vector<Row> rows{{AppTheme::system, "system", "System"},
-                                {AppTheme::light, "light", "Light"},
-                                {AppTheme::dark, "dark", "Dark"}};
+    const std::vector<Row> rows{{AppTheme::system, "system", "System", std::nullopt},
+                                {AppTheme::light, "light", "Light", ColorScheme::light},
+                                {AppTheme::dark, "dark", "Dark", ColorScheme::dark}};
     ASSERT_EQ(allAppThemes.size(), rows.size());
     for (std::size_t i = 0; i < rows.size(); ++i) {
         EXPECT_EQ(allAppThemes[i], rows[i].theme);
         EXPECT_EQ(rawValue(rows[i].theme), rows[i].rawValue);
         EXPECT_EQ(appThemeFromRawValue(rows[i].rawValue), rows[i].theme);
         EXPECT_EQ(title(rows[i].theme), QLatin1String(rows[i].title));
+        EXPECT_EQ(colorScheme(rows[i].theme), rows[i].colorScheme);
     }
 }
 

@@ -22,7 +22,7 @@ protected:
         m_window.resize(800, 600);
         m_window.show();
         m_window.activateWindow();
-        EXPECT_TRUE(QTest::qWaitForWindowActive(&m_window));
+        EXPECT_TRUE(QTest::qWaitForWindowActive(&m_window, patience));
         m_field->setFocus();
         m_dialog = new Dialog(&m_window);
         m_dialog->setSymbol(QStringLiteral("trash.fill"), Tint::red);

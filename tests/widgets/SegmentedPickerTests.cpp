@@ -31,7 +31,7 @@ protected:
         }
         m_window.show();
         m_window.activateWindow();
-        EXPECT_TRUE(QTest::qWaitForWindowActive(&m_window));
+        EXPECT_TRUE(QTest::qWaitForWindowActive(&m_window, patience));
     }
 
     QWidget m_window;

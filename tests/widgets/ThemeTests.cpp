@@ -240,6 +240,27 @@ TEST_F(ThemeSwitch, LabelsAndButtonsFollow)
     EXPECT_NEAR(fill.blue(), 0x00, 4);
 }
 
+TEST_F(ThemeSwitch, AnAccentHasTheSystemsColourInEachScheme)
+{
+    const struct
+    {
+        AccentChoice accent;
+        QRgb light;
+        QRgb dark;
+    } rows[] = {{AccentChoice::blue, 0xFF007AFF, 0xFF0A84FF},
+                {AccentChoice::purple, 0xFFAF52DE, 0xFFBF5AF2},
+                {AccentChoice::teal, 0xFF30B0C7, 0xFF40C8E0},
+                {AccentChoice::orange, 0xFFFF9500, 0xFFFF9F0A},
+                {AccentChoice::pink, 0xFFFF2D55, 0xFFFF375F},
+                {AccentChoice::green, 0xFF34C759, 0xFF30D158}};
+    for (const auto& row : rows) {
+        setTheme(AppTheme::light, AccentChoice::blue);
+        EXPECT_EQ(color(row.accent).rgb(), row.light);
+        setTheme(AppTheme::dark, AccentChoice::blue);
+        EXPECT_EQ(color(row.accent).rgb(), row.dark);
+    }
+}
+
 TEST_F(ThemeSwitch, SystemFollowsTheDesktop)
 {
     DesktopSettings::instance().setPrefersDark(true);

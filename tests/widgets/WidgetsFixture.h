@@ -16,6 +16,9 @@ namespace quorvane {
 class WidgetsTest : public testing::Test
 {
 protected:
+    /// For a window to come up, in milliseconds, on a machine that has much else to do.
+    static constexpr int patience = 30'000;
+
     WidgetsTest()
     {
         if (QApplication::style()->objectName() != QStringLiteral("quorvane")) {

@@ -224,7 +224,12 @@ void DuplicatesList::mousePressEvent(QMouseEvent* event)
     m_showsFocus = false;
     setHovered(m_pressed);
     if (m_pressed) {
-        setCurrent(*m_pressed);
+        // Not scrolled into sight: what is pressed stays under the pointer until it is let go.
+        m_current = *m_pressed;
+        viewport()->update();
+        if (hasFocus()) {
+            announceDuplicateFocus(*this);
+        }
     }
 }
 

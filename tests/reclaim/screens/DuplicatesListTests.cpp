@@ -66,6 +66,18 @@ TEST_F(DuplicatesListTests, ButtonsActAndOpenNothing)
     EXPECT_EQ(m_platform.workspace.revealed.size(), 1U);
 }
 
+TEST_F(DuplicatesListTests, AButtonOfARowThatTheEdgeCutsIsPressedWhereItIs)
+{
+    open(1, 3);
+    click({groupRow(0), 0});
+    const int middle = m_list.placeRect({member(0, 1), keepPart}).center().y();
+    m_list.resize(m_list.width(), middle + 2);
+    ASSERT_GT(m_list.verticalScrollBar()->maximum(), 0);
+    click({member(0, 1), keepPart});
+    EXPECT_TRUE(m_state.isKeeper(file(0, 1)));
+    EXPECT_EQ(m_list.verticalScrollBar()->value(), 0) << "the row stays under the pointer";
+}
+
 TEST_F(DuplicatesListTests, AButtonLeftBeforeTheReleaseIsNotPressed)
 {
     open(2, 3);
