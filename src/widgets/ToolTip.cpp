@@ -24,7 +24,7 @@ QString withoutMiddle(const QString& text)
 
 QString plainToolTip(const QString& whole)
 {
-    const QString text = withoutMiddle(whole);
+    QString text = withoutMiddle(whole);
     // Only what is markup is broken into lines.
     if (textWidth(TextStyle::caption, text) <= longestLine && !Qt::mightBeRichText(text)) {
         return text;
