@@ -49,6 +49,15 @@ protected:
         return result;
     }
 
+    std::string firstLine(const std::string& words)
+    {
+        EXPECT_EQ(run(words), 0) << words;
+        std::ifstream in(m_folder.path("out"));
+        std::string line;
+        std::getline(in, line);
+        return line;
+    }
+
     static QStringList paths(const std::vector<QJsonObject>& lines)
     {
         QStringList result;
@@ -80,6 +89,21 @@ TEST_F(LayoutCommand, PrintsTheSunburst)
                              QStringLiteral("outerRadius"), QStringLiteral("startAngle"),
                              QStringLiteral("endAngle"), QStringLiteral("depth")});
     EXPECT_EQ(found[0][QLatin1String("outerRadius")].toDouble(), 200);
+}
+
+TEST_F(LayoutCommand, WritesMembersInOrderAndNumbersWithSeventeenDigits)
+{
+    // Twelve o'clock, and three quarters of a turn further.
+    EXPECT_EQ(firstLine("sunburst --size 801x803 --mode logical"),
+              R"({"path":"/r/box","innerRadius":100.125,"outerRadius":200.25,)"
+              R"("startAngle":-1.5707963267948966,"endAngle":3.1415926535897931,"depth":0})");
+    EXPECT_EQ(firstLine("flame --size 801x803 --mode logical"),
+              R"({"path":"/r/box","x":4,"y":8,"width":797,"height":31})");
+    EXPECT_EQ(firstLine("mindmap --mode logical"),
+              R"({"path":"/r/box","inner":8,"outer":78,"start":-1.5707963267948966,)"
+              R"("end":0.78539816339744828,"weight":0.75,"hasChildren":true})");
+    EXPECT_EQ(firstLine("agemap --mode logical"), R"({"month":"1970-01","bytes":80000000})");
+    EXPECT_EQ(firstLine("topsizes --mode logical"), R"({"rank":1,"path":"/r","bytes":80000000})");
 }
 
 TEST_F(LayoutCommand, PrintsTheFlameGraph)

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "ShortenedName.h"
 
+#include "Painting.h"
 #include "WaitFor.h"
 
 #include <gtest/gtest.h>
@@ -34,9 +35,11 @@ TEST_F(ShortenedNameTests, AShortNameStandsAsItIs)
     showName(QStringLiteral("film.mov"));
     EXPECT_EQ(m_name.shownText(), QStringLiteral("film.mov"));
     EXPECT_EQ(lines(), 1);
-    showName(QStringLiteral("a name of several words that takes two"));
-    EXPECT_EQ(m_name.shownText(), m_name.text());
-    EXPECT_EQ(lines(), 2);
+    const QString words = QStringLiteral("a name of several words that takes two");
+    const int width = textWidth(TextStyle::heading, words) * 7 / 10;
+    showName(words, width);
+    EXPECT_EQ(m_name.shownText(), words);
+    EXPECT_EQ(lines(width), 2);
 }
 
 TEST_F(ShortenedNameTests, ALongNameLosesItsMiddle)

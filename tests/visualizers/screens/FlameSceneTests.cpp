@@ -35,6 +35,39 @@ TEST_F(FlameSceneTests, BarsShineAtTheTop)
     EXPECT_GT(picture.pixelColor(30, 10).green(), picture.pixelColor(30, 36).green());
 }
 
+TEST_F(FlameSceneTests, HoveredBarHasAWhiteFrame)
+{
+    const auto one = scene("a.mp4 400\n");
+    const QImage picture = hover(render(one), 0);
+    // The bar spans 4 to 800 and 8 to 39; the line is two wide.
+    for (const QPoint& place : {QPoint(400, 8), QPoint(400, 38), QPoint(4, 20)}) {
+        EXPECT_GT(picture.pixelColor(place).green(), 230) << place.x() << ' ' << place.y();
+    }
+}
+
+TEST_F(FlameSceneTests, NameNeedsMoreThanThirtyFourPoints)
+{
+    // The widest item has 800 points; a byte is a point.
+    const auto one = scene("big.mp4 800\nbox/\n  one.mp4 36\n  two.mp4 34\n");
+    const QImage picture = render(one).bright;
+    /// Whether the lines of pixels in a bar are of one colour each.
+    const auto isPlain = [&](const char* path) {
+        const QRect bar =
+            one->boundsOf(itemNamed(*one, path)).toAlignedRect().adjusted(3, 3, -3, -3);
+        for (int y = bar.top(); y <= bar.bottom(); ++y) {
+            for (int x = bar.left(); x <= bar.right(); ++x) {
+                if (picture.pixel(x, y) != picture.pixel(bar.left(), y)) {
+                    return false;
+                }
+            }
+        }
+        return true;
+    };
+    EXPECT_EQ(one->boundsOf(itemNamed(*one, "box/two.mp4")).width(), 34);
+    EXPECT_TRUE(isPlain("box/two.mp4"));
+    EXPECT_FALSE(isPlain("box/one.mp4"));
+}
+
 TEST_F(FlameSceneTests, SelectedBarTakesTheAccent)
 {
     const auto one = scene("a.mp4 400\n");

@@ -7,11 +7,10 @@
 #include "FaultyFileSystemCalls.h"
 #include "InspectorRows.h"
 #include "PathText.h"
+#include "PlainIconTheme.h"
 #include "Theme.h"
 #include "Tile.h"
 
-#include <QIcon>
-#include <QImage>
 #include <QLabel>
 #include <QTextCursor>
 
@@ -317,33 +316,17 @@ TEST_F(InspectorViewTests, ALongNameLeavesTheActionsInTheirPlace)
     EXPECT_EQ(text("inspectorName"), QString(200, QLatin1Char('n')));
 }
 
-/// A theme of the desktop with one icon, a red square for folders.
 class InspectorIconTests : public InspectorViewTests
 {
 protected:
     void SetUp() override
     {
-        m_disk.fileWithContents("icons/plain/index.theme", "[Icon Theme]\nName=plain\n"
-                                                           "Directories=places\n\n"
-                                                           "[places]\nSize=32\nType=Fixed\n");
-        m_disk.folder("icons/plain/places");
-        QImage red(32, 32, QImage::Format_RGB32);
-        red.fill(Qt::red);
-        ASSERT_TRUE(red.save(m_disk.path("icons/plain/places/folder.png").displayText(), "PNG"));
-        QIcon::setThemeSearchPaths({m_disk.path("icons").displayText()});
-        QIcon::setThemeName(QStringLiteral("plain"));
+        m_theme.add("folder", Qt::red);
+        m_theme.use();
         InspectorViewTests::SetUp();
     }
 
-    ~InspectorIconTests() override
-    {
-        QIcon::setThemeSearchPaths(m_pathsBefore);
-        QIcon::setThemeName(m_nameBefore);
-    }
-
-    QStringList m_pathsBefore = QIcon::themeSearchPaths();
-    QString m_nameBefore = QIcon::themeName();
-    DiskTree m_disk;
+    PlainIconTheme m_theme;
 };
 
 TEST_F(InspectorIconTests, ShowsTheIconThatTheDesktopHas)

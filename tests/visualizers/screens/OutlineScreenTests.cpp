@@ -121,6 +121,8 @@ TEST_F(ListViewTests, SizeModeChangesNeitherRowsNorOrder)
     m_state.setSizeMode(m_state.sizeMode() == SizeMode::disk ? SizeMode::logical : SizeMode::disk);
     EXPECT_EQ(row("large").row(), 0);
     EXPECT_EQ(row("small").row(), 1);
+    EXPECT_EQ(textOf("small", 1), QStringLiteral("1 B"));
+    EXPECT_EQ(textOf("small", 2), QStringLiteral("9 B"));
 }
 
 TEST_F(ListViewTests, ColumnsCanBeResized)

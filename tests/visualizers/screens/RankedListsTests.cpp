@@ -3,8 +3,14 @@
 #include "AgeMapView.h"
 #include "CanvasFixture.h"
 #include "ListRow.h"
+#include "NodeColors.h"
 #include "NodeListModel.h"
 #include "NodeListView.h"
+#include "PlainIconTheme.h"
+#include "RowPainting.h"
+#include "ShapePainting.h"
+#include "Symbols.h"
+#include "Tokens.h"
 #include "TopSizesDelegate.h"
 #include "TopSizesView.h"
 
@@ -150,6 +156,20 @@ TEST_F(TopSizesViewTests, ListFollowsTheSelection)
     EXPECT_FALSE(list()->selectionModel()->hasSelection());
 }
 
+TEST_F(TopSizesViewTests, CircleHasTheColorOfTheNode)
+{
+    open("lone.mp4 500\nother.pdf 400\n");
+    ASSERT_TRUE(waitFor([this] { return m_screen.topItems().rowCount() == 3; }));
+    const QImage picture = list()->viewport()->grab().toImage();
+    for (const int row : {1, 2}) {
+        const QRect place = list()->visualRect(list()->model()->index(row, 0));
+        // The circle is ten wide and stands 16 points from the edge.
+        const QRgb seen = picture.pixel(place.left() + 21, place.center().y());
+        const NodePointer shown = node(row == 1 ? "lone.mp4" : "other.pdf");
+        EXPECT_EQ(seen, toQColor(NodeColors::leafColor(*shown)).rgb()) << row;
+    }
+}
+
 TEST_F(TopSizesViewTests, WithoutAScanItSaysSo)
 {
     m_screen.show();
@@ -202,6 +222,39 @@ TEST_F(AgeMapViewTests, RowsTellAssistiveTechnologyAllThatTheyShow)
     EXPECT_TRUE(waitFor([this] { return spoken(0).contains(QStringLiteral(", 64.0 MB, ")); }));
 }
 
+TEST_F(AgeMapViewTests, HeadingsHaveTheirSymbols)
+{
+    open("new.txt 5 5 @86400\n");
+    ASSERT_TRUE(waitFor([this] { return m_screen.chart().buckets().size() == 1; }));
+    std::vector<QImage> shown;
+    for (const QLabel* const label : m_screen.findChildren<QLabel*>()) {
+        if (!label->pixmap(Qt::ReturnByValue).isNull()) {
+            shown.push_back(label->pixmap(Qt::ReturnByValue).toImage());
+        }
+    }
+    for (const char* const name : {"calendar", "moon.stars.fill"}) {
+        const QImage symbol = symbolIcon(QLatin1String(name)).pixmap(measure::iconRow).toImage();
+        EXPECT_EQ(std::count(shown.begin(), shown.end(), symbol), 1) << name;
+    }
+}
+
+TEST_F(AgeMapViewTests, RowHasTheDesktopsIconWhereThereIsOne)
+{
+    PlainIconTheme theme;
+    theme.add("video-x-generic", Qt::red);
+    theme.use();
+    open("old.mp4 60000000 60000000 @86400\nold.pdf 55000000 55000000 @86400\n");
+    ASSERT_TRUE(waitFor([this] { return m_screen.untouched().rowCount() == 2; }));
+    const QImage picture = list()->viewport()->grab().toImage();
+    const auto iconAt = [&](int row) {
+        const QRect place = list()->visualRect(list()->model()->index(row, 0));
+        return picture.pixelColor(place.left() + rowmeasure::padding + measure::iconRow / 2,
+                                  place.center().y());
+    };
+    EXPECT_EQ(iconAt(0), QColor(Qt::red));
+    EXPECT_NE(iconAt(1), QColor(Qt::red));
+}
+
 TEST_F(AgeMapViewTests, FolderWithoutDatedFilesSaysSo)
 {
     open("empty/\n");
@@ -227,6 +280,41 @@ TEST(AgeBarChartTests, BarsStandOnTheBottomAsTallAsTheirShare)
     EXPECT_NEAR(chart.barOf(2).height(), 1, 1e-9);
     EXPECT_EQ(chart.accessibleDescription(),
               QStringLiteral("Jan 2025: 50 B, Feb 2025: 100 B, Mar 2025: 0 B"));
+}
+
+TEST(AgeBarChartTests, LargestMonthIsTheBrightest)
+{
+    AgeBarChart chart;
+    chart.resize(209, 100);
+    chart.setBuckets({{QStringLiteral("Jan 2025"), QDate(2025, 1, 1), 1},
+                      {QStringLiteral("Feb 2025"), QDate(2025, 2, 1), 50},
+                      {QStringLiteral("Mar 2025"), QDate(2025, 3, 1), 100}});
+    const QImage picture = chart.grab().toImage();
+    for (const auto& [bucket, brightness] : {std::pair(1, 0.5), std::pair(2, 1.0)}) {
+        const QPointF middle = chart.barOf(static_cast<std::size_t>(bucket)).center();
+        EXPECT_EQ(picture.pixel(middle.toPoint()),
+                  toQColor(Color::hsb(0.55, 0.45, brightness)).rgb())
+            << bucket;
+    }
+}
+
+TEST(AgeBarChartTests, EverySixthMonthIsNamedBelowItsBar)
+{
+    AgeBarChart chart;
+    chart.resize(7 * 90, 100);
+    std::vector<AgeBucket> buckets;
+    for (int month = 1; month <= 7; ++month) {
+        const QDate first(2025, month, 1);
+        buckets.push_back({monthText(first), first, 100});
+    }
+    chart.setBuckets(buckets);
+    const QImage picture = chart.grab().toImage();
+    const QRgb bar = toQColor(Color::hsb(0.55, 0.45, 1)).rgb();
+    for (std::size_t i = 0; i < buckets.size(); ++i) {
+        // A point of the plate behind the name, left of its letters.
+        const QPoint place(static_cast<int>(chart.barOf(i).left()) + 3, chart.height() - 14);
+        EXPECT_EQ(picture.pixel(place) != bar, i % 6 == 0) << i;
+    }
 }
 
 } // namespace

@@ -159,6 +159,22 @@ TEST_F(SunburstSceneTests, SlicesDarkenOutwards)
     EXPECT_GT(picture.pixelColor(510, 400).red(), picture.pixelColor(590, 400).red());
 }
 
+TEST_F(SunburstSceneTests, SelectedSliceTakesTheAccent)
+{
+    const auto one = scene("left.mp4 1\nright.mp4 1\n", square);
+    QImage picture = render(one).bright;
+    QPainter painter(&picture);
+    one->paintHighlight(painter, *one->itemAt(QPointF(550, 400)), CanvasScene::Highlight::selected,
+                        Qt::green);
+    painter.end();
+    // On the outer and the inner arc.
+    for (const QPoint& place : {QPoint(599, 400), QPoint(500, 400)}) {
+        const int beside = picture.pixelColor(place - QPoint(1, 0)).green();
+        EXPECT_GT(std::max(picture.pixelColor(place).green(), beside), 200);
+    }
+    EXPECT_LT(picture.pixelColor(201, 400).green(), 200);
+}
+
 TEST_F(SunburstSceneTests, BoundsHoldTheSlice)
 {
     const auto one = scene("half.bin 2\nquarter.bin 1\nrest.bin 1\n", square);
