@@ -130,7 +130,7 @@ std::shared_ptr<FileTree> copiedTree(std::int64_t groups, std::int64_t copies)
 class Review
 {
 public:
-    Review(QApplication& application, FakePlatform& fake, std::shared_ptr<FileTree> tree)
+    Review(QApplication& application, FakePlatform& fake, const std::shared_ptr<FileTree>& tree)
         : m_program(application, fake.platform(), AppScreens::standard())
         , m_state(m_program.appState())
     {

@@ -30,10 +30,9 @@ protected:
     /// A job that passes the gate and counts what it publishes.
     JobHandle startAt(Gate& gate)
     {
-        const Token token = m_token;
         return m_runner->start(
             JobPriority::userInitiated,
-            [&gate, token](const Job&) {
+            [&gate, token = m_token](const Job&) {
                 gate.pass();
                 return token;
             },
