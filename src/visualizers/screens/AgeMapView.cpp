@@ -12,6 +12,7 @@
 #include "UntouchedDelegate.h"
 
 #include <QHBoxLayout>
+#include <QPainter>
 #include <QPointer>
 #include <QVBoxLayout>
 
@@ -24,14 +25,32 @@ constexpr int chartPadding = 20;
 constexpr int chartStretch = 3;
 constexpr int listStretch = 4;
 
+/// A symbol in the colour that the theme has for it now.
+class HeadingSymbol final : public QWidget
+{
+public:
+    HeadingSymbol(const QString& symbol, QWidget* parent)
+        : QWidget(parent)
+    {
+        setObjectName(symbol);
+        setFixedSize(measure::iconRow, measure::iconRow);
+    }
+
+protected:
+    void paintEvent(QPaintEvent*) override
+    {
+        QPainter painter(this);
+        paintSymbol(painter, objectName(), QRectF(rect()), measure::iconRow,
+                    themeColor(ThemeColor::text2));
+    }
+};
+
 /// A symbol and a heading in one line.
 QHBoxLayout* headingRow(const QString& symbol, const QString& text, QWidget* parent)
 {
-    auto* const icon = new QLabel(parent);
-    icon->setPixmap(symbolIcon(symbol).pixmap(measure::iconRow));
     auto* const row = new QHBoxLayout;
     row->setSpacing(spacing::s);
-    row->addWidget(icon);
+    row->addWidget(new HeadingSymbol(symbol, parent));
     row->addWidget(new Label(text, TextStyle::strong, ThemeColor::text1, parent));
     return row;
 }
