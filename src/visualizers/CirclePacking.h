@@ -167,8 +167,7 @@ private:
     void weighMeetingsWith(const Sight& sight);
     std::size_t weighMeetingsInRow(Index row, const Sight& sight);
     void weighMeeting(const Sight& one, const Sight& other);
-    ArcPlace placeOf(const Sight& sight, Index other) const;
-    bool canMeet(const Sight& sight, Index other) const;
+    ArcPlace placeOf(const Sight& sight, const Sight& other) const;
 
     void arrangeRows();
     void arrangeRow(std::vector<Index>& members);

@@ -106,8 +106,8 @@ bool CirclePacking::isBetweenPosts(const Sight& sight) const
 /// rounding tell nothing; on which side of each other's line they lie does.
 bool CirclePacking::isApart(const Sight& one, const Sight& other) const
 {
-    const ArcPlace first = placeOf(one, other.circle);
-    const ArcPlace second = placeOf(other, one.circle);
+    const ArcPlace first = placeOf(one, other);
+    const ArcPlace second = placeOf(other, one);
     if (first == ArcPlace::across || second == ArcPlace::across) {
         return false;
     }

@@ -115,19 +115,15 @@ double CirclePacking::reachOf(const PolarCircle& line, const ArcEnds& ends) cons
     return (margin * chord + aside) / m_ringNear + m_orderSlack;
 }
 
-ArcPlace CirclePacking::placeOf(const Sight& sight, Index other) const
+/// Only lines of like circles are so exact.
+ArcPlace CirclePacking::placeOf(const Sight& sight, const Sight& other) const
 {
-    if (!sight.isCrossing || isLarge(sight.circle) || isLarge(other)) {
+    if (!sight.isCrossing || !other.isCrossing) {
         return ArcPlace::across;
     }
-    const double line = m_radius + m_radii[other];
+    const double line = m_radius + m_radii[other.circle];
     return placeOfArc({m_centers[sight.circle], m_radius + m_radii[sight.circle]}, sight.ends,
-                      {m_centers[other], line}, likeSlackOf(line));
-}
-
-bool CirclePacking::canMeet(const Sight& sight, Index other) const
-{
-    return placeOf(sight, other) == ArcPlace::across;
+                      {m_centers[other.circle], line}, likeSlackOf(line));
 }
 
 /// By where they start. From one circle to the next little changes: the last order comes first, and
@@ -222,7 +218,8 @@ std::size_t CirclePacking::weighMeetingsInRow(Index row, const Sight& sight)
 
 void CirclePacking::weighMeeting(const Sight& one, const Sight& other)
 {
-    if (one.circle != other.circle && canMeet(one, other.circle) && canMeet(other, one.circle)) {
+    if (one.circle != other.circle && placeOf(one, other) == ArcPlace::across &&
+        placeOf(other, one) == ArcPlace::across) {
         weigh({std::min(one.circle, other.circle), std::max(one.circle, other.circle)});
     }
 }

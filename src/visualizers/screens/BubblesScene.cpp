@@ -112,8 +112,10 @@ void BubblesScene::paintBubble(QPainter& painter, std::size_t item, double opaci
     gradient.setColorAt(1, stop(NodeColors::darkened(base, darkening)));
     painter.fillPath(outlineOf(item), gradient);
     if (radius > leastLabelRadius) {
-        drawShadedLabel(painter, outlineOf(item), boundsOf(item),
-                        m_bubbles[item].node->displayName());
+        // A name is not shortened: it may reach beyond its bubble.
+        QPainterPath canvas;
+        canvas.addRect(QRectF(QPointF(0, 0), QSizeF(request().size)));
+        drawShadedLabel(painter, canvas, boundsOf(item), m_bubbles[item].node->displayName());
     }
 }
 

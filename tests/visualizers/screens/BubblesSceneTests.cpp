@@ -52,6 +52,56 @@ TEST_F(BubblesSceneTests, HoveredBubbleIsBrightButNotWhatItHolds)
     EXPECT_EQ(picture.pixelColor(nested), rendering.dimmed.pixelColor(nested));
 }
 
+/// Pixels nearly as white as a name.
+int whitePixels(const QImage& picture, const QRectF& area)
+{
+    int count = 0;
+    const QRect pixels = area.toAlignedRect().intersected(picture.rect());
+    for (int y = pixels.top(); y <= pixels.bottom(); ++y) {
+        for (int x = pixels.left(); x <= pixels.right(); ++x) {
+            count += picture.pixelColor(x, y).lightness() > 230 ? 1 : 0;
+        }
+    }
+    return count;
+}
+
+TEST_F(BubblesSceneTests, NamesStandInBubblesOfMoreThanEighteenPoints)
+{
+    // Both stand beside each other on 760 points: the radii share 380 as the roots of the bytes.
+    const auto small = scene("a.mp4 361000\nmmm 900\n", {800, 800});
+    const std::size_t smallItem = itemNamed(*small, "mmm");
+    EXPECT_NEAR(small->radiusOf(smallItem), 18.07, 0.01);
+    EXPECT_GT(whitePixels(render(small).bright, small->boundsOf(smallItem)), 0);
+    const auto smaller = scene("a.mp4 361000\nmmm 880\n", {800, 800});
+    const std::size_t smallerItem = itemNamed(*smaller, "mmm");
+    EXPECT_NEAR(smaller->radiusOf(smallerItem), 17.88, 0.01);
+    EXPECT_EQ(whitePixels(render(smaller).bright, smaller->boundsOf(smallerItem)), 0);
+}
+
+TEST_F(BubblesSceneTests, NameReachesBeyondItsBubble)
+{
+    const auto one = scene("a.mp4 361000\nmmmmmmmmmmmmmmm 1600\n", {800, 800});
+    const QRectF bubble = one->boundsOf(itemNamed(*one, "mmmmmmmmmmmmmmm"));
+    const QRectF beside(bubble.right() + 2, bubble.top(), 15, bubble.height());
+    EXPECT_GT(whitePixels(render(one).bright, beside), 0);
+}
+
+TEST_F(BubblesSceneTests, HoveredBubbleHasAWhiteRimAndASelectedOneTheAccent)
+{
+    const auto one = scene("a.mp4 3\nb.mp4 1\n");
+    const CanvasRendering rendering = render(one);
+    const std::size_t item = itemNamed(*one, "a.mp4");
+    const QRectF bubble = one->boundsOf(item);
+    const QPoint rim(static_cast<int>(bubble.left()), static_cast<int>(bubble.center().y()));
+    EXPECT_GT(hover(rendering, item).pixelColor(rim).lightness(), 180);
+    QImage selected = rendering.bright;
+    QPainter painter(&selected);
+    one->paintHighlight(painter, item, CanvasScene::Highlight::selected, QColor(0, 0, 255));
+    painter.end();
+    EXPECT_GT(selected.pixelColor(rim).blue(), 180);
+    EXPECT_LT(selected.pixelColor(rim).red(), 60);
+}
+
 TEST_F(BubblesSceneTests, LightComesFromTheUpperLeft)
 {
     const auto one = scene("a.mp4 1\nb.mp4 1\n");

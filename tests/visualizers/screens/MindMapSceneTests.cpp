@@ -3,6 +3,8 @@
 
 #include "SceneFixture.h"
 
+#include <algorithm>
+#include <cmath>
 #include <vector>
 
 namespace quorvane {
@@ -72,6 +74,69 @@ TEST_F(MindMapSceneTests, FolderOfHiddenItemsIsASpoke)
     const QImage picture = render(MindMapScene::make(request, stop)).bright;
     // Off the axis, and where no arc would be.
     EXPECT_GT(picture.pixelColor(40 + 30, 295).lightness(), 20);
+}
+
+/// Whether anything is painted about the middle of a band.
+bool hasLabel(const MindMapScene& scene, const QImage& picture, double angle)
+{
+    const QPoint middle = polarPoint(scene.center(), 43, angle).toPoint();
+    for (int y = middle.y() - 4; y <= middle.y() + 4; ++y) {
+        for (int x = middle.x() - 4; x <= middle.x() + 4; ++x) {
+            if (picture.pixelColor(x, y).lightness() > 40) {
+                return true;
+            }
+        }
+    }
+    return false;
+}
+
+TEST_F(MindMapSceneTests, BandsWithAnArcOfMoreThanFourteenPointsHaveNames)
+{
+    constexpr double pi = 3.14159265358979;
+    // The first ring ends at 78 points: a share of 0.058 has an arc of 14.2, one of 0.056 of 13.7.
+    const auto named = scene("a/\n  x 942\nmmm/\n  y 58\n");
+    EXPECT_TRUE(hasLabel(*named, render(named).bright, pi / 2 - 0.029 * pi));
+    const auto unnamed = scene("a/\n  x 944\nmmm/\n  y 56\n");
+    EXPECT_FALSE(hasLabel(*unnamed, render(unnamed).bright, pi / 2 - 0.028 * pi));
+}
+
+TEST_F(MindMapSceneTests, SelectedArcIsFourPointsWide)
+{
+    const auto one = scene("box/\n  a.mp4 1\n");
+    QImage picture(800, 600, QImage::Format_RGB32);
+    picture.fill(Qt::black);
+    QPainter painter(&picture);
+    one->paintHighlight(painter, itemNamed(*one, "box"), CanvasScene::Highlight::selected,
+                        Qt::blue);
+    painter.end();
+    double light = 0;
+    int brightest = 0;
+    for (int y = 0; y < picture.height(); ++y) {
+        for (int x = 0; x < picture.width(); ++x) {
+            const int lightness = picture.pixelColor(x, y).lightness();
+            light += lightness;
+            brightest = std::max(brightest, lightness);
+        }
+    }
+    ASSERT_GT(brightest, 0);
+    // Half a turn at 78 points; others are 3 and 5 wide, and the edges are rounded.
+    EXPECT_NEAR(light / brightest / (3.14159265358979 * 78), 4, 0.3);
+}
+
+TEST_F(MindMapSceneTests, SpokeIsAsThickAsItsShareOfTheRing)
+{
+    // 78 points, a share of one half, nine tenths of that: 35.1 points, across the middle angle.
+    const auto one = scene("a.mp4 1\nb.mp4 1\n");
+    const QImage picture = render(one).bright;
+    const auto isLit = [&](double aside) {
+        // Along the spoke at an eighth turn upwards, then at right angles to it.
+        const double along = 60 * std::sqrt(0.5);
+        const double across = aside * std::sqrt(0.5);
+        const QPointF place = one->center() + QPointF(along - across, -along - across);
+        return picture.pixelColor(place.toPoint()).lightness() > 20;
+    };
+    EXPECT_TRUE(isLit(16));
+    EXPECT_FALSE(isLit(20));
 }
 
 TEST_F(MindMapSceneTests, HoveredArcHasAHalo)
