@@ -44,6 +44,7 @@ public:
     explicit SymbolView(const QString& symbol)
         : m_symbol(symbol)
     {
+        setObjectName(QLatin1String("symbol.") % symbol);
         setFixedSize(measure::iconRow, measure::iconRow);
     }
 

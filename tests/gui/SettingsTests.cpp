@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "AppVersion.h"
+#include "BrandMark.h"
 #include "Button.h"
 #include "Label.h"
 #include "NavigationRow.h"
@@ -50,10 +51,13 @@ TEST_F(Settings, OpenOnTheGeneralPage)
     EXPECT_TRUE(texts.contains(QStringLiteral("Privacy")));
     EXPECT_TRUE(texts.contains(QStringLiteral(
         "Everything runs locally. Scans, snapshots and trashes never leave this machine.")));
+    EXPECT_TRUE(isShown("symbol.hand.raised"));
     EXPECT_FALSE(texts.contains(QStringLiteral("Global search"))) << "nobody answers its key";
     const std::unique_ptr<QWidget> page(makeGeneralPage(true));
+    EXPECT_TRUE(labels(*page).contains(QStringLiteral("Global search")));
     EXPECT_TRUE(
         labels(*page).contains(QStringLiteral("Press ⌘⇧Space in any app for floating search.")));
+    EXPECT_NE(page->findChild<QWidget*>(QStringLiteral("symbol.magnifyingglass")), nullptr);
 }
 
 TEST_F(Settings, ListTheirCategories)
@@ -171,6 +175,8 @@ TEST_F(Settings, AboutTellsTheVersion)
     ASSERT_TRUE(waitUntilShown("settingsAbout"));
     EXPECT_TRUE(labels(*find("settingsAbout"))
                     .contains(QStringLiteral("See what is taking up space on your Mac.")));
+    EXPECT_NE(find("settingsAbout")->findChild<BrandMark*>(), nullptr);
+    EXPECT_NE(find("settingsAbout")->findChild<Wordmark*>(), nullptr);
     EXPECT_STREQ(AppVersion::string, "1.2.0");
     EXPECT_STREQ(AppVersion::build, "1");
     EXPECT_EQ(find<QLabel>("versionText")->text(), QStringLiteral("1.2.0"));
