@@ -205,12 +205,14 @@ void VisualizerCanvas::moveKeyboardItem(int key)
         setHovered(0, scene()->boundsOf(0).center());
         return;
     }
+    const QRectF canvas(rect());
     const QRectF current = scene()->boundsOf(*m_hoveredItem);
     std::optional<std::size_t> best;
     double bestDistance = std::numeric_limits<double>::infinity();
     for (std::size_t i = 0; i < scene()->itemCount(); ++i) {
         const QRectF bounds = scene()->boundsOf(i);
-        if (i == *m_hoveredItem || bounds.contains(current)) {
+        // What lies beyond the canvas could not be seen when the keys reached it.
+        if (i == *m_hoveredItem || bounds.contains(current) || !bounds.intersects(canvas)) {
             continue;
         }
         const double distance = distanceTowards(key, current.center(), bounds.center());

@@ -133,6 +133,40 @@ TYPED_TEST(DrawnVisualizersTests, EmptyFolderSaysSo)
     EXPECT_EQ(this->m_view.emptyText(), QStringLiteral("Nothing to display"));
 }
 
+class SunburstKeysTests : public CanvasFixture
+{};
+
+TEST_F(SunburstKeysTests, KeysStayOnTheCanvas)
+{
+    // Seven rings, of which the last ones lie beyond the corners.
+    std::string text;
+    for (int depth = 0; depth < 7; ++depth) {
+        const std::string indent(static_cast<std::size_t>(2 * depth), ' ');
+        for (const char* const file : {"a", "b", "c"}) {
+            text += indent + file + std::to_string(depth) + " 10\n";
+        }
+        text += indent + "deeper/\n";
+    }
+    showTree(text + std::string(14, ' ') + "last 10\n");
+    SunburstView view(m_state);
+    view.resize(600, 600);
+    view.show();
+    ASSERT_TRUE(waitFor([&] { return view.scene() && !view.isComputingLayout(); }));
+    const QRectF canvas(view.rect());
+    int beyond = 0;
+    for (std::size_t i = 0; i < view.scene()->itemCount(); ++i) {
+        beyond += view.scene()->boundsOf(i).intersects(canvas) ? 0 : 1;
+    }
+    ASSERT_GT(beyond, 0);
+    for (const Qt::Key key : {Qt::Key_Right, Qt::Key_Up, Qt::Key_Left, Qt::Key_Down}) {
+        for (int step = 0; step < 30; ++step) {
+            QTest::keyClick(&view, key);
+            ASSERT_TRUE(view.hoveredItem());
+            EXPECT_TRUE(view.scene()->boundsOf(*view.hoveredItem()).intersects(canvas));
+        }
+    }
+}
+
 class SmallBubblesTests : public CanvasFixture
 {};
 
