@@ -8,6 +8,9 @@ namespace quorvane {
 
 namespace {
 
+/// Of the square of a distance: nearer than that to its turn, an arc counts as turning.
+constexpr double turnSlack = 1e-12;
+
 /// By insertion, unless that takes more moves than given.
 void sortNearlySorted(std::vector<std::pair<double, Index>>& list, std::size_t mostMoves)
 {
@@ -104,15 +107,23 @@ void CirclePacking::appendSights(Index index, double nearest, double farthest, d
     }
 }
 
-/// The way along the arc is more than that across it. A place beside the line by the slack lies
-/// beside the arc, at the same distance from the origin, by more where the line runs aslant: by
-/// the slack over the sine of the slant, which the crossing keeps above a bound.
+/// From end to end the angle grows or falls all the way, unless the line turns where the origin
+/// sees it edge on; the way along the arc is more than any angle on it. A place beside the line by
+/// the slack lies beside the arc, at the same distance from the origin, by more where the line runs
+/// aslant: by the slack over the sine of the slant, which the crossing keeps above a bound.
 double CirclePacking::reachOf(const PolarCircle& line, const ArcEnds& ends) const
 {
-    const double chord = lengthOf(ends.far.x - ends.near.x, ends.far.y - ends.near.y);
+    // An arc of less than half a turn is at most pi / 2 its chord, and an angle of less than a
+    // quarter at most as many times its sine.
+    constexpr double margin = 1.6;
     const double aside = 4 * likeSlackOf(line.radius) * std::sqrt(line.radius / line.slack);
-    constexpr double margin = 1.6; // an arc of less than half a turn is at most pi / 2 its chord
-    return (margin * chord + aside) / m_ringNear + m_orderSlack;
+    const double squaredTangent = (line.distance - line.radius) * (line.distance + line.radius);
+    const bool isTurning = squaredTangent > m_ringNear * m_ringNear * (1 - turnSlack) &&
+                           squaredTangent < m_ringFar * m_ringFar * (1 + turnSlack);
+    const double across =
+        isTurning ? lengthOf(ends.far.x - ends.near.x, ends.far.y - ends.near.y)
+                  : std::abs(ends.near.x * ends.far.y - ends.near.y * ends.far.x) / m_ringFar;
+    return (margin * across + aside) / m_ringNear + m_orderSlack;
 }
 
 /// Only lines of like circles are so exact.
