@@ -120,6 +120,28 @@ TEST_F(FaultTest, ChangedBetweenThePassesFallsOut)
     }
 }
 
+TEST_F(FaultTest, AnOldFileThatCameWithItsFolderBetweenThePassesIsReadAgain)
+{
+    // Folders have changed their names: what is at the path now has not changed for long.
+    for (const std::size_t bytes : {small, large}) {
+        for (const bool isLonger : {false, true}) {
+            SCOPED_TRACE(std::to_string(bytes) + (isLonger ? " longer" : " of another date"));
+            threeCopies(bytes);
+            m_passes.clear();
+            beforeVerifying([&](const std::string& path) {
+                if (path == "/scan/b") {
+                    test::MemoryFile& other = m_contents.file(path);
+                    other.bytes = textOf('r', isLonger ? bytes + 1 : bytes);
+                    other.modifiedSeconds = isLonger ? 0 : 77;
+                }
+            });
+            EXPECT_EQ(found(), (GroupPaths{{"a", "c"}}));
+            m_contents.beforeOpen = nullptr;
+            file("b").modifiedSeconds = 0;
+        }
+    }
+}
+
 TEST_F(FaultTest, TouchedBetweenThePassesIsReadAgainAndStays)
 {
     threeCopies(small);
