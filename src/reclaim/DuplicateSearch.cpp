@@ -262,7 +262,8 @@ void DuplicateSearch::splitWindow(Window& window, std::size_t& place)
         }
     };
     const auto forget = [this](const Candidate& file) {
-        if (file.isSampleOfUse() && file.file()->scannedBytes() > wholeSampleBytes) {
+        if (file.isSampleOfUse() && file.file()->scannedBytes() > wholeSampleBytes &&
+            !m_isCancelled()) {
             m_digesters.front()->takeOutTail(*file.file());
         }
     };
@@ -396,7 +397,7 @@ bool DuplicateSearch::verifyOne(FileDigester& digester, Window& window, std::siz
 
 void DuplicateSearch::dropAliases(Window& window) const
 {
-    const AliasFilter filter(m_fileSystem, m_contents);
+    const AliasFilter filter(m_fileSystem, m_contents, m_isCancelled);
     std::size_t begin = 0;
     for (const std::size_t end : window.ends) {
         if (m_isCancelled()) {
