@@ -11,10 +11,12 @@ namespace quorvane {
 struct OpenFileStatus
 {
     bool isRegularFile = false;
-    std::int64_t changedSeconds = 0; ///< later of st_ctim and st_mtim, whole seconds since 1970
-    std::uint64_t device = 0;        ///< st_dev
-    std::uint64_t inode = 0;         ///< st_ino, which tells files of one device apart
-    std::uint64_t links = 0;         ///< st_nlink: how many names the file has
+    std::int64_t changedSeconds = 0;  ///< later of st_ctim and st_mtim, whole seconds since 1970
+    std::uint64_t device = 0;         ///< st_dev
+    std::uint64_t inode = 0;          ///< st_ino, which tells files of one device apart
+    std::uint64_t links = 0;          ///< st_nlink: how many names the file has
+    std::int64_t bytes = 0;           ///< st_size
+    std::int64_t modifiedSeconds = 0; ///< st_mtim, whole seconds since 1970
 };
 
 /// Every call by which the bytes of files are read, so that a test can make each of them fail. All

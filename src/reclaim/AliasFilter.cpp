@@ -150,6 +150,9 @@ void AliasFilter::dropBeyond(std::span<const KeyedPlace> sorted, std::span<Candi
 
 std::optional<AliasFilter::Entry> AliasFilter::entryOf(const FileNode& file) const
 {
+    if (m_isCancelled()) {
+        return std::nullopt;
+    }
     const FilePath path = file.path();
     const OpenFile open(m_fileSystem, m_contents, path);
     if (!open.isReadable()) {

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "Candidate.h"
+#include "DuplicateFinder.h"
 #include "FileContentCalls.h"
 #include "FileSystemCalls.h"
 
@@ -22,9 +23,13 @@ std::uint32_t identityHint(const OpenFileStatus& status);
 class AliasFilter
 {
 public:
-    AliasFilter(FileSystemCalls& fileSystem, FileContentCalls& contents)
+    /// isCancelled is asked before each file that is opened; once it is true none is any more, and
+    /// what is left of the files is of no use.
+    AliasFilter(FileSystemCalls& fileSystem, FileContentCalls& contents,
+                CancelCallback isCancelled = neverCancelled)
         : m_fileSystem(fileSystem)
         , m_contents(contents)
+        , m_isCancelled(std::move(isCancelled))
     {}
 
     /// Takes files of one bucket with their hints, place by place. Of each file there stay as many
@@ -69,6 +74,7 @@ private:
 
     FileSystemCalls& m_fileSystem;
     FileContentCalls& m_contents;
+    const CancelCallback m_isCancelled;
 };
 
 } // namespace quorvane::DuplicateFinder

@@ -113,6 +113,7 @@ struct Options
     FileContentCalls* contents = nullptr;  ///< absent: the system's own
     std::function<double()> clock = {};    ///< seconds, any thread; absent: the steady clock
     std::size_t windowFiles = 0;           ///< files whose digests are kept at once; 0: 65536
+    unsigned partBits = 0;                 ///< of digests that are kept in part; 0: 63
     std::function<void(const PassReport&)> onPassEnd = {}; ///< on the calling thread
 };
 

@@ -214,7 +214,9 @@ DuplicateSearch::Window DuplicateSearch::openWindow(std::size_t begin)
     const std::size_t count = end - begin;
     window.files = std::span(m_candidates).subspan(begin, count);
     if (count > mostWholeDigests()) {
-        window.shortDigests = std::make_unique<ShortDigests>(count, mostKnownDigests());
+        window.shortDigests = std::make_unique<ShortDigests>(
+            count, mostKnownDigests(),
+            m_options.partBits > 0 ? m_options.partBits : ShortDigests::mostPartBits);
     }
     // Room for all at once: to grow by doubling would take more than it needs.
     window.digests.reserve(window.shortDigests ? 1 : count);

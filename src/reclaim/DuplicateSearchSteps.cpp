@@ -143,7 +143,7 @@ bool DuplicateSearch::verifyOne(FileDigester& digester, Window& window, std::siz
 
 void DuplicateSearch::dropAliases(Window& window) const
 {
-    const AliasFilter filter(m_fileSystem, m_contents);
+    const AliasFilter filter(m_fileSystem, m_contents, m_isCancelled);
     std::size_t begin = 0;
     for (const std::size_t end : window.ends) {
         if (m_isCancelled()) {

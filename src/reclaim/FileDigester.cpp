@@ -117,7 +117,7 @@ std::optional<Digest> FileDigester::fullDigest(const FileNode& node, const Diges
         return std::nullopt;
     }
     m_identity = identityHint(file.status());
-    return file.status().changedSeconds < m_unchangedBefore ? sample : readWhole(file, node);
+    return isUnchanged(file.status(), node) ? sample : readWhole(file, node);
 }
 
 std::optional<Digest> FileDigester::fullDigest(const FileNode& node, const SampleTraces& traces)
@@ -127,12 +127,18 @@ std::optional<Digest> FileDigester::fullDigest(const FileNode& node, const Sampl
         return std::nullopt;
     }
     m_identity = identityHint(file.status());
-    if (traces.head == nullptr || file.status().changedSeconds >= m_unchangedBefore ||
+    if (traces.head == nullptr || !isUnchanged(file.status(), node) ||
         !m_contents.seek(file.descriptor(), endSampleBytes)) {
         return readWhole(file, node, traces.hasLeftTail);
     }
     m_hash.resume(*traces.head);
     return readOn(file, node, endSampleBytes, traces.hasLeftTail);
+}
+
+bool FileDigester::isUnchanged(const OpenFileStatus& status, const FileNode& node) const
+{
+    return status.changedSeconds < m_unchangedBefore && status.bytes == node.scannedBytes() &&
+           status.modifiedSeconds == node.dateModified();
 }
 
 void FileDigester::takeOutHead(const FileNode& node)

@@ -61,7 +61,9 @@ class FileDigester
 {
 public:
     /// unchangedBefore: a file that has not changed since that time (seconds since 1970) has not
-    /// changed since the search began.
+    /// changed since the search began. What a sample came to serves again only for such a file, if
+    /// it also has the size and the date of modification that the scan saw: another file that came
+    /// to its path with its folder may be of any age.
     FileDigester(FileSystemCalls& fileSystem, FileContentCalls& contents,
                  std::int64_t unchangedBefore);
 
@@ -101,6 +103,8 @@ private:
                                     bool hasLeftTail = false);
     std::optional<Digest> readOn(const OpenFile& file, const FileNode& node, std::int64_t position,
                                  bool hasLeftTail);
+    /// It is what was sampled, as far as that can be told.
+    bool isUnchanged(const OpenFileStatus& status, const FileNode& file) const;
     void takeOut(const FileNode& file, std::int64_t begin, std::int64_t end);
     /// Reads at most so many bytes into the front of the buffer, fewer only at the end or a fault.
     std::int64_t fill(const OpenFile& file, std::int64_t most);

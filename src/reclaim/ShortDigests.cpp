@@ -5,9 +5,10 @@
 
 namespace quorvane::DuplicateFinder {
 
-ShortDigests::ShortDigests(std::size_t files, std::size_t mostWhole)
+ShortDigests::ShortDigests(std::size_t files, std::size_t mostWhole, unsigned partBits)
     : m_keys(files)
     , m_mostWhole(mostWhole)
+    , m_partMask((Key{1} << partBits) - 1)
 {}
 
 bool ShortDigests::note(std::size_t place, const Digest& digest)
@@ -15,7 +16,7 @@ bool ShortDigests::note(std::size_t place, const Digest& digest)
     Key part = 0;
     static_assert(sizeof part <= sizeof(Digest));
     std::memcpy(&part, digest.data(), sizeof part);
-    m_keys[place] = part | partMark;
+    m_keys[place] = (part & m_partMask) | partMark;
 
     const std::lock_guard guard(m_lock);
     auto known = m_known.find(digest);

@@ -20,8 +20,11 @@ class ShortDigests
 public:
     using Key = std::uint64_t;
 
-    /// For so many files, of which at most so many digests are known whole.
-    ShortDigests(std::size_t files, std::size_t mostWhole);
+    static constexpr unsigned mostPartBits = 63;
+
+    /// For so many files, of which at most so many digests are known whole. Of each of the others
+    /// 1 to mostPartBits are kept: a test takes few, for digests to meet by chance.
+    ShortDigests(std::size_t files, std::size_t mostWhole, unsigned partBits = mostPartBits);
 
     /// Of the file at that place; at most one thread a place. True when the digest is known whole.
     bool note(std::size_t place, const Digest& digest);
@@ -33,10 +36,11 @@ public:
     const Digest& whole(Key key) const { return *m_whole[key]; }
 
 private:
-    static constexpr Key partMark = Key{1} << 63;
+    static constexpr Key partMark = Key{1} << mostPartBits;
 
     std::vector<Key> m_keys;
     const std::size_t m_mostWhole;
+    const Key m_partMask;
     std::mutex m_lock;
     std::map<Digest, Key> m_known;
     std::vector<const Digest*> m_whole; ///< of m_known, by key

@@ -8,6 +8,7 @@
 
 #include <gtest/gtest.h>
 
+#include <bit>
 #include <map>
 #include <set>
 
@@ -128,6 +129,20 @@ TEST(ShortDigests, PartsOfDifferentDigestsMayBeEqual)
     EXPECT_FALSE(digests.note(0, digestOf(1)));
     EXPECT_FALSE(digests.note(1, digestOf(2)));
     EXPECT_EQ(digests.keys()[0], digests.keys()[1]);
+}
+
+TEST(ShortDigests, KeepAsManyBitsOfAPartAsTheyAreTold)
+{
+    for (const unsigned bits : {1U, 5U, 62U, 63U}) {
+        ShortDigests digests(2, 0, bits);
+        Digest all;
+        all.fill(0xFF);
+        digests.note(0, all);
+        digests.note(1, digestOf(0));
+        // One more tells it from a key that stands for a whole digest.
+        EXPECT_EQ(std::popcount(digests.keys()[0]), static_cast<int>(bits) + 1);
+        EXPECT_EQ(std::popcount(digests.keys()[1]), 1);
+    }
 }
 
 } // namespace

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "DiskScanner.h"
 #include "DiskTree.h"
+#include "FileDigester.h"
 #include "FinderFixture.h"
 #include "RandomTree.h"
 #include "UnprivilegedRun.h"
@@ -121,6 +122,34 @@ TEST(DuplicateFinderOnDisk, ShrunkAndGrownFilesFallOut)
     disk.fileWithContents("grown", textOf('q', 600001));
     disk.fileWithContents("emptied", "");
     EXPECT_EQ(foundIn(disk, root), (GroupPaths{{"a", "b"}}));
+}
+
+TEST(DuplicateFinderOnDisk, SampleServesForAFileAsItWasScannedAndNotForOneThatCameWithItsFolder)
+{
+    DiskTree disk;
+    disk.fileWithContents("now/f", textOf('q', 5000));
+    disk.fileWithContents("older/f", textOf('r', 5000));
+    disk.fileWithContents("longer/f", textOf('q', 5001));
+    disk.modified("now/f", 1'000'000'000);
+    disk.modified("older/f", 900'000'000);
+    disk.modified("longer/f", 1'000'000'000);
+    const NodePointer root = scanOf(disk);
+    const FileNode& file = test::nodeAt(*root, "now/f");
+    // No file on the disk has changed since that day.
+    DuplicateFinder::FileDigester digester(FileSystemCalls::system(), FileContentCalls::system(),
+                                           std::int64_t{1} << 40);
+    const DuplicateFinder::Digest sample = digester.partialDigest(file).value().digest;
+    const std::int64_t sampled = digester.bytesRead();
+    EXPECT_EQ(digester.fullDigest(file, sample), sample);
+    EXPECT_EQ(digester.bytesRead(), sampled);
+    std::int64_t more = 0;
+    for (const char* name : {"older", "longer"}) {
+        disk.remove("now");
+        std::filesystem::rename(disk.path(name).bytes(), disk.path("now").bytes());
+        EXPECT_NE(digester.fullDigest(file, sample).value(), sample) << name;
+        more += name == std::string_view("older") ? 5000 : 5001;
+        EXPECT_EQ(digester.bytesRead(), sampled + more) << name;
+    }
 }
 
 TEST(DuplicateFinderOnDisk, DateOfLastAccessStays)

@@ -120,6 +120,28 @@ TEST_F(FaultTest, ChangedBetweenThePassesFallsOut)
     }
 }
 
+TEST_F(FaultTest, AnOldFileThatCameWithItsFolderBetweenThePassesIsReadAgain)
+{
+    // Folders have changed their names: what is at the path now has not changed for long.
+    for (const std::size_t bytes : {small, large}) {
+        for (const bool isLonger : {false, true}) {
+            SCOPED_TRACE(std::to_string(bytes) + (isLonger ? " longer" : " of another date"));
+            threeCopies(bytes);
+            m_passes.clear();
+            beforeVerifying([&](const std::string& path) {
+                if (path == "/scan/b") {
+                    test::MemoryFile& other = m_contents.file(path);
+                    other.bytes = textOf('r', isLonger ? bytes + 1 : bytes);
+                    other.modifiedSeconds = isLonger ? 0 : 77;
+                }
+            });
+            EXPECT_EQ(found(), (GroupPaths{{"a", "c"}}));
+            m_contents.beforeOpen = nullptr;
+            file("b").modifiedSeconds = 0;
+        }
+    }
+}
+
 TEST_F(FaultTest, TouchedBetweenThePassesIsReadAgainAndStays)
 {
     threeCopies(small);
@@ -348,6 +370,42 @@ TEST_F(FaultTest, CancelBetweenSamplingAndVerifyingOpensNothingMore)
     EXPECT_EQ(found(), GroupPaths());
     EXPECT_GT(m_contents.openedInAll(), 0);
     EXPECT_EQ(m_progress, (std::vector{0.06}));
+}
+
+TEST_F(FaultTest, CancelAmongTheNamesOfOneFileOpensNothingMore)
+{
+    threeCopies(small);
+    for (const char* name : {"a", "b", "c"}) {
+        file(name).inode = 7;
+        file(name).links = 3;
+    }
+    std::atomic<bool> isCancelled{false};
+    m_isCancelled = [&] { return isCancelled.load(); };
+    int looked = 0;
+    // Three are verified, then the names are looked at one by one, each beside its folder.
+    beforeVerifying([&](const std::string&) { isCancelled = ++looked >= 4; });
+    EXPECT_EQ(found(), GroupPaths());
+    EXPECT_EQ(looked, 5);
+}
+
+TEST_F(FaultTest, CancelAtTheEndOfAWindowOpensNothingMore)
+{
+    // Heads are equal, tails are not: these are left in the page cache and would be taken out.
+    m_contents.tellsCache = true;
+    threeCopies(large);
+    file("a").bytes.back() = 'x';
+    file("b").bytes.back() = 'y';
+    int opened = 0;
+    m_contents.beforeOpen = [&](const std::string&, int) { ++opened; };
+    EXPECT_EQ(found(), GroupPaths());
+    // Each once, the first one twice, and then each for its tail.
+    EXPECT_EQ(opened, 3 + 1 + 3);
+    opened = 0;
+    int asked = 0;
+    // The walk asks five times, each of three files once, and the window once at its end.
+    m_isCancelled = [&] { return ++asked > 5 + 3 + 1; };
+    EXPECT_EQ(found(), GroupPaths());
+    EXPECT_EQ(opened, 3 + 1);
 }
 
 TEST_F(FaultTest, CancelBeforeTheGroupsAreBuiltGivesNothing)

@@ -34,6 +34,8 @@ class MadeUpContents final : public FileContentCalls
 public:
     /// Which contents the file of that number has; equal numbers are equal contents.
     std::function<int(int)> contentsOf = [](int file) { return file; };
+    /// What is told of the size of the file of that number.
+    std::function<std::int64_t(int)> bytesOf = [](int) { return leastBytes; };
     /// Number of names that each inode has, one after the other.
     int names = 1;
 
@@ -48,6 +50,7 @@ public:
         const bool isFile = file % 2 == 0;
         const std::uint64_t inode = isFile ? static_cast<std::uint64_t>(file / 2 / names) + 10 : 2;
         status = {isFile, 1'000'000'000, 1, inode, static_cast<std::uint64_t>(names)};
+        status.bytes = bytesOf(file / 2 - 1);
         return true;
     }
     std::int64_t read(int file, std::span<std::byte> room) override
@@ -92,6 +95,7 @@ protected:
     Taken search(int files, const std::function<std::int64_t(int)>& bytesOf, int inEachFolder)
     {
         std::shared_ptr<FileTree> tree;
+        m_contents.bytesOf = bytesOf;
         {
             std::string text;
             for (int i = 0; i < files; ++i) {

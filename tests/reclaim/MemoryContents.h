@@ -26,6 +26,7 @@ struct MemoryFile
     bool seeks = true;
     std::int64_t readable = std::numeric_limits<std::int64_t>::max(); ///< beyond it reads fail
     std::int64_t changedSeconds = 1'000'000'000;
+    std::int64_t modifiedSeconds = 0; ///< as trees from text have it
     std::uint64_t device = 1;
     std::uint64_t inode = 0; ///< 0: one that no other path has
     std::uint64_t links = 1;
@@ -108,6 +109,8 @@ public:
         status.device = file.device;
         status.inode = file.inode;
         status.links = file.links;
+        status.bytes = static_cast<std::int64_t>(file.bytes.size());
+        status.modifiedSeconds = file.modifiedSeconds;
         return file.hasStatus;
     }
     std::int64_t read(int descriptor, std::span<std::byte> room) override

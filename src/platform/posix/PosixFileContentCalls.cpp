@@ -36,6 +36,8 @@ bool PosixFileContentCalls::status(int file, OpenFileStatus& status)
     status.device = static_cast<std::uint64_t>(entry.st_dev);
     status.inode = entry.st_ino;
     status.links = entry.st_nlink;
+    status.bytes = entry.st_size;
+    status.modifiedSeconds = entry.st_mtime;
     return true;
 }
 
