@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "CorpusGenerator.h"
 
-#include "EmptyFolder.h"
 #include "EntryNames.h"
+#include "GeneratorRun.h"
 #include "SeededRandom.h"
 
 #include <fcntl.h>
@@ -12,11 +12,6 @@
 #include <algorithm>
 #include <array>
 #include <atomic>
-#include <cerrno>
-#include <mutex>
-#include <system_error>
-#include <thread>
-#include <variant>
 #include <vector>
 
 namespace quorvane {
@@ -26,7 +21,6 @@ constexpr std::int64_t oldestDate = 1'300'000'000; // March 2011
 constexpr std::uint64_t dateSpan = 400'000'000;    // up to November 2023
 constexpr std::uint64_t streamOfNames = 6'000'000'011;
 constexpr std::uint64_t streamOfDates = 7'000'000'001;
-constexpr unsigned mostThreads = 4;
 constexpr std::int64_t pieceBytes = 262144;
 
 using Entry = CorpusPlan::Entry;
@@ -51,33 +45,23 @@ public:
     {
         for (const std::string& folder : m_plan.folders()) {
             if (!folder.empty() && mkdirat(m_top, folder.c_str(), 0755) != 0) {
-                fail(folder);
+                m_fault.note(folder);
             }
         }
-        std::atomic<std::size_t> next{0};
-        const auto work = [&] {
+        runOnSomeThreads([&](std::atomic<std::size_t>& next) {
             std::vector<std::uint64_t> piece(pieceBytes / sizeof(std::uint64_t));
-            for (std::size_t i = next++; i < m_paths.size() && !m_hasFailed; i = next++) {
+            for (std::size_t i = next++; i < m_paths.size() && !m_fault.isNoted(); i = next++) {
                 if (m_plan.entries()[i].kind == Kind::file && !makeFile(i, piece)) {
-                    fail(m_paths[i]);
+                    m_fault.note(m_paths[i]);
                 }
             }
-        };
-        const unsigned count = std::clamp(std::thread::hardware_concurrency(), 1U, mostThreads);
-        std::vector<std::thread> threads;
-        for (unsigned i = 1; i < count; ++i) {
-            threads.emplace_back(work);
-        }
-        work();
-        for (std::thread& thread : threads) {
-            thread.join();
-        }
-        for (std::size_t i = 0; i < m_paths.size() && !m_hasFailed; ++i) {
+        });
+        for (std::size_t i = 0; i < m_paths.size() && !m_fault.isNoted(); ++i) {
             if (m_plan.entries()[i].kind != Kind::file && !makeLink(i)) {
-                fail(m_paths[i]);
+                m_fault.note(m_paths[i]);
             }
         }
-        return m_fault;
+        return m_fault.message();
     }
 
 private:
@@ -124,36 +108,18 @@ private:
         return symlinkat((climb + target).c_str(), m_top, path.c_str()) == 0;
     }
 
-    void fail(const std::string& place)
-    {
-        const int code = errno;
-        const std::lock_guard guard(m_lock);
-        if (!m_fault) {
-            m_fault = "cannot make " + place + ": " + std::generic_category().message(code);
-        }
-        m_hasFailed = true;
-    }
-
     const CorpusPlan m_plan;
     const int m_top;
     std::vector<std::string> m_paths;
-    std::atomic<bool> m_hasFailed{false};
-    std::mutex m_lock;
-    std::optional<std::string> m_fault;
+    FirstFault m_fault;
 };
 
 } // namespace
 
 std::optional<std::string> generateCorpus(const FilePath& destination, const CorpusShape& shape)
 {
-    const std::variant<int, std::string> top = openEmptyFolder(destination);
-    if (const std::string* fault = std::get_if<std::string>(&top)) {
-        return *fault;
-    }
-    const int descriptor = std::get<int>(top);
-    std::optional<std::string> fault = Generator(shape, descriptor).run();
-    close(descriptor);
-    return fault;
+    return fillEmptyFolder(destination,
+                           [&](int descriptor) { return Generator(shape, descriptor).run(); });
 }
 
 } // namespace quorvane

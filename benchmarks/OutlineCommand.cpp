@@ -2,6 +2,7 @@
 #include "OutlineCommand.h"
 
 #include "AppState.h"
+#include "BenchApplication.h"
 #include "FakePlatform.h"
 #include "JsonText.h"
 #include "OutlineScreen.h"
@@ -49,11 +50,7 @@ int runOutline(const Arguments& arguments)
         return complain(fault->message, fault->code);
     }
     const FocusedTree& focused = std::get<FocusedTree>(loaded);
-    qputenv("QT_QPA_PLATFORM", "offscreen");
-    char name[] = "quorvane-bench";
-    char* words[] = {name, nullptr};
-    int wordCount = 1;
-    const QApplication application(wordCount, words);
+    const BenchApplication application(BenchApplication::Display::offscreen);
     FakePlatform fake;
     AppState state(fake.platform());
     // Fonts and symbols are there when the measured screens come.

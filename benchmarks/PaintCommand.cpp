@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "PaintCommand.h"
 
+#include "BenchApplication.h"
 #include "BubblesScene.h"
 #include "CanvasArguments.h"
 #include "FlameScene.h"
@@ -149,11 +150,7 @@ int runPaint(const Arguments& arguments)
         return complain(fault->message, fault->code);
     }
     const FocusedTree& focused = std::get<FocusedTree>(loaded);
-    qputenv("QT_QPA_PLATFORM", "offscreen");
-    char name[] = "quorvane-bench";
-    char* words[] = {name, nullptr};
-    int wordCount = 1;
-    const QApplication application(wordCount, words);
+    const BenchApplication application(BenchApplication::Display::offscreen);
     SceneRequest request;
     request.target = NodePointer(focused.tree, focused.focus);
     request.isScanRoot = focused.isRoot();

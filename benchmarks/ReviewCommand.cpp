@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "ReviewCommand.h"
 
+#include "BenchApplication.h"
 #include "BusyWatch.h"
 #include "DuplicatesList.h"
 #include "FakePlatform.h"
@@ -235,14 +236,7 @@ int runReview(const Arguments& arguments)
         return complain("review takes --groups and --copies, whole numbers from 2 to 1000000",
                         exitUsage);
     }
-    qputenv("QT_NO_GLIB", "1");
-    if (qEnvironmentVariableIsEmpty("DISPLAY")) {
-        qputenv("QT_QPA_PLATFORM", "offscreen");
-    }
-    char name[] = "quorvane-bench";
-    char* words[] = {name, nullptr};
-    int wordCount = 1;
-    QApplication application(wordCount, words);
+    BenchApplication application(BenchApplication::Display::ofTheWindow);
     CopiedContents contents;
     FakePlatform fake;
     fake.fileContents = &contents;

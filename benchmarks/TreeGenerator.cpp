@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "TreeGenerator.h"
 
-#include "EmptyFolder.h"
 #include "EntryNames.h"
+#include "GeneratorRun.h"
 #include "SeededRandom.h"
 
 #include <fcntl.h>
@@ -12,12 +12,7 @@
 #include <algorithm>
 #include <array>
 #include <atomic>
-#include <cerrno>
 #include <cstring>
-#include <mutex>
-#include <system_error>
-#include <thread>
-#include <variant>
 #include <vector>
 
 namespace quorvane {
@@ -27,7 +22,6 @@ constexpr std::int64_t oldestDate = 1'300'000'000; // March 2011
 constexpr std::uint64_t dateSpan = 400'000'000;    // up to November 2023
 constexpr std::uint64_t streamOfNames = 1'000'000'007;
 constexpr std::uint64_t streamOfContent = 2'000'000'011;
-constexpr unsigned mostThreads = 4;
 constexpr std::uint64_t linkShare = 200;       ///< one file in so many is a symbolic link
 constexpr std::uint64_t writtenShare = 4;      ///< one in so many holds a written block
 constexpr std::uint64_t allocatedShare = 2000; ///< one in so many holds many allocated blocks
@@ -69,23 +63,13 @@ public:
     {
         fillWithFiles(top, 0);
         const std::span<const std::size_t> branches = m_plan.subfolders(0);
-        std::atomic<std::size_t> next{0};
-        const auto work = [&] {
-            for (std::size_t i = next++; i < branches.size() && !m_hasFailed; i = next++) {
+        runOnSomeThreads([&](std::atomic<std::size_t>& next) {
+            for (std::size_t i = next++; i < branches.size() && !m_fault.isNoted(); i = next++) {
                 growBranch(top, branches[i]);
             }
-        };
-        const unsigned count = std::clamp(std::thread::hardware_concurrency(), 1U, mostThreads);
-        std::vector<std::thread> threads;
-        for (unsigned i = 1; i < count; ++i) {
-            threads.emplace_back(work);
-        }
-        work();
-        for (std::thread& thread : threads) {
-            thread.join();
-        }
+        });
         date(top, 0);
-        return m_fault;
+        return m_fault.message();
     }
 
 private:
@@ -105,7 +89,7 @@ private:
         while (!stack.empty()) {
             OpenFolder& current = stack.back();
             const std::span<const std::size_t> subfolders = m_plan.subfolders(current.folder);
-            if (current.nextSubfolder < subfolders.size() && !m_hasFailed) {
+            if (current.nextSubfolder < subfolders.size() && !m_fault.isNoted()) {
                 const std::size_t subfolder = subfolders[current.nextSubfolder++];
                 open(stack, current.descriptor, subfolder);
                 continue;
@@ -123,13 +107,13 @@ private:
         const std::string name =
             generatedFolderName(random, planned.placeInParent, planned.parent == 0);
         if (mkdirat(parent, name.c_str(), 0755) != 0) {
-            fail(name);
+            m_fault.note(name);
             return;
         }
         const int descriptor =
             openat(parent, name.c_str(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC);
         if (descriptor < 0) {
-            fail(name);
+            m_fault.note(name);
             return;
         }
         fillWithFiles(descriptor, folder);
@@ -141,13 +125,13 @@ private:
         SeededRandom random(m_plan.shape().seed + streamOfContent, folder);
         const auto count = static_cast<std::size_t>(m_plan.folders()[folder].files);
         std::string previous = "nothing";
-        for (std::size_t i = 0; i < count && !m_hasFailed; ++i) {
+        for (std::size_t i = 0; i < count && !m_fault.isNoted(); ++i) {
             const std::string name = generatedFileName(random, i);
             const bool isMade = random.oneIn(linkShare)
                                     ? makeLink(directory, name, previous, random)
                                     : makeFile(directory, name, random);
             if (!isMade) {
-                fail(name);
+                m_fault.note(name);
             }
             previous = name;
         }
@@ -190,39 +174,21 @@ private:
     {
         SeededRandom random(m_plan.shape().seed ^ streamOfContent, folder);
         if (futimens(descriptor, someDate(random).values.data()) != 0) {
-            fail("a folder's date");
+            m_fault.note("a folder's date");
         }
-    }
-
-    void fail(const std::string& place)
-    {
-        const int code = errno;
-        const std::lock_guard guard(m_lock);
-        if (!m_fault) {
-            m_fault = "cannot make " + place + ": " + std::generic_category().message(code);
-        }
-        m_hasFailed = true;
     }
 
     const TreePlan m_plan;
     const std::string m_block;
-    std::atomic<bool> m_hasFailed{false};
-    std::mutex m_lock;
-    std::optional<std::string> m_fault;
+    FirstFault m_fault;
 };
 
 } // namespace
 
 std::optional<std::string> generateTree(const FilePath& destination, const TreeShape& shape)
 {
-    const std::variant<int, std::string> top = openEmptyFolder(destination);
-    if (const std::string* fault = std::get_if<std::string>(&top)) {
-        return *fault;
-    }
-    const int descriptor = std::get<int>(top);
-    std::optional<std::string> fault = Generator(shape).run(descriptor);
-    close(descriptor);
-    return fault;
+    return fillEmptyFolder(destination,
+                           [&](int descriptor) { return Generator(shape).run(descriptor); });
 }
 
 } // namespace quorvane

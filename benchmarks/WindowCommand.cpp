@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "WindowCommand.h"
 
+#include "BenchApplication.h"
 #include "BusyWatch.h"
 #include "FakePlatform.h"
 #include "JsonText.h"
@@ -80,15 +81,7 @@ int runWindow(const Arguments& arguments)
     if (arguments.operands().size() != 1) {
         return complain("window takes one folder", exitUsage);
     }
-    // The dispatcher that tells when it goes to sleep.
-    qputenv("QT_NO_GLIB", "1");
-    if (qEnvironmentVariableIsEmpty("DISPLAY")) {
-        qputenv("QT_QPA_PLATFORM", "offscreen");
-    }
-    char name[] = "quorvane-bench";
-    char* words[] = {name, nullptr};
-    int wordCount = 1;
-    QApplication application(wordCount, words);
+    BenchApplication application(BenchApplication::Display::ofTheWindow);
     return measure(application, FilePath(std::string(arguments.operands().front())));
 }
 

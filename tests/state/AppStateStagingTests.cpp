@@ -252,6 +252,14 @@ protected:
         scanGate.awaitVisitor();
     }
 
+    /// The second scan begins while the batch of the first one's entry waits.
+    void holdBatchAndScan(const FilePath& first, std::string_view staged, const FilePath& second)
+    {
+        scan(first);
+        stageAndSend(staged);
+        startScanAndHold(second);
+    }
+
     void endBatch()
     {
         trashGate.open();
@@ -274,9 +282,7 @@ TEST_F(ScanDuringABatch, StartsOverSoThatItShowsWhatTheBatchHasMoved)
 {
     disk.file("big", 100);
     disk.file("deep/kept", 3);
-    scan(disk.root());
-    stageAndSend("big");
-    startScanAndHold(disk.root());
+    holdBatchAndScan(disk.root(), "big", disk.root());
     endBatch();
     endScan();
     ASSERT_TRUE(state().hasScan());
@@ -292,9 +298,7 @@ TEST_F(ScanDuringABatch, OfAFolderAboveStartsOverThere)
 {
     disk.file("a/big", 100);
     disk.file("deep/kept", 3);
-    scan(disk.path("a"));
-    stageAndSend("big");
-    startScanAndHold(disk.root());
+    holdBatchAndScan(disk.path("a"), "big", disk.root());
     endBatch();
     endScan();
     ASSERT_TRUE(state().hasScan());
@@ -305,9 +309,7 @@ TEST_F(ScanDuringABatch, OfAFolderAboveStartsOverThere)
 TEST_F(ScanDuringABatch, OfAFolderThatTheBatchTakesAwayFails)
 {
     disk.file("staged/deep/file", 100);
-    scan(disk.root());
-    stageAndSend("staged");
-    startScanAndHold(disk.path("staged"));
+    holdBatchAndScan(disk.root(), "staged", disk.path("staged"));
     endBatch();
     endScan();
     EXPECT_FALSE(state().hasScan());
@@ -319,9 +321,7 @@ TEST_F(ScanDuringABatch, OfAFolderElsewhereIsLeftToItsEnd)
 {
     disk.file("here/big", 100);
     disk.file("there/deep/kept", 3);
-    scan(disk.path("here"));
-    stageAndSend("big");
-    startScanAndHold(disk.path("there"));
+    holdBatchAndScan(disk.path("here"), "big", disk.path("there"));
     endBatch();
     endScan();
     EXPECT_EQ(timesOpened, 1);
@@ -332,9 +332,7 @@ TEST_F(ScanDuringABatch, DoesNotStartOverWhenItWasCancelledBefore)
 {
     disk.file("big", 100);
     disk.file("deep/kept", 3);
-    scan(disk.root());
-    stageAndSend("big");
-    startScanAndHold(disk.root());
+    holdBatchAndScan(disk.root(), "big", disk.root());
     state().cancelScan();
     endBatch();
     endScan();
@@ -347,9 +345,7 @@ TEST_F(ScanDuringABatch, DoesNotStartOverWhenItIsCancelledAfterTheBatch)
 {
     disk.file("big", 100);
     disk.file("deep/kept", 3);
-    scan(disk.root());
-    stageAndSend("big");
-    startScanAndHold(disk.root());
+    holdBatchAndScan(disk.root(), "big", disk.root());
     endBatch();
     state().cancelScan();
     endScan();
