@@ -1,6 +1,6 @@
 # SPDX-License-Identifier: MIT
-# Two precompiled headers for the whole build, each made once: one for widget code, one for tests of
-# the logic. Both hold only what nearly every file of their kind includes and nobody here edits.
+# Three precompiled headers for the whole build, each made once: for widget code, for tests of the
+# logic and for tests of the screens. They hold only what nearly every file of their kind includes and nobody here edits.
 
 option(QUORVANE_PRECOMPILED_HEADERS "Share precompiled headers between the targets" ON)
 
@@ -41,4 +41,22 @@ function(quorvane_precompile_tests target)
       <algorithm> <atomic> <functional> <memory> <string> <thread> <vector>)
   endif()
   target_precompile_headers(${target} REUSE_FROM quorvane_tests_pch)
+endfunction()
+
+function(quorvane_precompile_gui_tests target)
+  if(NOT QUORVANE_PRECOMPILED_HEADERS)
+    return()
+  endif()
+  if(NOT TARGET quorvane_gui_tests_pch)
+    quorvane_add_precompiled(quorvane_gui_tests_pch
+      Qt6::Core Qt6::Gui Qt6::Widgets Qt6::Test GTest::gtest GTest::gmock)
+    target_precompile_headers(quorvane_gui_tests_pch PRIVATE
+      <gmock/gmock.h> <gtest/gtest.h>
+      <QAbstractButton> <QAccessible> <QAction> <QApplication> <QDateTime> <QEvent> <QImage> <QLabel>
+      <QLineEdit> <QMenu> <QPainter> <QPointer> <QProperty> <QScrollBar> <QSignalSpy> <QString>
+      <QTest> <QTimer> <QWidget>
+      <algorithm> <atomic> <functional> <map> <memory> <optional> <set> <string> <thread> <utility>
+      <vector>)
+  endif()
+  target_precompile_headers(${target} REUSE_FROM quorvane_gui_tests_pch)
 endfunction()

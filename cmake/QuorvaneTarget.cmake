@@ -78,7 +78,9 @@ endfunction()
 function(quorvane_test name)
   cmake_parse_arguments(ARG "GUI" "" "SOURCES;LINK" ${ARGN})
   if(ARG_GUI)
-    quorvane_program(${name} GUI SOURCES ${ARG_SOURCES} LINK ${ARG_LINK} GTest::gtest GTest::gmock)
+    quorvane_program(${name} GUI
+                     SOURCES ${ARG_SOURCES} LINK ${ARG_LINK} Qt6::Test GTest::gtest GTest::gmock)
+    quorvane_precompile_gui_tests(${name})
   else()
     quorvane_program(${name} SOURCES ${ARG_SOURCES}
                      LINK ${ARG_LINK} GTest::gtest GTest::gmock GTest::gtest_main)
