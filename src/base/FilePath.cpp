@@ -12,12 +12,6 @@ namespace {
 constexpr std::string_view scheme = "file:";
 constexpr std::string_view authority = "//";
 
-/// Lower-cases A to Z and leaves every other byte alone, whatever the locale.
-char asciiLower(char c)
-{
-    return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
-}
-
 bool equalsIgnoringCase(std::string_view text, std::string_view lowerCase)
 {
     return std::equal(text.begin(), text.end(), lowerCase.begin(), lowerCase.end(),

@@ -7,15 +7,15 @@
 #include <algorithm>
 
 namespace quorvane {
-namespace {
 
 bool isAscii(std::string_view bytes)
 {
-    return std::none_of(bytes.begin(), bytes.end(),
-                        [](char c) { return static_cast<unsigned char>(c) >= 0x80; });
+    unsigned char all = 0;
+    for (const char c : bytes) {
+        all = static_cast<unsigned char>(all | static_cast<unsigned char>(c));
+    }
+    return all < 0x80;
 }
-
-} // namespace
 
 bool isUtf8(std::string_view bytes)
 {
@@ -49,9 +49,7 @@ std::string lowercased(std::string_view bytes)
 {
     if (isAscii(bytes) || !isUtf8(bytes)) {
         std::string result(bytes);
-        std::transform(result.begin(), result.end(), result.begin(), [](char c) {
-            return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
-        });
+        std::transform(result.begin(), result.end(), result.begin(), asciiLower);
         return result;
     }
     return displayText(bytes).toLower().toStdString();

@@ -9,6 +9,15 @@
 
 namespace quorvane {
 
+/// True when no byte is above 0x7F.
+bool isAscii(std::string_view bytes);
+
+/// Lower-cases A to Z and leaves every other byte alone.
+constexpr char asciiLower(char c)
+{
+    return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+}
+
 /// True when the bytes are well-formed UTF-8 (RFC 3629: no overlong forms, no surrogates).
 bool isUtf8(std::string_view bytes);
 

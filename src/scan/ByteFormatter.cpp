@@ -114,13 +114,13 @@ double valueOf(QStringView decimal)
     return value;
 }
 
-std::int64_t wholeBytes(double product)
+ByteSize::Reading wholeBytes(double product)
 {
     constexpr double limit = 9223372036854775808.0;
     if (!(product >= -limit && product < limit)) {
-        overflowFault("ByteSize.parse");
+        return {std::nullopt, true};
     }
-    return static_cast<std::int64_t>(product);
+    return {static_cast<std::int64_t>(product), false};
 }
 
 } // namespace
@@ -146,11 +146,20 @@ QString ByteFormatter::string(std::int64_t bytes, int fractionDigits)
 
 std::optional<std::int64_t> ByteSize::parse(std::string_view text)
 {
+    const Reading reading = read(text);
+    if (reading.isTooLarge) {
+        overflowFault("ByteSize.parse");
+    }
+    return reading.bytes;
+}
+
+ByteSize::Reading ByteSize::read(std::string_view text)
+{
     const QString decoded =
         QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size())).trimmed();
     const qsizetype length = decimalLength(decoded);
     if (length == 0) {
-        return std::nullopt;
+        return {};
     }
     const double number = valueOf(QStringView(decoded).first(length));
     const QString word = QStringView(decoded).sliced(length).toString().trimmed().toUpper();
@@ -159,7 +168,7 @@ std::optional<std::int64_t> ByteSize::parse(std::string_view text)
             return wholeBytes(number * row.factor);
         }
     }
-    return std::nullopt;
+    return {};
 }
 
 QString FileNode::formattedBytes() const

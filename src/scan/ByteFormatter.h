@@ -24,6 +24,15 @@ struct ByteSize
     /// "1.5 gb" gives 1610612736; nothing when no number leads the text or the unit is unknown. A
     /// product that does not fit into 64 bits ends the program.
     static std::optional<std::int64_t> parse(std::string_view text);
+
+    /// What a text that is still being typed stands for.
+    struct Reading
+    {
+        std::optional<std::int64_t> bytes; ///< absent for a text that is no size
+        bool isTooLarge = false;           ///< a size, but beyond 64 bits
+    };
+    /// The same as parse() for a text of any size: none ends the program.
+    static Reading read(std::string_view text);
 };
 
 } // namespace quorvane

@@ -155,5 +155,18 @@ TEST(FileNodeText, ShowsItsRollupsWithOneDigit)
     EXPECT_EQ(tree->root().formattedBytesOnDisk().toStdString(), "4.0 KB");
 }
 
+TEST(ByteSize, ReadingASizeBeyond64BitsSaysSoInsteadOfEndingTheProgram)
+{
+    for (const char* const input : {"8388608 TB", "1e30", "1e4000", "-1e4000 kb"}) {
+        const ByteSize::Reading reading = ByteSize::read(input);
+        EXPECT_TRUE(reading.isTooLarge) << input;
+        EXPECT_FALSE(reading.bytes) << input;
+    }
+    EXPECT_EQ(ByteSize::read("2 KB").bytes, 2048);
+    EXPECT_FALSE(ByteSize::read("2 KB").isTooLarge);
+    EXPECT_FALSE(ByteSize::read("2O KB").bytes);
+    EXPECT_FALSE(ByteSize::read("2O KB").isTooLarge);
+}
+
 } // namespace
 } // namespace quorvane
