@@ -29,6 +29,7 @@ extern const Command treemapCommand;
 extern const Command layoutCommand;
 extern const Command duplicatesCommand;
 extern const Command corpusCommand;
+extern const Command tagCommand;
 
 /// The commands that draw. Empty in a build without the GUI modules.
 std::span<const Command> guiCommands();

@@ -23,7 +23,7 @@ std::vector<const Command*> allCommands()
 {
     std::vector<const Command*> commands{&treeCommand,      &scanCommand,   &dumpCommand,
                                          &treemapCommand,   &layoutCommand, &corpusCommand,
-                                         &duplicatesCommand};
+                                         &duplicatesCommand, &tagCommand};
     for (const Command& command : guiCommands()) {
         commands.push_back(&command);
     }
