@@ -1,20 +1,22 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <atomic>
 #include <cstdint>
 #include <string>
 #include <vector>
 
 namespace quorvane {
 
-/// What one lstat(2) of an entry tells. Sizes in bytes, times in whole seconds since 1970.
+/// What one lstat(2) of an entry tells. Sizes in bytes, never negative, times in whole seconds
+/// since 1970.
 struct EntryStatus
 {
     enum class Kind : std::uint8_t { directory, regularFile, symbolicLink, other };
 
     Kind kind = Kind::other;
     std::int64_t size = 0;            ///< st_size
-    std::int64_t allocatedBytes = 0;  ///< st_blocks × 512
+    std::int64_t allocatedBytes = 0;  ///< st_blocks × 512, or the largest number below that
     std::int64_t modifiedSeconds = 0; ///< seconds part of st_mtim
     std::uint64_t device = 0;         ///< st_dev
 };
@@ -40,6 +42,16 @@ struct NameList
     const char* nameAt(std::size_t i) const { return bytes.data() + spans[i].offset; }
 };
 
+/// How a walk treats the file system that a directory lies on.
+enum class VolumeKind : std::uint8_t {
+    ordinary,   ///< to be listed
+    kernelMade, ///< made up by the kernel (proc, sysfs, cgroup, …): no disk space, never listed
+    /// A map of the automounter below which something is mounted. To be listed, but what lies on
+    /// the map itself has to be asked about: opening an entry that nobody has used mounts it.
+    automountMap,
+    unusedAutomount ///< of the automounter with nothing mounted below: never opened
+};
+
 /// Bytes of a volume.
 struct VolumeCapacity
 {
@@ -61,16 +73,23 @@ public:
     virtual int openDirectory(int parent, const char* name) = 0;
     virtual void close(int directory) = 0;
     /// Appends the names of an open directory, hidden ones included, without "." and "..", in the
-    /// order of the listing. False when the listing fails at any point.
-    virtual bool appendNames(int directory, NameList& names) = 0;
+    /// order of the listing. False when the listing fails at any point. Ends early, with the names
+    /// so far, when the flag is set.
+    virtual bool appendNames(int directory, NameList& names, const std::atomic<bool>& stops) = 0;
+    /// The same, to the end.
+    bool appendNames(int directory, NameList& names)
+    {
+        const std::atomic<bool> never{false};
+        return appendNames(directory, names, never);
+    }
     /// lstat(2) of a name below an open directory. False when it fails.
     virtual bool status(int directory, const char* name, EntryStatus& status) = 0;
     /// When a name below an open directory was created, in whole seconds since 1970; a link is not
     /// followed. False when it fails or the file system keeps no such date.
     virtual bool creationDate(int directory, const char* name, std::int64_t& seconds) = 0;
-    /// Whether a file system that the kernel makes up (proc, sysfs, cgroup, …) is mounted on the
-    /// directory. Such a file system holds no disk space and is never listed.
-    virtual bool isKernelMade(int parent, const char* name) = 0;
+    /// What kind of file system the directory lies on. Opens nothing and triggers no automount;
+    /// ordinary when it cannot be told.
+    virtual VolumeKind volumeKind(int parent, const char* name) = 0;
 
     /// Total bytes of the volume that holds the path and those that the user may still fill. False
     /// when it cannot be asked.

@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <new>
 #include <string_view>
 #include <thread>
 
@@ -41,6 +42,16 @@ DiskScanner::DiskScanner(int workerCount, FileSystemCalls& calls)
 
 DiskScanner::Result DiskScanner::scan(const FilePath& root, const OnProgress& onProgress)
 {
+    try {
+        return walk(root, onProgress);
+    } catch (const std::bad_alloc&) {
+        // The tree has gone by now, so that there is room for this much again.
+        return DiskScanError{"Not enough memory to scan " + root.bytes()};
+    }
+}
+
+DiskScanner::Result DiskScanner::walk(const FilePath& root, const OnProgress& onProgress)
+{
     EntryStatus status;
     {
         const ReachablePlace place(m_calls, root);
@@ -61,6 +72,9 @@ DiskScanner::Result DiskScanner::scan(const FilePath& root, const OnProgress& on
     }
     ScanRun run(m_calls, *tree, onProgress);
     const ScanRun::Outcome outcome = run.walk(m_workerCount, status.device);
+    if (outcome.ranOutOfMemory) {
+        throw std::bad_alloc();
+    }
     if (outcome.wasStopped || (onProgress && !onProgress(outcome.totals))) {
         return cancelled();
     }

@@ -36,7 +36,9 @@ public:
 
     /// Blocks until the walk has ended, so not for the main thread. Follows no link, lists no
     /// kernel-made file system, leaves unreadable folders in the tree without children. Fails with
-    /// "Cannot access {path}", "Not a directory: {path}" or "Scan cancelled".
+    /// "Cannot access {path}", "Not a directory: {path}", "Scan cancelled" or "Not enough memory to
+    /// scan {path}". A size that the disk claims is capped where the sum of the scan would
+    /// overflow; files below a pebibyte keep room of their own beside those above.
     Result scan(const FilePath& root, const OnProgress& onProgress = {});
 
     int workerCount() const { return m_workerCount; }
@@ -54,6 +56,9 @@ public:
     std::optional<std::int64_t> fileCreationDate(const FilePath& path) const;
 
 private:
+    /// May throw std::bad_alloc.
+    Result walk(const FilePath& root, const OnProgress& onProgress);
+
     FileSystemCalls& m_calls;
     int m_workerCount;
     double m_finalPassSeconds = 0;

@@ -2,6 +2,7 @@
 #include "FileSystemCalls.h"
 
 #include "DiskTree.h"
+#include "PosixFileSystemCalls.h"
 #include "UnprivilegedRun.h"
 #include "WallClock.h"
 
@@ -13,6 +14,8 @@
 #include <sys/statvfs.h>
 #include <unistd.h>
 
+#include <cstdint>
+#include <limits>
 #include <set>
 #include <string>
 
@@ -197,22 +200,38 @@ TEST(FileSystemCalls, CreationDateStaysWhenTheFileChanges)
     EXPECT_LE(seconds, secondsNow());
 }
 
-TEST(FileSystemCalls, KernelMadeIsWhatTheKernelMakesUp)
+VolumeKind kindOf(const std::string& path)
+{
+    return calls().volumeKind(FileSystemCalls::noDirectory(), path.c_str());
+}
+
+TEST(FileSystemCalls, VolumesOfTheDiskAreOrdinary)
 {
     const DiskTree disk;
-    const auto isMade = [](const char* path) {
-        return calls().isKernelMade(FileSystemCalls::noDirectory(), path);
-    };
-    EXPECT_FALSE(isMade("/tmp"));
-    EXPECT_FALSE(isMade("/"));
-    EXPECT_FALSE(isMade(disk.root().bytes().c_str()));
-    EXPECT_FALSE(isMade(disk.path("absent").bytes().c_str()));
-    if (access("/proc/self/stat", F_OK) == 0) {
-        EXPECT_TRUE(isMade("/proc"));
-    }
-    if (access("/sys/kernel", F_OK) == 0) {
-        EXPECT_TRUE(isMade("/sys"));
-    }
+    EXPECT_EQ(kindOf("/tmp"), VolumeKind::ordinary);
+    EXPECT_EQ(kindOf("/"), VolumeKind::ordinary);
+    EXPECT_EQ(kindOf(disk.root().bytes()), VolumeKind::ordinary);
+    EXPECT_EQ(kindOf(disk.path("absent").bytes()), VolumeKind::ordinary);
+}
+
+/// Opens what is protected in the common part.
+class OpenPosixCalls : public PosixFileSystemCalls
+{
+public:
+    using PosixFileSystemCalls::statusFrom;
+};
+
+TEST(FileSystemCalls, ClaimsThatNoNumberHoldsAreKeptWithinItsRange)
+{
+    // A file system of a program (FUSE) is free to answer this.
+    struct stat entry = {};
+    entry.st_size = -1;
+    entry.st_blocks = std::numeric_limits<blkcnt_t>::max();
+    const EntryStatus status = OpenPosixCalls::statusFrom(entry);
+    EXPECT_EQ(status.size, 0);
+    EXPECT_EQ(status.allocatedBytes, std::numeric_limits<std::int64_t>::max() / 512 * 512);
+    entry.st_blocks = -8;
+    EXPECT_EQ(OpenPosixCalls::statusFrom(entry).allocatedBytes, 0);
 }
 
 TEST(FileSystemCalls, CapacityIsThatOfTheVolume)

@@ -236,7 +236,7 @@ TEST(JsonPreferences, WriterThatDiesInTheMiddleHoldsNobodyUp)
 {
     const DiskTree disk;
     JsonPreferences(fileIn(disk)).setValue("a", true);
-    const int status = inChildProcess([&disk] {
+    const int status = endOfChildProcess([&disk] {
         lockFolderOf(fileIn(disk));
         kill(getpid(), SIGKILL);
     });
@@ -352,7 +352,7 @@ TEST(JsonPreferences, RefusedWriteIsMadeUpForByTheNextOne)
 TEST(JsonPreferences, ValueOutlivesAKillRightAfterTheCall)
 {
     const DiskTree disk;
-    const int status = inChildProcess([&disk] {
+    const int status = endOfChildProcess([&disk] {
         JsonPreferences store(fileIn(disk));
         store.setValue("a", QStringLiteral("written"));
         kill(getpid(), SIGKILL);

@@ -255,7 +255,7 @@ protected:
             GTEST_SKIP() << "no volume can be made here";
         }
         constexpr int notMounted = 77;
-        const int status = inChildProcess([&] {
+        const int status = endOfChildProcess([&] {
             if (unshare(CLONE_NEWNS) != 0 ||
                 mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr) != 0 ||
                 std::system(
@@ -268,6 +268,7 @@ protected:
         if (WIFEXITED(status) && WEXITSTATUS(status) == notMounted) {
             GTEST_SKIP() << "no volume can be mounted here";
         }
+        EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0) << "status " << status;
     }
 };
 

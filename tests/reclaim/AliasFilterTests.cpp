@@ -6,10 +6,7 @@
 #include "FinderFixture.h"
 #include "UnprivilegedRun.h"
 
-#include <sched.h>
 #include <sys/mount.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
 #include <map>
 
@@ -222,17 +219,10 @@ TEST(AliasesOnDisk, AFolderMountedAtASecondPlaceHoldsNoCopies)
     disk.fileWithContents("elsewhere", textOf('c', 5000));
     disk.hardLink("a/sub/two", "a/link");
     disk.folder("b");
-    if (geteuid() != 0) {
-        GTEST_SKIP() << "only root may mount";
-    }
-    constexpr int notMounted = 77;
-    const int status = inChildProcess([&] {
-        if (unshare(CLONE_NEWNS) != 0 ||
-            mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr) != 0 ||
-            mount(disk.path("a").bytes().c_str(), disk.path("b").bytes().c_str(), nullptr, MS_BIND,
-                  nullptr) != 0) {
-            _exit(notMounted);
-        }
+    const bool isPermitted = withPrivateMounts([&] {
+        ASSERT_EQ(mount(disk.path("a").bytes().c_str(), disk.path("b").bytes().c_str(), nullptr,
+                        MS_BIND, nullptr),
+                  0);
         DiskScanner scanner(2);
         const DiskScanner::Result result = scanner.scan(disk.root());
         const NodePointer root = std::get<std::shared_ptr<FileTree>>(result)->rootPointer();
@@ -253,7 +243,7 @@ TEST(AliasesOnDisk, AFolderMountedAtASecondPlaceHoldsNoCopies)
         }
         EXPECT_EQ(umount2(disk.path("b").bytes().c_str(), MNT_DETACH), 0);
     });
-    if (WIFEXITED(status) && WEXITSTATUS(status) == notMounted) {
+    if (!isPermitted) {
         GTEST_SKIP() << "no folder can be mounted here";
     }
 }

@@ -8,7 +8,6 @@
 
 #include <gtest/gtest.h>
 
-#include <limits>
 #include <set>
 #include <string>
 #include <vector>
@@ -282,8 +281,10 @@ TEST(DiskScannerFaults, KernelMadeFolderStaysEmptyAndIsNotListed)
         }
     });
     std::set<std::string> asked;
-    calls.before(Call::isKernelMade, [&](int, std::string_view name) { asked.emplace(name); });
-    calls.claimKernelMade([](std::string_view name) { return name == "kernel"; });
+    calls.before(Call::volumeKind, [&](int, std::string_view name) { asked.emplace(name); });
+    calls.claimVolumeKind([](std::string_view name) {
+        return name == "kernel" ? VolumeKind::kernelMade : VolumeKind::ordinary;
+    });
     const auto tree = scanned(disk.root(), 1, calls);
     EXPECT_TRUE(nodeAt(tree->root(), "kernel").isDirectory());
     EXPECT_TRUE(nodeAt(tree->root(), "kernel").children().empty());
@@ -298,7 +299,8 @@ TEST(DiskScannerFaults, KernelMadeFolderStaysEmptyAndIsNotListed)
 
 TEST(DiskScannerFaults, ScanOfAKernelMadeFolderIsEmptyWithoutAnError)
 {
-    if (!FileSystemCalls::system().isKernelMade(FileSystemCalls::noDirectory(), "/proc")) {
+    if (FileSystemCalls::system().volumeKind(FileSystemCalls::noDirectory(), "/proc") !=
+        VolumeKind::kernelMade) {
         GTEST_SKIP() << "no /proc here";
     }
     const auto tree = scanned(FilePath("/proc"));
@@ -307,17 +309,33 @@ TEST(DiskScannerFaults, ScanOfAKernelMadeFolderIsEmptyWithoutAnError)
     EXPECT_EQ(tree->root().name(), "proc");
 }
 
-TEST(DiskScannerFaultsDeathTest, SumBeyondSixtyFourBitsStopsTheProgram)
+TEST(DiskScannerFaults, OnAnAutomountersMapEveryFolderIsAskedAbout)
 {
-    testing::FLAGS_gtest_death_test_style = "threadsafe";
     DiskTree disk;
-    disk.file("a", 1);
-    disk.file("b", 1);
+    disk.file("map/used/f", 1);
+    disk.file("map/idle/f", 10);
+    disk.file("map/used/deep/f", 100);
+    disk.file("plain/f", 1000);
     FaultyFileSystemCalls calls;
-    calls.changeStatus([](std::string_view, EntryStatus& status) {
-        status.size = std::numeric_limits<std::int64_t>::max();
+    calls.changeStatus([](std::string_view name, EntryStatus& status) {
+        // The map is a mount, and so is the one volume on it that is in use.
+        status.device = name == "map" || name == "idle" ? 2 : name == "used" ? 3 : status.device;
     });
-    EXPECT_DEATH(scanned(disk.root(), 1, calls), "byte sum overflows in DiskScanner::scan");
+    std::multiset<std::string> asked;
+    calls.before(Call::volumeKind, [&](int, std::string_view name) { asked.emplace(name); });
+    std::set<std::string> opened;
+    calls.before(Call::openDirectory, [&](int, std::string_view name) { opened.emplace(name); });
+    calls.claimVolumeKind([](std::string_view name) {
+        return name == "map"    ? VolumeKind::automountMap
+               : name == "idle" ? VolumeKind::unusedAutomount
+                                : VolumeKind::ordinary;
+    });
+    const auto tree = scanned(disk.root(), 1, calls);
+    EXPECT_EQ(tree->root().scannedBytes(), 1101);
+    EXPECT_FALSE(opened.contains("idle"));
+    EXPECT_TRUE(nodeAt(tree->root(), "map/idle").isDirectory());
+    EXPECT_EQ(asked.count("idle"), 1U);
+    EXPECT_EQ(asked.count("plain"), 0U);
 }
 
 } // namespace

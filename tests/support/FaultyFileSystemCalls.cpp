@@ -62,9 +62,10 @@ void FaultyFileSystemCalls::close(int directory)
     m_below.close(directory);
 }
 
-bool FaultyFileSystemCalls::appendNames(int directory, NameList& names)
+bool FaultyFileSystemCalls::appendNames(int directory, NameList& names,
+                                        const std::atomic<bool>& stops)
 {
-    return passes(Call::appendNames, {}) && m_below.appendNames(directory, names);
+    return passes(Call::appendNames, {}) && m_below.appendNames(directory, names, stops);
 }
 
 bool FaultyFileSystemCalls::status(int directory, const char* name, EntryStatus& status)
@@ -83,10 +84,12 @@ bool FaultyFileSystemCalls::creationDate(int directory, const char* name, std::i
     return passes(Call::creationDate, name) && m_below.creationDate(directory, name, seconds);
 }
 
-bool FaultyFileSystemCalls::isKernelMade(int parent, const char* name)
+VolumeKind FaultyFileSystemCalls::volumeKind(int parent, const char* name)
 {
-    return passes(Call::isKernelMade, name) &&
-           ((m_claimed && m_claimed(name)) || m_below.isKernelMade(parent, name));
+    if (!passes(Call::volumeKind, name)) {
+        return VolumeKind::ordinary;
+    }
+    return m_claimed ? m_claimed(name) : m_below.volumeKind(parent, name);
 }
 
 bool FaultyFileSystemCalls::volumeCapacity(const char* path, VolumeCapacity& capacity)

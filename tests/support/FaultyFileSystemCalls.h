@@ -22,12 +22,12 @@ public:
         appendNames,
         status,
         creationDate,
-        isKernelMade,
+        volumeKind,
         volumeCapacity
     };
     static constexpr std::array allCalls{Call::openDirectory, Call::appendNames,
                                          Call::status,        Call::creationDate,
-                                         Call::isKernelMade,  Call::volumeCapacity};
+                                         Call::volumeKind,    Call::volumeCapacity};
 
     /// name is empty for a call that has none.
     using Hook = std::function<void(int number, std::string_view name)>;
@@ -43,10 +43,10 @@ public:
     void before(Call call, Hook hook) { entry(call).hook = std::move(hook); }
     /// Runs on each status that was read.
     void changeStatus(StatusChange change) { m_change = std::move(change); }
-    /// Folders whose name it picks count as kernel-made.
-    void claimKernelMade(std::function<bool(std::string_view name)> pick)
+    /// Tells the kind of a folder by its name, in place of the system.
+    void claimVolumeKind(std::function<VolumeKind(std::string_view name)> kindOf)
     {
-        m_claimed = std::move(pick);
+        m_claimed = std::move(kindOf);
     }
     void limitDescriptors(int limit) { m_descriptorLimit = limit; }
 
@@ -57,10 +57,11 @@ public:
 
     int openDirectory(int parent, const char* name) override;
     void close(int directory) override;
-    bool appendNames(int directory, NameList& names) override;
+    using FileSystemCalls::appendNames;
+    bool appendNames(int directory, NameList& names, const std::atomic<bool>& stops) override;
     bool status(int directory, const char* name, EntryStatus& status) override;
     bool creationDate(int directory, const char* name, std::int64_t& seconds) override;
-    bool isKernelMade(int parent, const char* name) override;
+    VolumeKind volumeKind(int parent, const char* name) override;
     bool volumeCapacity(const char* path, VolumeCapacity& capacity) override;
     int descriptorLimit() override;
 
@@ -81,7 +82,7 @@ private:
     mutable std::mutex m_lock;
     std::array<Entry, allCalls.size()> m_entries;
     StatusChange m_change;
-    std::function<bool(std::string_view name)> m_claimed;
+    std::function<VolumeKind(std::string_view name)> m_claimed;
     int m_descriptorLimit = 0;
     int m_openNow = 0;
     int m_mostOpen = 0;

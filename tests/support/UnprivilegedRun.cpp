@@ -4,6 +4,8 @@
 #include <gtest/gtest.h>
 
 #include <grp.h>
+#include <sched.h>
+#include <sys/mount.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -65,7 +67,7 @@ std::string readAll(int pipeEnd)
 
 } // namespace
 
-int inChildProcess(const std::function<void()>& body)
+int endOfChildProcess(const std::function<void()>& body)
 {
     std::array<int, 2> ends{};
     if (pipe(ends.data()) != 0) {
@@ -91,19 +93,41 @@ int inChildProcess(const std::function<void()>& body)
     return status;
 }
 
+void inChildProcess(const std::function<void()>& body)
+{
+    const int status = endOfChildProcess(body);
+    EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0) << "status " << status;
+}
+
+bool withPrivateMounts(const std::function<void()>& body)
+{
+    constexpr int notPermitted = 77;
+    const int status = endOfChildProcess([&body] {
+        if (unshare(CLONE_NEWNS) != 0 ||
+            mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr) != 0) {
+            _exit(notPermitted);
+        }
+        body();
+    });
+    if (WIFEXITED(status) && WEXITSTATUS(status) == notPermitted) {
+        return false;
+    }
+    EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0) << "status " << status;
+    return true;
+}
+
 void asUnprivilegedUser(const std::function<void()>& body)
 {
     if (geteuid() != 0) {
         body();
         return;
     }
-    const int status = inChildProcess([&body] {
+    inChildProcess([&body] {
         ASSERT_EQ(setgroups(0, nullptr), 0);
         ASSERT_EQ(setgid(nobody), 0);
         ASSERT_EQ(setuid(nobody), 0);
         body();
     });
-    EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0) << "status " << status;
 }
 
 } // namespace quorvane

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+#include "MountTable.h"
 #include "PosixFileSystemCalls.h"
 
 #include <fcntl.h>
@@ -12,8 +13,11 @@
 #include <algorithm>
 #include <array>
 #include <cerrno>
+#include <climits>
 #include <cstddef>
 #include <cstring>
+#include <optional>
+#include <string>
 
 namespace quorvane {
 namespace {
@@ -23,11 +27,11 @@ constexpr unsigned long mqueueMagic = 0x19800202;
 constexpr unsigned long configfsMagic = 0x62656570;
 constexpr unsigned long fusectlMagic = 0x65735543;
 
-constexpr std::array<unsigned long, 19> kernelMadeMagics{
-    PROC_SUPER_MAGIC, SYSFS_MAGIC,        CGROUP_SUPER_MAGIC, CGROUP2_SUPER_MAGIC, DEBUGFS_MAGIC,
-    TRACEFS_MAGIC,    SECURITYFS_MAGIC,   BPF_FS_MAGIC,       DEVPTS_SUPER_MAGIC,  mqueueMagic,
-    configfsMagic,    fusectlMagic,       PSTOREFS_MAGIC,     EFIVARFS_MAGIC,      BINFMTFS_MAGIC,
-    HUGETLBFS_MAGIC,  AUTOFS_SUPER_MAGIC, SELINUX_MAGIC,      NSFS_MAGIC};
+constexpr std::array<unsigned long, 18> kernelMadeMagics{
+    PROC_SUPER_MAGIC, SYSFS_MAGIC,      CGROUP_SUPER_MAGIC, CGROUP2_SUPER_MAGIC, DEBUGFS_MAGIC,
+    TRACEFS_MAGIC,    SECURITYFS_MAGIC, BPF_FS_MAGIC,       DEVPTS_SUPER_MAGIC,  mqueueMagic,
+    configfsMagic,    fusectlMagic,     PSTOREFS_MAGIC,     EFIVARFS_MAGIC,      BINFMTFS_MAGIC,
+    HUGETLBFS_MAGIC,  SELINUX_MAGIC,    NSFS_MAGIC};
 
 constexpr std::size_t listingBytes = std::size_t{64} << 10;
 
@@ -58,13 +62,34 @@ void appendRecords(const char* records, std::size_t size, NameList& names)
     }
 }
 
+/// Where a descriptor leads, as a path of this process's namespace; empty when the kernel does not
+/// tell.
+std::string pathOf(int descriptor)
+{
+    const std::string link = "/proc/self/fd/" + std::to_string(descriptor);
+    std::array<char, PATH_MAX> path{};
+    const ssize_t length = readlink(link.c_str(), path.data(), path.size());
+    return length <= 0 ? std::string() : std::string(path.data(), static_cast<std::size_t>(length));
+}
+
+/// A directory that lies on a file system of the automounter's own: what is mounted on the
+/// directory itself would have been met in its place.
+VolumeKind kindOfAutomount(int directory)
+{
+    const FilePath path(pathOf(directory));
+    const std::optional<MountTable> mounts = MountTable::read();
+    return mounts && !path.isEmpty() && mounts->hasMountBelow(path) ? VolumeKind::automountMap
+                                                                    : VolumeKind::unusedAutomount;
+}
+
 class LinuxFileSystemCalls final : public PosixFileSystemCalls
 {
 public:
-    bool appendNames(int directory, NameList& names) override
+    using FileSystemCalls::appendNames;
+    bool appendNames(int directory, NameList& names, const std::atomic<bool>& stops) override
     {
         alignas(std::uint64_t) static thread_local std::array<char, listingBytes> buffer;
-        for (;;) {
+        while (!stops.load(std::memory_order_relaxed)) {
             const long got = syscall(SYS_getdents64, directory, buffer.data(), buffer.size());
             if (got < 0 && errno == EINTR) {
                 continue;
@@ -74,6 +99,7 @@ public:
             }
             appendRecords(buffer.data(), static_cast<std::size_t>(got), names);
         }
+        return true;
     }
 
     bool status(int directory, const char* name, EntryStatus& status) override
@@ -98,19 +124,25 @@ public:
         return true;
     }
 
-    bool isKernelMade(int parent, const char* name) override
+    VolumeKind volumeKind(int parent, const char* name) override
     {
         // A path descriptor reads nothing and triggers no automount.
         const int place = openat(parent, name, O_PATH | O_NOFOLLOW | O_CLOEXEC);
         if (place < 0) {
-            return false;
+            return VolumeKind::ordinary;
         }
         struct statfs volume = {};
-        const bool known = fstatfs(place, &volume) == 0;
-        ::close(place);
+        const bool isKnown = fstatfs(place, &volume) == 0;
         const auto magic = static_cast<unsigned long>(volume.f_type) & 0xFFFFFFFFUL;
-        return known && std::find(kernelMadeMagics.begin(), kernelMadeMagics.end(), magic) !=
-                            kernelMadeMagics.end();
+        VolumeKind kind = VolumeKind::ordinary;
+        if (isKnown && magic == AUTOFS_SUPER_MAGIC) {
+            kind = kindOfAutomount(place);
+        } else if (isKnown && std::find(kernelMadeMagics.begin(), kernelMadeMagics.end(), magic) !=
+                                  kernelMadeMagics.end()) {
+            kind = VolumeKind::kernelMade;
+        }
+        ::close(place);
+        return kind;
     }
 
     bool volumeCapacity(const char* path, VolumeCapacity& capacity) override

@@ -22,7 +22,8 @@ constexpr std::array<std::string_view, 3> kernelMadeTypes{"devfs", "fdesc", "aut
 class MacFileSystemCalls final : public PosixFileSystemCalls
 {
 public:
-    bool appendNames(int directory, NameList& names) override
+    using FileSystemCalls::appendNames;
+    bool appendNames(int directory, NameList& names, const std::atomic<bool>& stops) override
     {
         // closedir(3) closes the descriptor that it was given, so the listing takes one of its own.
         const int own = fcntl(directory, F_DUPFD_CLOEXEC, 0);
@@ -35,8 +36,8 @@ public:
         }
         // The two descriptors share one position.
         rewinddir(listing);
-        bool isComplete = false;
-        for (;;) {
+        bool isComplete = true;
+        while (!stops.load(std::memory_order_relaxed)) {
             errno = 0;
             const dirent* const entry = readdir(listing);
             if (entry == nullptr) {
@@ -74,19 +75,20 @@ public:
         return true;
     }
 
-    bool isKernelMade(int parent, const char* name) override
+    VolumeKind volumeKind(int parent, const char* name) override
     {
         // A descriptor for events alone does not keep the volume from being unmounted.
         const int place = openat(parent, name, O_EVTONLY | O_NOFOLLOW | O_CLOEXEC);
         if (place < 0) {
-            return false;
+            return VolumeKind::ordinary;
         }
         struct statfs volume = {};
         const bool isKnown = fstatfs(place, &volume) == 0;
         ::close(place);
         const std::string_view type(volume.f_fstypename);
-        return isKnown && std::find(kernelMadeTypes.begin(), kernelMadeTypes.end(), type) !=
-                              kernelMadeTypes.end();
+        const bool isMadeUp = isKnown && std::find(kernelMadeTypes.begin(), kernelMadeTypes.end(),
+                                                   type) != kernelMadeTypes.end();
+        return isMadeUp ? VolumeKind::kernelMade : VolumeKind::ordinary;
     }
 
     bool volumeCapacity(const char* path, VolumeCapacity& capacity) override

@@ -6,6 +6,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <limits>
 
 namespace quorvane {
 namespace {
@@ -58,8 +59,11 @@ EntryStatus PosixFileSystemCalls::statusFrom(const struct stat& entry)
 {
     EntryStatus status;
     status.kind = kindOf(entry.st_mode);
-    status.size = entry.st_size;
-    status.allocatedBytes = entry.st_blocks * statBlockBytes;
+    // A file system of a program (FUSE) may claim anything.
+    constexpr std::int64_t maximum = std::numeric_limits<std::int64_t>::max();
+    status.size = std::max<std::int64_t>(entry.st_size, 0);
+    const auto blocks = std::max<std::int64_t>(entry.st_blocks, 0);
+    status.allocatedBytes = std::min(blocks, maximum / statBlockBytes) * statBlockBytes;
     // Seconds alone, under the name that every system has for them.
     status.modifiedSeconds = entry.st_mtime;
     status.device = static_cast<std::uint64_t>(entry.st_dev);
