@@ -91,6 +91,21 @@ function(quorvane_test name)
   if(QUORVANE_SANITIZE MATCHES "thread")
     set_tests_properties(${name} PROPERTIES
       ENVIRONMENT "TSAN_OPTIONS=suppressions=${CMAKE_SOURCE_DIR}/cmake/tsan.supp")
+  elseif(QUORVANE_SANITIZE MATCHES "address")
+    set_tests_properties(${name} PROPERTIES
+      ENVIRONMENT "LSAN_OPTIONS=suppressions=${CMAKE_SOURCE_DIR}/cmake/lsan.supp:print_suppressions=0")
+  endif()
+endfunction()
+
+# A test program once more, on a session bus of its own; skipped where the machine has none to give.
+function(quorvane_bus_test name)
+  add_test(NAME ${name}_on_a_bus
+           COMMAND ${CMAKE_SOURCE_DIR}/cmake/run-isolated
+                   ${CMAKE_SOURCE_DIR}/tests/support/on-a-bus $<TARGET_FILE:${name}>)
+  get_test_property(${name} ENVIRONMENT environment)
+  set_tests_properties(${name}_on_a_bus PROPERTIES TIMEOUT 120 SKIP_RETURN_CODE 77)
+  if(environment)
+    set_tests_properties(${name}_on_a_bus PROPERTIES ENVIRONMENT "${environment}")
   endif()
 endfunction()
 

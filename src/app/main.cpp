@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "AppVersion.h"
+#include "DesktopFolderChooser.h"
 #include "DesktopWorkspace.h"
-#include "DialogFolderChooser.h"
 #include "FileSystemCalls.h"
+#include "FolderChooser.h"
 #include "JsonPreferences.h"
 #include "MediaLog.h"
 #include "QuorvaneApp.h"
@@ -74,8 +75,8 @@ int run(QApplication& application, const StartArguments& arguments)
 {
     JsonPreferences preferences(JsonPreferences::standardFilePath());
     const std::unique_ptr<Workspace> workspace = makeDesktopWorkspace();
-    DialogFolderChooser folderChooser;
-    const Platform platform{FileSystemCalls::system(), preferences,  *workspace,     folderChooser,
+    const std::unique_ptr<FolderChooser> folderChooser = makeDesktopFolderChooser();
+    const Platform platform{FileSystemCalls::system(), preferences,  *workspace,     *folderChooser,
                             Trash::system(),           homeFolder(), lowerThisThread};
     QuorvaneApp program(application, platform, AppScreens::standard());
     program.showWindow();
@@ -84,8 +85,8 @@ int run(QApplication& application, const StartArguments& arguments)
     }
     const int result = QApplication::exec();
     if (!program.finishJobs(longestFarewell)) {
-        // A call to the system hangs, on a dead network drive for example. All settings are on the
-        // disk already.
+        // A call to the system hangs, on a dead network drive for example.
+        preferences.finish(longestFarewell);
         std::_Exit(result);
     }
     return result;

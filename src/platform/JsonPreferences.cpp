@@ -14,7 +14,8 @@
 #include <unistd.h>
 
 #include <cerrno>
-#include <thread>
+#include <functional>
+#include <system_error>
 #include <utility>
 
 namespace quorvane {
@@ -67,13 +68,16 @@ class LockedFolder
 {
 public:
     /// Goes on without the lock when the folder is not there, when its file system has no locks,
-    /// and when another process keeps it for longer than patience.
-    LockedFolder(const QString& path, std::chrono::milliseconds patience)
+    /// and when another process keeps it for longer than patience. isHeld is called when another
+    /// process is found to have it.
+    LockedFolder(const QString& path, std::chrono::milliseconds patience,
+                 const std::function<void()>& isHeld)
         : m_folder(open(QFile::encodeName(path).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC))
     {
         const QDeadlineTimer deadline(patience);
         while (m_folder >= 0 && flock(m_folder, LOCK_EX | LOCK_NB) != 0 &&
                (errno == EWOULDBLOCK || errno == EINTR) && !deadline.hasExpired()) {
+            isHeld();
             std::this_thread::sleep_for(lockPollInterval);
         }
     }
@@ -109,6 +113,18 @@ JsonPreferences::JsonPreferences(QString filePath, std::chrono::milliseconds loc
     readFile(m_values);
 }
 
+JsonPreferences::~JsonPreferences()
+{
+    {
+        const std::lock_guard guard(m_lock);
+        m_isEnding = true;
+    }
+    m_changed.notify_all();
+    if (m_writer.joinable()) {
+        m_writer.join();
+    }
+}
+
 QString JsonPreferences::standardFilePath()
 {
     return QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) +
@@ -138,6 +154,7 @@ JsonPreferences::FileState JsonPreferences::readFile(QJsonObject& object) const
 
 std::optional<PreferenceValue> JsonPreferences::value(std::string_view key) const
 {
+    const std::lock_guard guard(m_lock);
     const QJsonValue stored = m_values.value(text(key));
     if (stored.isString()) {
         return stored.toString();
@@ -150,28 +167,115 @@ std::optional<PreferenceValue> JsonPreferences::value(std::string_view key) cons
 
 bool JsonPreferences::setValue(std::string_view key, const PreferenceValue& value)
 {
-    m_unwritten.insert(text(key), toJson(value));
+    std::unique_lock guard(m_lock);
+    const QJsonValue json = toJson(value);
+    m_unwritten.insert(text(key), json);
+    m_values.insert(text(key), json);
+    const std::uint64_t change = ++m_lastChange;
+    if (!startWriter()) {
+        writeChanges(guard, maxLockWait);
+        return m_wasWritten;
+    }
+    m_changed.notify_all();
+    const auto isTried = [&] { return m_lastTried >= change; };
+    m_tried.wait_for(guard, maxDiskWait, [&] { return isTried() || m_isHeldUp; });
+    if (!isTried()) {
+        m_isHeldUp = true;
+        m_tried.wait_for(guard, maxLockWait, isTried);
+    }
+    return !isTried() || m_wasWritten;
+}
+
+bool JsonPreferences::finish(std::chrono::milliseconds atMost)
+{
+    std::unique_lock guard(m_lock);
+    return m_tried.wait_for(guard, atMost, [this] { return m_lastTried == m_lastChange; });
+}
+
+/// Under the lock. False when the system grants no thread: the caller writes then.
+bool JsonPreferences::startWriter()
+{
+    if (m_writer.joinable()) {
+        return true;
+    }
+    try {
+        m_writer = std::thread([this] { serveChanges(); });
+        return true;
+    } catch (const std::system_error&) {
+        return false;
+    }
+}
+
+void JsonPreferences::serveChanges()
+{
+    std::unique_lock guard(m_lock);
+    for (;;) {
+        m_changed.wait(guard, [this] { return m_isEnding || m_lastTried < m_lastChange; });
+        if (m_lastTried == m_lastChange) {
+            return;
+        }
+        writeChanges(guard, m_lockPatience);
+    }
+}
+
+/// Writes what is unwritten; the guard is let go of meanwhile.
+void JsonPreferences::writeChanges(std::unique_lock<std::mutex>& guard,
+                                   std::chrono::milliseconds patience)
+{
+    const std::uint64_t change = m_lastChange;
+    const QJsonObject changes = m_unwritten;
+    QJsonObject values = m_values;
+    guard.unlock();
+    const bool isWritten = writeThrough(changes, values, patience);
+    guard.lock();
+    for (auto entry = changes.constBegin(); isWritten && entry != changes.constEnd(); ++entry) {
+        if (m_unwritten.value(entry.key()) == entry.value()) {
+            m_unwritten.remove(entry.key());
+        }
+    }
+    m_values = values;
+    for (auto entry = m_unwritten.constBegin(); entry != m_unwritten.constEnd(); ++entry) {
+        m_values.insert(entry.key(), entry.value());
+    }
+    m_isHeldUp = false;
+    m_lastTried = change;
+    m_wasWritten = isWritten;
+    m_tried.notify_all();
+}
+
+/// Puts the changes into what the file holds by now; values becomes that.
+bool JsonPreferences::writeThrough(const QJsonObject& changes, QJsonObject& values,
+                                   std::chrono::milliseconds patience)
+{
     const QString folder = QFileInfo(m_filePath).path();
     QDir().mkpath(folder);
-    const LockedFolder locked(folder, m_lockPatience);
+    const LockedFolder locked(folder, patience, [this] { tellHeldUp(); });
     // Another process of ours may have written meanwhile: only the keys set here are ours to
     // change.
     QJsonObject onDisk;
     const FileState state = readFile(onDisk);
     if (state == FileState::readable) {
-        m_values = onDisk;
+        values = onDisk;
     }
-    for (auto entry = m_unwritten.constBegin(); entry != m_unwritten.constEnd(); ++entry) {
-        m_values.insert(entry.key(), entry.value());
+    for (auto entry = changes.constBegin(); entry != changes.constEnd(); ++entry) {
+        values.insert(entry.key(), entry.value());
     }
     // A file that could not be read now may be sound: it is neither moved nor overwritten.
     if (state == FileState::unreadable || (state == FileState::broken && !keepBrokenFileAside()) ||
-        !write()) {
+        !writeFile(values)) {
         return false;
     }
     locked.sync();
-    m_unwritten = {};
     return true;
+}
+
+void JsonPreferences::tellHeldUp()
+{
+    {
+        const std::lock_guard guard(m_lock);
+        m_isHeldUp = true;
+    }
+    m_tried.notify_all();
 }
 
 bool JsonPreferences::keepBrokenFileAside() const
@@ -183,13 +287,13 @@ bool JsonPreferences::keepBrokenFileAside() const
     return QFile::rename(m_filePath, aside);
 }
 
-bool JsonPreferences::write() const
+bool JsonPreferences::writeFile(const QJsonObject& values) const
 {
     QSaveFile file(m_filePath);
     if (!file.open(QIODevice::WriteOnly)) {
         return false;
     }
-    file.write(QJsonDocument(m_values).toJson());
+    file.write(QJsonDocument(values).toJson());
     // QSaveFile syncs the file itself before it renames it.
     return file.commit();
 }

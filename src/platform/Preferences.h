@@ -22,8 +22,9 @@ public:
     virtual ~Preferences() = default;
 
     virtual std::optional<PreferenceValue> value(std::string_view key) const = 0;
-    /// Written through at once: a crash right after the call loses nothing. False when the store
-    /// could not be written; the value then counts for this run only.
+    /// Written through at once: a crash right after the call loses nothing, unless the disk or
+    /// another process held the store up; it is then written as soon as that lets go. False when
+    /// the store could not be written; the value then counts for this run only.
     virtual bool setValue(std::string_view key, const PreferenceValue& value) = 0;
 
     /// The value if it is there and of that type.

@@ -19,6 +19,8 @@ const QString motionKey = QStringLiteral("reduced-motion");
 const QString gnomeArea = QStringLiteral("org.gnome.desktop.interface");
 const QString animationsKey = QStringLiteral("enable-animations");
 
+// The third value, 0, is "no preference".
+constexpr uint prefersDarkScheme = 1;
 constexpr uint prefersLightScheme = 2;
 
 /// The older Read of the service wraps its answer in a second variant.
@@ -51,6 +53,14 @@ void DesktopSettings::setPrefersDark(bool dark)
     if (m_prefersDark != dark) {
         m_prefersDark = dark;
         Q_EMIT prefersDarkChanged();
+    }
+}
+
+void DesktopSettings::setPaletteIsDark(bool dark)
+{
+    m_paletteIsDark = dark;
+    if (!m_hasPreference) {
+        setPrefersDark(dark);
     }
 }
 
@@ -103,7 +113,9 @@ void DesktopSettings::take(const QString& area, const QString& key, const QVaria
 {
     const QVariant plain = unwrapped(value);
     if (area == appearanceArea && key == schemeKey) {
-        setPrefersDark(plain.toUInt() != prefersLightScheme);
+        const uint scheme = plain.toUInt();
+        m_hasPreference = scheme == prefersDarkScheme || scheme == prefersLightScheme;
+        setPrefersDark(m_hasPreference ? scheme == prefersDarkScheme : m_paletteIsDark);
     } else if (area == appearanceArea && key == motionKey && !m_motionForced) {
         setReducedMotion(plain.toUInt() != 0);
     } else if (area == gnomeArea && key == animationsKey && !m_motionForced) {

@@ -18,12 +18,17 @@ class DesktopSettings : public QObject
     Q_OBJECT
 
 public:
+    /// The program has one: instance().
+    DesktopSettings();
     static DesktopSettings& instance();
 
     bool prefersDark() const { return m_prefersDark; }
     bool reducedMotion() const { return m_reducedMotion; }
 
     void setPrefersDark(bool dark);
+    /// What the desktop's own palette is like: decides where the settings service has no
+    /// preference or there is none.
+    void setPaletteIsDark(bool dark);
     void setReducedMotion(bool reduced);
 
     /// Asks the settings service and follows it; no bus or no service leaves everything as it is.
@@ -37,11 +42,12 @@ private Q_SLOTS:
     void settingChanged(const QString& area, const QString& key, const QDBusVariant& value);
 
 private:
-    DesktopSettings();
     void take(const QString& area, const QString& key, const QVariant& value);
     void ask(const QString& area, const QString& key);
 
     bool m_prefersDark = true;
+    bool m_paletteIsDark = true;
+    bool m_hasPreference = false; ///< the settings service has told light or dark
     bool m_reducedMotion = false;
     bool m_motionForced = false;
     bool m_following = false;

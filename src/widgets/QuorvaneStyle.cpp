@@ -85,7 +85,7 @@ QuorvaneStyle::QuorvaneStyle()
 
 void QuorvaneStyle::install(QApplication& application)
 {
-    DesktopSettings::instance().setPrefersDark(
+    DesktopSettings::instance().setPaletteIsDark(
         application.palette().color(QPalette::Window).lightnessF() < 0.5F);
     DesktopSettings::instance().follow();
     application.setStyle(new QuorvaneStyle);

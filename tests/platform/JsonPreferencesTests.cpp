@@ -13,6 +13,7 @@
 #include <fcntl.h>
 #include <signal.h>
 #include <sys/file.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -248,15 +249,67 @@ TEST(JsonPreferences, WriterThatDiesInTheMiddleHoldsNobodyUp)
     EXPECT_EQ(readAnew(disk, "b"), PreferenceValue(true));
 }
 
-TEST(JsonPreferences, WriterThatHangsHoldsOthersUpForNoLongerThanTheirPatience)
+/// A patience that no test outlives.
+constexpr std::chrono::hours forEver{1};
+
+TEST(JsonPreferences, HeldLockHoldsNoCallerUpAndLosesNoChange)
 {
     const DiskTree disk;
-    JsonPreferences store(fileIn(disk), std::chrono::milliseconds(0));
-    store.setValue("a", true);
-    const int hanging = lockFolderOf(fileIn(disk));
+    JsonPreferences(fileIn(disk)).setValue("before", true);
+    const int held = lockFolderOf(fileIn(disk));
+    JsonPreferences store(fileIn(disk), forEver);
+    // Each returns, though nobody lets go of the lock.
+    EXPECT_TRUE(store.setValue("a", QStringLiteral("first")));
     EXPECT_TRUE(store.setValue("b", true));
+    EXPECT_TRUE(store.setValue("a", QStringLiteral("last")));
+    EXPECT_EQ(store.value("a"), PreferenceValue(QStringLiteral("last")));
+    EXPECT_FALSE(store.finish(std::chrono::milliseconds(0)));
+    EXPECT_EQ(readAnew(disk, "a"), std::nullopt);
+    close(held);
+    ASSERT_TRUE(store.finish(forEver));
+    EXPECT_EQ(readAnew(disk, "a"), PreferenceValue(QStringLiteral("last")));
+    EXPECT_EQ(readAnew(disk, "b"), PreferenceValue(true));
+    EXPECT_EQ(readAnew(disk, "before"), PreferenceValue(true));
+}
+
+TEST(JsonPreferences, EndOfTheStoreWaitsForWhatIsNotYetWritten)
+{
+    const DiskTree disk;
+    JsonPreferences(fileIn(disk)).setValue("before", true);
+    const int held = lockFolderOf(fileIn(disk));
+    std::thread release;
+    {
+        JsonPreferences store(fileIn(disk), forEver);
+        store.setValue("a", true);
+        release = std::thread([held] { close(held); });
+    }
+    release.join();
+    EXPECT_EQ(readAnew(disk, "a"), PreferenceValue(true));
+}
+
+TEST(JsonPreferences, WriterThatHangsForGoodIsPassedByInTheEnd)
+{
+    const DiskTree disk;
+    JsonPreferences(fileIn(disk)).setValue("a", true);
+    const int hanging = lockFolderOf(fileIn(disk));
+    {
+        JsonPreferences store(fileIn(disk), std::chrono::milliseconds(0));
+        EXPECT_TRUE(store.setValue("b", true));
+    }
     EXPECT_EQ(readAnew(disk, "b"), PreferenceValue(true));
     close(hanging);
+}
+
+TEST(JsonPreferences, WhereNoThreadCanBeHadTheCallerWrites)
+{
+    asUnprivilegedUser([] {
+        const DiskTree disk;
+        const rlimit none{0, 0};
+        ASSERT_EQ(setrlimit(RLIMIT_NPROC, &none), 0);
+        JsonPreferences store(fileIn(disk));
+        EXPECT_TRUE(store.setValue("a", true));
+        EXPECT_EQ(readAnew(disk, "a"), PreferenceValue(true));
+    });
 }
 
 TEST(JsonPreferences, LinkToTheFileStaysALink)

@@ -5,14 +5,19 @@
 #include <QDir>
 #include <QFile>
 #include <QFileDialog>
+#include <QSettings>
 
 #include <utility>
 
 namespace quorvane {
-namespace {
+DialogFolderChooser::DialogFolderChooser()
+{
+    // No folder can be made below a device, so nothing is read or written. The program's own
+    // preferences are no QSettings.
+    QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, QStringLiteral("/dev/null"));
+}
 
-/// The window that the chooser belongs to: the active one, else the first that is on show.
-QWidget* hostWindow()
+QWidget* DialogFolderChooser::hostWindow()
 {
     if (QWidget* const active = QApplication::activeWindow()) {
         return active;
@@ -25,8 +30,6 @@ QWidget* hostWindow()
     }
     return nullptr;
 }
-
-} // namespace
 
 void DialogFolderChooser::chooseFolder(const QString& prompt, const QString& message,
                                        std::function<void(const FilePath&)> chosen)
