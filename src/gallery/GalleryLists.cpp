@@ -2,12 +2,12 @@
 #include "GalleryWindow.h"
 #include "ItemViews.h"
 #include "NavigationRow.h"
+#include "RowDelegate.h"
 #include "Tokens.h"
 
 #include <QGridLayout>
 #include <QHeaderView>
-#include <QListView>
-#include <QScrollBar>
+#include <QPainter>
 #include <QStandardItemModel>
 #include <QStyleOptionButton>
 #include <QVBoxLayout>
@@ -17,33 +17,48 @@ namespace {
 
 constexpr int rowDistance = 6;
 
-/// Shows the state that belongs to each row of the sample, whatever the pointer and the focus do.
-class StateDelegate : public RowDelegate
+/// Rows in the state that belongs to each, whatever the pointer and the focus do.
+class RowStates : public QWidget
 {
 public:
-    using RowDelegate::RowDelegate;
-
-    QSize sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const override
+    RowStates()
     {
-        return RowDelegate::sizeHint(option, index) + QSize(0, rowDistance);
-    }
-
-    void paint(QPainter* painter, const QStyleOptionViewItem& option,
-               const QModelIndex& index) const override
-    {
-        QStyleOptionViewItem row = option;
-        row.rect.adjust(0, 0, 0, -rowDistance);
-        RowDelegate::paint(painter, row, index);
+        setFixedHeight(static_cast<int>(titles.size()) * (measure::rowTwoLines + rowDistance));
     }
 
 protected:
-    void initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const override
+    void paintEvent(QPaintEvent*) override
     {
-        RowDelegate::initStyleOption(option, index);
-        option->state.setFlag(QStyle::State_MouseOver, index.row() == 1);
-        option->state.setFlag(QStyle::State_Selected, index.row() >= 2);
-        option->state.setFlag(QStyle::State_HasFocus, index.row() == 3);
+        QPainter painter(this);
+        RowMetrics metrics;
+        metrics.paddingLeft = rowPadding;
+        metrics.paddingRight = rowPadding;
+        metrics.symbolSide = rowSymbol;
+        metrics.inset = inset;
+        metrics.hasSeparators = false;
+        for (int i = 0; i < titles.size(); ++i) {
+            Row row;
+            row.symbol = QStringLiteral("folder.fill");
+            row.title = titles[i];
+            row.path = QStringLiteral("/Users/mara/Library/Developer/Xcode/DerivedData");
+            row.cells = {RowCell::number(QStringLiteral("23.4 GB"), 0)};
+            RowLook look;
+            look.state.setFlag(QStyle::State_MouseOver, i == 1);
+            look.state.setFlag(QStyle::State_Selected, i >= 2);
+            look.state.setFlag(QStyle::State_HasFocus, i == 3);
+            const QRect area(0, i * (measure::rowTwoLines + rowDistance), width(),
+                             measure::rowTwoLines);
+            paintRow(painter, area.adjusted(-inset, 0, inset, 0), row, metrics, look);
+        }
     }
+
+private:
+    static constexpr int rowPadding = 12;
+    static constexpr int rowSymbol = 17;
+    static constexpr int inset = 1; ///< any: asks for grounds with round corners
+
+    const QStringList titles = {QStringLiteral("Normal"), QStringLiteral("Hover"),
+                                QStringLiteral("Selected"), QStringLiteral("Selected and focused")};
 };
 
 /// A row that shows the focus while another control has it.
@@ -60,37 +75,12 @@ protected:
     }
 };
 
-QListView* makeList()
-{
-    auto* model = new QStandardItemModel;
-    for (const QString& title :
-         {QStringLiteral("Normal"), QStringLiteral("Hover"), QStringLiteral("Selected"),
-          QStringLiteral("Selected and focused")}) {
-        auto* item = new QStandardItem(title);
-        item->setData(QStringLiteral("/Users/mara/Library/Developer/Xcode/DerivedData"),
-                      RowDelegate::detailRole);
-        item->setData(QStringLiteral("folder.fill"), RowDelegate::symbolRole);
-        item->setData(QStringLiteral("23.4 GB"), RowDelegate::valueRole);
-        model->appendRow(item);
-    }
-    auto* list = new QListView;
-    model->setParent(list);
-    list->setAccessibleName(QStringLiteral("Rows of two lines"));
-    list->setModel(model);
-    list->setItemDelegate(new StateDelegate(true, list));
-    list->setFrameShape(QFrame::NoFrame);
-    list->setFocusPolicy(Qt::TabFocus);
-    list->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-    list->setFixedHeight(4 * (measure::rowTwoLines + rowDistance));
-    return list;
-}
-
 } // namespace
 
 QWidget* makeRowSection()
 {
     const Section section = makeSection(QStringLiteral("List rows · two lines 48, one line 32"));
-    section.body->addWidget(makeList());
+    section.body->addWidget(new RowStates);
     section.body->addSpacing(10 - rowDistance);
     auto* hovered = new NavigationRow(QStringLiteral("rectangle.on.rectangle.angled"),
                                       QStringLiteral("Duplicates"));

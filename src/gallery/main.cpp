@@ -3,11 +3,13 @@
 #include "GalleryWindow.h"
 #include "QuorvaneStyle.h"
 #include "Theme.h"
+#include "ToolGallery.h"
 
 #include <QApplication>
 #include <QCommandLineParser>
 #include <QTimer>
 
+#include <memory>
 #include <optional>
 
 #include <cstdio>
@@ -33,6 +35,7 @@ struct Options
 {
     AppTheme scheme = AppTheme::dark;
     AccentChoice accent = AccentChoice::blue;
+    QString page;
     QString screenshot;
 };
 
@@ -48,7 +51,10 @@ std::optional<Options> parse(const QApplication& application)
                                         QStringLiteral("file"));
     const QCommandLineOption scale(QStringLiteral("scale"), QStringLiteral("Scale factor."),
                                    QStringLiteral("number"));
-    parser.addOptions({scheme, accent, screenshot, scale});
+    const QCommandLineOption page(QStringLiteral("page"), QStringLiteral("What to show."),
+                                  QStringLiteral("controls|rows|sections|empty"),
+                                  QStringLiteral("controls"));
+    parser.addOptions({scheme, accent, screenshot, scale, page});
     parser.addHelpOption();
     parser.process(application);
     const auto wantedScheme = appThemeFromRawValue(parser.value(scheme).toStdString());
@@ -56,7 +62,15 @@ std::optional<Options> parse(const QApplication& application)
     if (!wantedScheme || !wantedAccent) {
         return std::nullopt;
     }
-    return Options{*wantedScheme, *wantedAccent, parser.value(screenshot)};
+    return Options{*wantedScheme, *wantedAccent, parser.value(page), parser.value(screenshot)};
+}
+
+std::unique_ptr<QWidget> makePage(const QString& page)
+{
+    if (page == QLatin1String("controls")) {
+        return std::make_unique<gallery::GalleryWindow>();
+    }
+    return std::make_unique<gallery::ToolGallery>(page);
 }
 
 } // namespace
@@ -80,15 +94,17 @@ int main(int argc, char** argv)
         DesktopSettings::instance().setReducedMotion(true);
         QApplication::setCursorFlashTime(0);
     }
-    gallery::GalleryWindow window;
-    window.show();
-    window.findChild<QWidget*>(QStringLiteral("initialFocus"))->setFocus();
+    const std::unique_ptr<QWidget> window = makePage(options->page);
+    window->show();
+    if (auto* const focused = window->findChild<QWidget*>(QStringLiteral("initialFocus"))) {
+        focused->setFocus();
+    }
     if (options->screenshot.isEmpty()) {
         return QApplication::exec();
     }
     int status = 0;
-    QTimer::singleShot(settleTime, &window, [&] {
-        if (!window.grab().save(options->screenshot)) {
+    QTimer::singleShot(settleTime, window.get(), [&] {
+        if (!window->grab().save(options->screenshot)) {
             std::fputs("Cannot write the picture.\n", stderr);
             status = 1;
         }

@@ -17,7 +17,9 @@ enum class ButtonRole {
     bordered,
     plain,
     destructive,
-    kept ///< green: the copy that stays
+    kept,   ///< green: the copy that stays
+    queued, ///< red: what waits for the Trash
+    revoke  ///< bordered with red words: empties a queue
 };
 
 enum class ControlSize {

@@ -9,25 +9,16 @@
 #include <QHeaderView>
 #include <QPainter>
 #include <QPainterPath>
+#include <QStyledItemDelegate>
 
 namespace quorvane {
 namespace {
 
-constexpr int rowPadding = 12;
-constexpr int rowGap = 12;
-constexpr int rowSymbol = 17;
 constexpr int cellPadding = 12;
 constexpr int innerRadius = radius::control - 1; ///< inside the frame
 constexpr int levelIndent = measure::iconChevron + spacing::s;
 /// QTreeView lets a row's text begin at the indent; this moves it to the table's padding.
 constexpr int treeTextShift = cellPadding;
-
-QStyle::State rowState(const QStyleOptionViewItem& option)
-{
-    const QStyle::State known =
-        QStyle::State_MouseOver | QStyle::State_Selected | QStyle::State_HasFocus;
-    return option.state & known;
-}
 
 class CellDelegate : public QStyledItemDelegate
 {
@@ -71,59 +62,6 @@ public:
 };
 
 } // namespace
-
-RowDelegate::RowDelegate(bool twoLines, QObject* parent)
-    : QStyledItemDelegate(parent)
-    , m_twoLines(twoLines)
-{}
-
-QSize RowDelegate::sizeHint(const QStyleOptionViewItem& option, const QModelIndex&) const
-{
-    return {option.rect.width(), m_twoLines ? measure::rowTwoLines : measure::row};
-}
-
-void RowDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option,
-                        const QModelIndex& index) const
-{
-    QStyleOptionViewItem row = option;
-    initStyleOption(&row, index);
-    const QRectF rect = row.rect;
-    paintRowGround(*painter, rect, radius::control, rowState(row));
-
-    const bool enabled = row.state & QStyle::State_Enabled;
-    const auto color = [enabled](ThemeColor wanted) {
-        return themeColor(enabled ? wanted : ThemeColor::textDisabled);
-    };
-    QRectF area = rect.adjusted(rowPadding, 0, -rowPadding, 0);
-    const QString symbol = index.data(symbolRole).toString();
-    if (!symbol.isEmpty()) {
-        const QVariant own = index.data(symbolColorRole);
-        const ThemeColor tint =
-            own.isValid() ? static_cast<ThemeColor>(own.toInt()) : ThemeColor::accentText;
-        paintSymbol(*painter, symbol, QRectF(area.left(), area.top(), rowSymbol, area.height()),
-                    rowSymbol, color(tint));
-        area.setLeft(area.left() + rowSymbol + rowGap);
-    }
-    const QString value = index.data(valueRole).toString();
-    if (!value.isEmpty()) {
-        paintText(*painter, area, Qt::AlignRight | Qt::AlignVCenter, TextStyle::strong,
-                  color(ThemeColor::text1), value);
-        area.setRight(area.right() - textWidth(TextStyle::strong, value) - rowGap);
-    }
-    const int alignment = Qt::AlignLeft | Qt::AlignVCenter;
-    if (!m_twoLines) {
-        paintText(*painter, area, alignment, TextStyle::body, color(ThemeColor::text1), row.text);
-        return;
-    }
-    const int titleHeight = typeMeasure(TextStyle::row).lineHeight;
-    const int detailHeight = typeMeasure(TextStyle::path).lineHeight;
-    const qreal top = area.center().y() - (titleHeight + detailHeight) / 2.0;
-    paintText(*painter, QRectF(area.left(), top, area.width(), titleHeight), alignment,
-              TextStyle::row, color(ThemeColor::text1), row.text, Qt::ElideMiddle);
-    paintText(*painter, QRectF(area.left(), top + titleHeight, area.width(), detailHeight),
-              alignment, TextStyle::path, color(ThemeColor::text2),
-              index.data(detailRole).toString(), Qt::ElideMiddle);
-}
 
 TableView::TableView(QWidget* parent)
     : QTreeView(parent)

@@ -84,7 +84,11 @@ Fill fillOf(ButtonRole role)
     case ButtonRole::kept:
         return {ThemeColor::greenLow, ThemeColor::greenLow, ThemeColor::keptHover,
                 ThemeColor::keptPress};
+    case ButtonRole::queued:
+        return {ThemeColor::redLow, ThemeColor::redLow, ThemeColor::queuedHover,
+                ThemeColor::queuedPress};
     case ButtonRole::bordered:
+    case ButtonRole::revoke:
     case ButtonRole::plain:
         break;
     }
@@ -104,9 +108,9 @@ void paintGround(QPainter& painter, const QStyleOption& option, const QRectF& re
         }
         return;
     }
-    const bool edged = role == ButtonRole::bordered || role == ButtonRole::kept;
+    const bool bordered = role == ButtonRole::bordered || role == ButtonRole::revoke;
+    const bool edged = bordered || role == ButtonRole::kept || role == ButtonRole::queued;
     if (!isEnabled(option)) {
-        const bool bordered = role == ButtonRole::bordered;
         paintPanel(painter, rect, radius::control,
                    bordered ? QColor(Qt::transparent) : themeColor(ThemeColor::raised),
                    bordered ? themeColor(ThemeColor::hairline) : QColor(Qt::transparent));
@@ -132,6 +136,9 @@ QColor labelColor(const QStyleOption& option, ButtonRole role)
         return themeColor(ThemeColor::destructiveLabel);
     case ButtonRole::kept:
         return themeColor(ThemeColor::greenText);
+    case ButtonRole::queued:
+    case ButtonRole::revoke:
+        return themeColor(ThemeColor::redText);
     case ButtonRole::plain:
         return themeColor(ThemeColor::accentText);
     case ButtonRole::bordered:

@@ -69,43 +69,52 @@ void Switch::paintEvent(QPaintEvent*)
     QStyleOptionButton option;
     initStyleOption(&option);
     QPainter painter(this);
+    paintSwitch(painter,
+                QRectF(0, (height() - measure::switchHeight) / 2.0, measure::switchWidth,
+                       measure::switchHeight),
+                m_position, option.state);
+}
+
+void paintSwitch(QPainter& painter, const QRectF& track, qreal position, QStyle::State state)
+{
+    const bool isEnabled = state & QStyle::State_Enabled;
+    painter.save();
     painter.setRenderHint(QPainter::Antialiasing);
-    if (!(option.state & QStyle::State_Enabled)) {
-        painter.setOpacity(disabledOpacity);
+    if (!isEnabled) {
+        painter.setOpacity(painter.opacity() * disabledOpacity);
     }
-    const QRectF track(0, (height() - measure::switchHeight) / 2.0, measure::switchWidth,
-                       measure::switchHeight);
     const qreal radius = track.height() / 2;
     const qreal side = track.height() - 2 * knobInset;
-    const QRectF knob(track.left() + knobInset + m_position * (track.width() - track.height()),
+    const QRectF knob(track.left() + knobInset + position * (track.width() - track.height()),
                       track.top() + knobInset, side, side);
-    if (!isEnabled()) {
+    painter.save();
+    if (!isEnabled) {
         // Faded as one: the track must not show through the knob.
         QPainterPath all;
-        all.addRect(rect());
+        all.addRect(track);
         QPainterPath hole;
         hole.addEllipse(knob);
-        painter.setClipPath(all.subtracted(hole));
+        painter.setClipPath(all.subtracted(hole), Qt::IntersectClip);
     }
     paintPanel(painter, track, radius, themeColor(ThemeColor::controlEdge), Qt::transparent);
-    if (m_position > 0) {
+    if (position > 0) {
         paintPanel(painter, track, radius,
-                   withOpacity(themeColor(ThemeColor::accentFill), m_position), Qt::transparent);
+                   withOpacity(themeColor(ThemeColor::accentFill), position), Qt::transparent);
     }
-    if (option.state & (QStyle::State_MouseOver | QStyle::State_Sunken)) {
-        paintPanel(
-            painter, track, radius,
-            themeColor(option.state & QStyle::State_Sunken ? ThemeColor::press : ThemeColor::hover),
-            Qt::transparent);
+    if (state & (QStyle::State_MouseOver | QStyle::State_Sunken)) {
+        paintPanel(painter, track, radius,
+                   themeColor(state & QStyle::State_Sunken ? ThemeColor::press : ThemeColor::hover),
+                   Qt::transparent);
     }
-    painter.setClipping(false);
+    painter.restore();
     painter.setPen(Qt::NoPen);
-    if (isEnabled()) {
+    if (isEnabled) {
         painter.setBrush(themeColor(ThemeColor::knobShadow));
         painter.drawEllipse(knob.translated(0, 1));
     }
     painter.setBrush(themeColor(ThemeColor::knob));
     painter.drawEllipse(knob);
+    painter.restore();
 }
 
 } // namespace quorvane

@@ -2,9 +2,14 @@
 #pragma once
 
 #include <QCheckBox>
+#include <QStyle>
 #include <QVariantAnimation>
 
 namespace quorvane {
+
+/// Paints a switch into its track of 36 x 20. position: 0 (off) to 1 (on). Reads State_Enabled,
+/// State_MouseOver and State_Sunken.
+void paintSwitch(QPainter& painter, const QRectF& track, qreal position, QStyle::State state);
 
 /// On or off, 36 x 20. `name` is its accessible name.
 class Switch : public QCheckBox

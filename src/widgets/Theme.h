@@ -60,6 +60,8 @@ enum class ThemeColor {
     destructiveLabel,
     keptHover, ///< green button below the pointer
     keptPress,
+    queuedHover, ///< red tinted button below the pointer
+    queuedPress,
 
     red, ///< bars
     green,

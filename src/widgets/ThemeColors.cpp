@@ -60,6 +60,8 @@ constexpr std::array entries{
     Entry{ThemeColor::destructiveLabel, 0xFFFFFF, 1, 0xFFFFFF, 1},
     Entry{ThemeColor::keptHover, 0x30D158, 0.22, 0x34C759, 0.24},
     Entry{ThemeColor::keptPress, 0x30D158, 0.10, 0x34C759, 0.30},
+    Entry{ThemeColor::queuedHover, 0xFF453A, 0.22, 0xFF3B30, 0.18},
+    Entry{ThemeColor::queuedPress, 0xFF453A, 0.10, 0xFF3B30, 0.24},
     Entry{ThemeColor::red, 0xFF453A, 1, 0xFF3B30, 1},
     Entry{ThemeColor::green, 0x30D158, 1, 0x34C759, 1},
     Entry{ThemeColor::orange, 0xFF9F0A, 1, 0xFF9500, 1},

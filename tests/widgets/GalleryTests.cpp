@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "GalleryWindow.h"
 
+#include "ToolGallery.h"
 #include "WidgetsFixture.h"
 
 #include <QAbstractButton>
@@ -59,6 +60,19 @@ TEST_F(Gallery, PaintsInBothSchemesAndAllAccents)
             // In the middle of the first prominent button's left padding.
             const QColor fill = image.pixelColor(130, 97);
             EXPECT_GT(contrastRatio(fill, themeColor(ThemeColor::accentLabel)), 4.5);
+        }
+    }
+}
+
+TEST_F(Gallery, PaintsToolScreensInBothSchemes)
+{
+    for (const QString& page :
+         {QStringLiteral("rows"), QStringLiteral("sections"), QStringLiteral("empty")}) {
+        gallery::ToolGallery window(page);
+        window.show();
+        for (const AppTheme scheme : {AppTheme::dark, AppTheme::light}) {
+            setTheme(scheme, AccentChoice::blue);
+            EXPECT_EQ(window.grab().toImage().size(), QSize(1320, 900));
         }
     }
 }
