@@ -10,7 +10,7 @@
 namespace quorvane {
 namespace {
 
-/// How often a job that waits for the main thread looks whether it is to stop.
+/// How often a job that waits for the main thread polls whether it is to stop.
 constexpr std::chrono::milliseconds cancelPollInterval{20};
 
 } // namespace
@@ -87,16 +87,16 @@ JobRunner::JobRunner(std::function<void()> lowerThisThread)
 
 JobRunner::~JobRunner()
 {
-    cancelAll();
+    close();
 }
 
 bool JobRunner::drain(std::chrono::milliseconds timeout)
 {
-    cancelAll();
+    close();
     return m_pool.drain(timeout);
 }
 
-void JobRunner::cancelAll()
+void JobRunner::close()
 {
     m_mailbox->close();
     for (const std::weak_ptr<Job>& started : m_started) {

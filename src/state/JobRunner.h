@@ -20,7 +20,7 @@ namespace quorvane {
 class Job
 {
 public:
-    /// Main thread. The work sees it at its next look; its result is dropped in any case.
+    /// Main thread. Takes effect when the work next polls; the result is discarded in any case.
     void cancel() { m_isCancelled.set(true); }
     bool isCancelled() const { return m_isCancelled.get(); }
     /// The flag that the work polls.
@@ -121,12 +121,13 @@ public:
 
     MainThreadPoster poster() const { return MainThreadPoster(m_mailbox); }
 
+    /// Asks the jobs under way to stop; nothing is published any more. Returns at once.
+    void close();
     /// Takes no more work, asks what runs to stop and waits for it, at most timeout. Nothing is
     /// published any more. Returns whether all has ended.
     bool drain(std::chrono::milliseconds timeout);
 
 private:
-    void cancelAll();
     void remember(const JobHandle& job);
 
     std::shared_ptr<Mailbox> m_mailbox;

@@ -1,11 +1,13 @@
 // SPDX-License-Identifier: MIT
-#include "AppState.h"
+#include "StagingState.h"
 
 #include "CheckedMath.h"
+#include "FacetHost.h"
 #include "Trash.h"
 
 #include <algorithm>
 #include <iterator>
+#include <unordered_set>
 #include <utility>
 
 namespace quorvane {
@@ -17,27 +19,14 @@ QString itemCount(std::size_t count)
     return QString::number(count) % QLatin1Char(' ') % noun;
 }
 
-/// Whether what a scan of the folder finds depends on one of the paths.
-bool concerns(const FilePath& folder, const std::vector<FilePath>& paths)
-{
-    return std::any_of(paths.begin(), paths.end(), [&folder](const FilePath& path) {
-        return folder.holds(path) || path.holds(folder);
-    });
-}
-
 } // namespace
 
-void AppState::stageSelection()
-{
-    const NodePointer node = selectedNode.value();
-    const NodePointer root = rootNode.value();
-    if (!node || (root && node->id() == root->id())) {
-        return;
-    }
-    toggleStaged(node);
-}
+StagingState::StagingState(FacetHost& host)
+    : m_host(host)
+    , m_trashSlot(host.jobs(), {&isTrashingStaged, &trashProgress, &trashStatus})
+{}
 
-void AppState::toggleStaged(const NodePointer& node)
+void StagingState::toggleStaged(const NodePointer& node)
 {
     if (node->isStagedForTrash()) {
         unstage(*node);
@@ -52,7 +41,7 @@ void AppState::toggleStaged(const NodePointer& node)
     stagedNodes = std::move(queue);
 }
 
-void AppState::unstage(FileNode& node)
+void StagingState::unstage(FileNode& node)
 {
     node.setStagedForTrash(false);
     const auto isNode = [id = node.id()](const NodePointer& staged) { return staged->id() == id; };
@@ -66,7 +55,7 @@ void AppState::unstage(FileNode& node)
     stagedNodes = std::move(queue);
 }
 
-std::int64_t AppState::stagedSpace() const
+std::int64_t StagingState::stagedSpace() const
 {
     std::int64_t sum = 0;
     for (const NodePointer& node : stagedNodes.value()) {
@@ -75,16 +64,37 @@ std::int64_t AppState::stagedSpace() const
     return sum;
 }
 
-void AppState::sendStagedToTrash()
+void StagingState::changeStaged(const std::vector<FileNode*>& unstaged,
+                                const std::vector<NodePointer>& staged)
+{
+    std::unordered_set<std::int64_t> ids;
+    for (FileNode* const node : unstaged) {
+        node->setStagedForTrash(false);
+        ids.insert(node->id());
+    }
+    const std::vector<NodePointer>& listed = stagedNodes.value();
+    std::vector<NodePointer> queue;
+    queue.reserve(listed.size() + staged.size());
+    std::copy_if(listed.begin(), listed.end(), std::back_inserter(queue),
+                 [&ids](const NodePointer& node) { return ids.count(node->id()) == 0; });
+    const bool isChanged = !staged.empty() || queue.size() != listed.size();
+    for (const NodePointer& node : staged) {
+        node->setStagedForTrash(true);
+        queue.push_back(node);
+    }
+    // One write, whatever its length, and none without a change: each tells every screen.
+    if (isChanged) {
+        stagedNodes = std::move(queue);
+    }
+}
+
+void StagingState::sendStagedToTrash()
 {
     const std::vector<NodePointer> batch = stagedNodes.value();
     stagedNodes = std::vector<NodePointer>{};
-    isTrashingStaged = true;
-    trashProgress = 0;
-    trashStatus = QLatin1String("Moving ") % itemCount(batch.size()) % QStringLiteral(" to Trash…");
-    m_jobs.start(
+    m_trashSlot.restart(
         JobPriority::userInitiated,
-        [this, batch, trash = &m_platform.trash, post = m_jobs.poster()](const Job& job) {
+        [batch, trash = &m_host.platform().trash](const JobRun& run) {
             const std::size_t count = batch.size();
             const auto divisor = static_cast<double>(std::max<std::size_t>(count, 1));
             std::vector<FilePath> sent;
@@ -94,31 +104,21 @@ void AppState::sendStagedToTrash()
                 // What cannot be moved is seen again in the scan that follows.
                 sent.push_back(batch[i]->path());
                 trash->moveToTrash(sent.back());
-                const bool isShown = post.andWait(job, [this, i, count, divisor] {
-                    trashProgress = static_cast<double>(i + 1) / divisor;
-                    trashStatus = QStringLiteral("Moving %1 of %2 to Trash…").arg(i + 1).arg(count);
-                });
-                if (!isShown) {
+                if (!run.reportAndWait(
+                        static_cast<double>(i + 1) / divisor,
+                        QStringLiteral("Moving %1 of %2 to Trash…").arg(i + 1).arg(count))) {
                     break;
                 }
             }
             return sent;
         },
-        [this](const std::vector<FilePath>& sent) { finishTrashing(sent); });
-}
-
-/// The tree is never patched: the scan of the same root shows what has left the disk.
-void AppState::finishTrashing(const std::vector<FilePath>& sent)
-{
-    isTrashingStaged = false;
-    trashStatus = QLatin1String("Moved ") % itemCount(sent.size()) % QLatin1String(" to Trash.");
-    if (hasScan()) {
-        rescan();
-    } else if (isScanning && !m_cancelFlag->get() && concerns(m_scannedURL, sent)) {
-        // It was asked for during the batch and may have listed what has gone since.
-        m_startsScanOver = true;
-        m_cancelFlag->set(true);
-    }
+        [this](const std::vector<FilePath>& sent) {
+            trashStatus =
+                QLatin1String("Moved ") % itemCount(sent.size()) % QLatin1String(" to Trash.");
+            // The tree is never patched: the scan of the same root shows what has left the disk.
+            m_host.scanAgainAfter(sent);
+        });
+    trashStatus = QLatin1String("Moving ") % itemCount(batch.size()) % QStringLiteral(" to Trash…");
 }
 
 } // namespace quorvane
