@@ -15,7 +15,6 @@ public:
     void close(int directory) override;
     int descriptorLimit() override;
 
-protected:
     static EntryStatus statusFrom(const struct stat& entry);
 };
 
