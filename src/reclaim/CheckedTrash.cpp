@@ -161,10 +161,22 @@ std::string_view nameOf(TrashOutcome outcome)
         return "otherKind";
     case TrashOutcome::changed:
         return "changed";
+    case TrashOutcome::lastCopy:
+        return "lastCopy";
     case TrashOutcome::failed:
         break;
     }
     return "failed";
+}
+
+std::optional<TrashOutcome> differenceOnDisk(const TrashRequest& request)
+{
+    PinnedEntry entry = PinnedEntry::reach(request.root, request.path);
+    EntryStatus found;
+    if (entry.failure() != PinnedEntry::Failure::none || !entry.pin(found)) {
+        return outcomeOf(entry.failure());
+    }
+    return differenceOf(found, request);
 }
 
 CheckedTrash::CheckedTrash(Trash& trash, FilePath home, MountReader readMounts)
@@ -177,6 +189,11 @@ std::optional<TrashOutcome> CheckedTrash::obstacleTo(const TrashRequest& request
 {
     PinnedEntry entry;
     return check(request, m_home, m_readMounts, entry);
+}
+
+CheckedTrash CheckedTrash::withOneMountTable() const
+{
+    return {*m_trash, m_home, [table = m_readMounts()] { return table; }};
 }
 
 TrashOutcome CheckedTrash::moveToTrash(const TrashRequest& request) const

@@ -49,11 +49,16 @@ enum class TrashOutcome : std::uint8_t {
     behindLink,     ///< a folder on the way to it has become a link
     otherKind,      ///< something of another kind has taken its name
     changed,        ///< the file's size or date differs from the scanned one
+    lastCopy,       ///< no other copy of a file that the finder found would be left
     failed          ///< anything else
 };
 
 /// The name of the value, for what machines read.
 std::string_view nameOf(TrashOutcome outcome);
+
+/// How the disk differs by now from what the request says; absent when it does not. Any thread;
+/// blocks as long as the disk does.
+std::optional<TrashOutcome> differenceOnDisk(const TrashRequest& request);
 
 /// The one door through which anything of a person's goes to the Trash: it compares what is asked
 /// for with the disk at the moment of the move. Any thread; a call takes as long as the disk.
@@ -73,6 +78,8 @@ public:
     /// Why the entry would stay if it was sent now, as far as looking at it can tell; absent for
     /// nothing in the way. Moves nothing.
     std::optional<TrashOutcome> obstacleTo(const TrashRequest& request) const;
+    /// The same door with the table of mounts as it is now, for looking at many entries at once.
+    CheckedTrash withOneMountTable() const;
     /// Moves the entry unless something is in the way.
     TrashOutcome moveToTrash(const TrashRequest& request) const;
 

@@ -187,12 +187,13 @@ TEST(ProtectedPlacesTests, TheInstalledSystemStaysAsAWhole)
 {
     for (const char* const place :
          {"/", "/usr", "/usr/bin/env", "/usr/local/bin/mine", "/bin", "/bin/sh", "/lib",
-          "/lib/modules/6.1", "/sbin/init", "/etc/passwd", "/home", "/tmp", "/var"}) {
+          "/lib/modules/6.1", "/sbin/init", "/etc/passwd", "/home", "/tmp", "/var", "/dev",
+          "/dev/sda", "/dev/shm"}) {
         EXPECT_TRUE(isProtectedPlace(FilePath(place))) << place;
     }
     for (const char* const place :
          {"/home/mara", "/usrlocal", "/binaries/x", "/home/mara/usr/bin", "/tmp/build", "/opt/app",
-          "/library", "/media/mara/USB/film.mkv"}) {
+          "/dev/shm/mine", "/library", "/media/mara/USB/film.mkv"}) {
         EXPECT_FALSE(isProtectedPlace(FilePath(place))) << place;
     }
 }

@@ -23,10 +23,15 @@ constexpr std::array<std::string_view, 14> topFolders{
 
 bool isProtectedPlace(const FilePath& path)
 {
-    return std::any_of(systemTrees.begin(), systemTrees.end(),
-                       [&path](std::string_view tree) {
-                           return FilePath(std::string(tree)).holds(path);
-                       }) ||
+    const auto isBelow = [&path](std::string_view folder) {
+        return FilePath(std::string(folder)).holds(path) && path.bytes() != folder;
+    };
+    if (isBelow("/dev/shm")) {
+        // Anybody's files, in memory.
+        return false;
+    }
+    return std::any_of(systemTrees.begin(), systemTrees.end(), isBelow) ||
+           std::find(systemTrees.begin(), systemTrees.end(), path.bytes()) != systemTrees.end() ||
            std::find(topFolders.begin(), topFolders.end(), path.bytes()) != topFolders.end();
 }
 
