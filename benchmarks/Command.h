@@ -30,6 +30,7 @@ extern const Command layoutCommand;
 extern const Command duplicatesCommand;
 extern const Command corpusCommand;
 extern const Command tagCommand;
+extern const Command trashCommand;
 
 /// The commands that draw. Empty in a build without the GUI modules.
 std::span<const Command> guiCommands();

@@ -73,12 +73,26 @@ FilePath folderFromArgument(std::string_view argument)
 
 Loaded loadTree(const Arguments& arguments)
 {
-    const std::optional<std::string_view> dump = arguments.value("dump");
-    const std::vector<std::string_view>& operands = arguments.operands();
-    if (operands.size() != (dump ? 0 : 1)) {
+    std::vector<std::string_view> others;
+    if (arguments.operands().size() != (arguments.has("dump") ? 0 : 1)) {
         return SourceFault{"needs one DIR, or --dump FILE in its place; try --help", exitUsage};
     }
-    return dump ? treeFromDump(*dump) : treeFromFolder(operands.front());
+    return loadTree(arguments, others);
+}
+
+Loaded loadTree(const Arguments& arguments, std::vector<std::string_view>& others)
+{
+    const std::optional<std::string_view> dump = arguments.value("dump");
+    others = arguments.operands();
+    if (dump) {
+        return treeFromDump(*dump);
+    }
+    if (others.empty()) {
+        return SourceFault{"needs a DIR, or --dump FILE in its place; try --help", exitUsage};
+    }
+    const std::string_view folder = others.front();
+    others.erase(others.begin());
+    return treeFromFolder(folder);
 }
 
 std::variant<FocusedTree, SourceFault> loadFocus(const Arguments& arguments)

@@ -6,7 +6,9 @@
 
 #include <memory>
 #include <string>
+#include <string_view>
 #include <variant>
+#include <vector>
 
 namespace quorvane {
 
@@ -21,6 +23,9 @@ struct SourceFault
 
 /// The tree that a command works on: DIR scanned, or what the option "--dump FILE" holds.
 std::variant<std::shared_ptr<FileTree>, SourceFault> loadTree(const Arguments& arguments);
+/// The same for a command that takes further operands, which are put into others.
+std::variant<std::shared_ptr<FileTree>, SourceFault>
+loadTree(const Arguments& arguments, std::vector<std::string_view>& others);
 
 /// A tree and the folder of it that is on show.
 struct FocusedTree

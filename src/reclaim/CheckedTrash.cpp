@@ -110,8 +110,8 @@ TrashRequest TrashRequest::of(const FileNode& node)
     while (top->parent() != nullptr) {
         top = top->parent();
     }
-    const bool wasScanned = top->dateModified().has_value();
-    if (!wasScanned) {
+    const bool isStandAlone = top == &node && !node.dateModified();
+    if (isStandAlone) {
         request.root = request.path.parent();
         return request;
     }
