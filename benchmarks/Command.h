@@ -31,6 +31,7 @@ extern const Command duplicatesCommand;
 extern const Command corpusCommand;
 extern const Command tagCommand;
 extern const Command trashCommand;
+extern const Command snapshotCommand;
 
 /// The commands that draw. Empty in a build without the GUI modules.
 std::span<const Command> guiCommands();

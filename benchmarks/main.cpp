@@ -21,9 +21,9 @@ namespace {
 
 std::vector<const Command*> allCommands()
 {
-    std::vector<const Command*> commands{&treeCommand,       &scanCommand,   &dumpCommand,
-                                         &treemapCommand,    &layoutCommand, &corpusCommand,
-                                         &duplicatesCommand, &tagCommand,    &trashCommand};
+    std::vector<const Command*> commands{
+        &treeCommand,   &scanCommand,       &dumpCommand, &treemapCommand, &layoutCommand,
+        &corpusCommand, &duplicatesCommand, &tagCommand,  &trashCommand,   &snapshotCommand};
     for (const Command& command : guiCommands()) {
         commands.push_back(&command);
     }

@@ -55,4 +55,17 @@ std::string lowercased(std::string_view bytes)
     return displayText(bytes).toLower().toStdString();
 }
 
+std::string uuidText(const QUuid& id)
+{
+    return id.toString(QUuid::WithoutBraces).toUpper().toStdString();
+}
+
+std::optional<QUuid> uuidFromText(std::string_view text)
+{
+    // The parser takes braces and lower case as well, and gives the null id for what it cannot
+    // read.
+    const QUuid id = QUuid::fromString(displayText(text));
+    return uuidText(id) == text ? std::optional(id) : std::nullopt;
+}
+
 } // namespace quorvane

@@ -2,8 +2,10 @@
 #pragma once
 
 #include <QString>
+#include <QUuid>
 
 #include <cstddef>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -31,5 +33,10 @@ std::string_view utf8Prefix(std::string_view bytes, std::size_t most);
 /// Lower-cased with Unicode's full rules, whatever the locale. Where the bytes are not UTF-8 as a
 /// whole, A to Z alone are lowered and every other byte stays.
 std::string lowercased(std::string_view bytes);
+
+/// An id in the form in which it is stored: upper case with hyphens, 36 characters.
+std::string uuidText(const QUuid& id);
+/// Nothing for any other form.
+std::optional<QUuid> uuidFromText(std::string_view text);
 
 } // namespace quorvane

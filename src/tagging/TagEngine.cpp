@@ -3,11 +3,10 @@
 
 #include "ContentReader.h"
 #include "RuleTest.h"
+#include "Workers.h"
 
 #include <algorithm>
 #include <atomic>
-#include <system_error>
-#include <thread>
 #include <utility>
 
 namespace quorvane::TagEngine {
@@ -24,27 +23,9 @@ bool isStopped(const Options& options)
 
 std::size_t workerCount(const Options& options, std::size_t batches)
 {
-    const std::size_t wanted = options.workers > 0
-                                   ? static_cast<std::size_t>(options.workers)
-                                   : std::max(std::thread::hardware_concurrency(), 1U);
+    const std::size_t wanted =
+        options.workers > 0 ? static_cast<std::size_t>(options.workers) : processorCount();
     return std::min(wanted, batches);
-}
-
-/// Runs the work on so many threads, this one among them, and waits for all.
-void runOn(std::size_t workers, const std::function<void()>& work)
-{
-    std::vector<std::thread> threads;
-    try {
-        while (threads.size() + 1 < workers) {
-            threads.emplace_back(work);
-        }
-    } catch (const std::system_error&) {
-        // At the system's limit of threads those that there are do it all.
-    }
-    work();
-    for (std::thread& thread : threads) {
-        thread.join();
-    }
 }
 
 } // namespace
@@ -83,7 +64,7 @@ std::vector<FileNode*> matches(const TagRule& rule, const ScanFiles& files, cons
     const std::size_t batches = (all.size() + batchFiles - 1) / batchFiles;
     std::vector<std::vector<FileNode*>> found(batches);
     std::atomic<std::size_t> nextBatch = 0;
-    runOn(workerCount(options, batches), [&] {
+    runOnWorkers(workerCount(options, batches), [&] {
         std::optional<ContentReader> reader;
         if (test.readsContents()) {
             reader.emplace(options.fileSystem, options.contents);

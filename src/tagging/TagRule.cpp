@@ -48,14 +48,9 @@ void appendText(std::string& out, const char* key, const QString& value)
     appendJsonString(out, value.toStdString());
 }
 
-std::string idText(const QUuid& id)
-{
-    return id.toString(QUuid::WithoutBraces).toUpper().toStdString();
-}
-
 void append(std::string& out, const TagCondition& condition)
 {
-    out.append("{\"id\":\"" + idText(condition.id) + "\",\"type\":\"");
+    out.append("{\"id\":\"" + uuidText(condition.id) + "\",\"type\":\"");
     out.append(rawValue(condition.type));
     appendText(out, "\",\"value\":", condition.value);
     out.push_back('}');
@@ -63,7 +58,7 @@ void append(std::string& out, const TagCondition& condition)
 
 void append(std::string& out, const TagRule& rule)
 {
-    out.append("{\"id\":\"" + idText(rule.id) + '"');
+    out.append("{\"id\":\"" + uuidText(rule.id) + '"');
     appendText(out, ",\"name\":", rule.name);
     appendText(out, ",\"tagName\":", rule.tagName);
     out.append(",\"tagColor\":\"");
@@ -92,14 +87,13 @@ bool readText(JsonReader& reader, QString& out)
 
 bool readId(JsonReader& reader, QUuid& out)
 {
-    QString text;
-    if (!readText(reader, text)) {
+    std::string text;
+    if (!reader.text(text)) {
         return false;
     }
-    out = QUuid::fromString(text);
-    // The parser takes braces and lower case as well, and gives the null id for what it cannot
-    // read.
-    return idText(out) == text.toStdString();
+    const std::optional<QUuid> id = uuidFromText(text);
+    out = id.value_or(out);
+    return id.has_value();
 }
 
 template<class Value, class FromRawValue>
