@@ -32,12 +32,12 @@ void AppState::dropOldScan()
     rootNode = nullptr;
     selectedNode = nullptr;
     focusNode = nullptr;
-    stagedNodes = std::vector<NodePointer>{};
+    dropQueue();
     nodesByID = std::make_shared<const NodeIndex>();
     dropDuplicates();
     // The fields have let go of it by now, so a tree of millions of nodes ends in the background.
     jobs().release(std::move(oldTree));
-    for (JobSlot* const slot : {&duplicateSlot()}) {
+    for (JobSlot* const slot : {&duplicateSlot(), &cautionSlot()}) {
         slot->discard();
     }
 }

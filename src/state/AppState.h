@@ -48,6 +48,10 @@ public:
 private:
     // What the facets ask of each other
     NodePointer scannedRoot() const override { return rootNode.value(); }
+    std::shared_ptr<const DuplicateFinder::Groups> foundDuplicates() const override
+    {
+        return duplicateGroups.value();
+    }
     void showSection(AppSection shown) override { section = shown; }
     void changeQueue(const std::vector<FileNode*>& unstaged,
                      const std::vector<NodePointer>& staged) override;

@@ -2,10 +2,12 @@
 #pragma once
 
 #include "AppSection.h"
+#include "DuplicateFinder.h"
 #include "FileTree.h"
 #include "JobRunner.h"
 #include "Platform.h"
 
+#include <memory>
 #include <vector>
 
 namespace quorvane {
@@ -30,6 +32,8 @@ public:
 
     /// Root of the finished tree; null without one.
     virtual NodePointer scannedRoot() const = 0;
+    /// What the last search for duplicates found; never null.
+    virtual std::shared_ptr<const DuplicateFinder::Groups> foundDuplicates() const = 0;
     /// The section on show becomes this one.
     virtual void showSection(AppSection section) = 0;
     /// Takes nodes out of the Trash queue and puts others at its end, in one change.

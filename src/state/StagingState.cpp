@@ -19,11 +19,31 @@ QString itemCount(std::size_t count)
     return QString::number(count) % QLatin1Char(' ') % noun;
 }
 
+bool holds(const std::vector<NodePointer>& queue, const NodePointer& node)
+{
+    return std::find(queue.begin(), queue.end(), node) != queue.end();
+}
+
+/// The nodes with what they looked like: what their finder saw of stand-alone ones.
+std::vector<QueueEntry> entriesOf(const std::vector<NodePointer>& nodes,
+                                  const std::map<NodePointer, TrashRequest>& found)
+{
+    std::vector<QueueEntry> entries = entriesOf(nodes);
+    for (QueueEntry& entry : entries) {
+        if (const auto seen = found.find(entry.node); seen != found.end()) {
+            entry.request = seen->second;
+        }
+    }
+    return entries;
+}
+
 } // namespace
 
 StagingState::StagingState(FacetHost& host)
-    : m_host(host)
+    : queueCautions(std::make_shared<const QueueCautions>())
+    , m_host(host)
     , m_trashSlot(host.jobs(), {&isTrashingStaged, &trashProgress, &trashStatus})
+    , m_cautionSlot(host.jobs())
 {}
 
 void StagingState::toggleStaged(const NodePointer& node)
@@ -41,10 +61,18 @@ void StagingState::toggleStaged(const NodePointer& node)
     stagedNodes = std::move(queue);
 }
 
+void StagingState::stageItem(const NodePointer& item, const TrashRequest& found)
+{
+    if (!holds(stagedNodes.value(), item)) {
+        m_found.insert_or_assign(item, found);
+        toggleStaged(item);
+    }
+}
+
 void StagingState::unstage(FileNode& node)
 {
     node.setStagedForTrash(false);
-    const auto isNode = [id = node.id()](const NodePointer& staged) { return staged->id() == id; };
+    const auto isNode = [&node](const NodePointer& staged) { return staged.get() == &node; };
     const std::vector<NodePointer>& listed = stagedNodes.value();
     if (std::none_of(listed.begin(), listed.end(), isNode)) {
         return;
@@ -52,7 +80,40 @@ void StagingState::unstage(FileNode& node)
     std::vector<NodePointer> queue;
     queue.reserve(listed.size());
     std::remove_copy_if(listed.begin(), listed.end(), std::back_inserter(queue), isNode);
+    setQueue(std::move(queue));
+}
+
+void StagingState::setQueue(std::vector<NodePointer> queue)
+{
+    std::erase_if(m_found, [&queue](const auto& each) { return !holds(queue, each.first); });
     stagedNodes = std::move(queue);
+}
+
+void StagingState::dropQueue()
+{
+    setQueue({});
+    queueCautions = std::make_shared<const QueueCautions>();
+}
+
+CheckedTrash StagingState::door() const
+{
+    return {m_host.platform().trash, m_host.platform().home};
+}
+
+void StagingState::refreshQueueCautions()
+{
+    m_cautionSlot.restart(
+        JobPriority::userInitiated,
+        [nodes = stagedNodes.value(), found = m_found, groups = m_host.foundDuplicates(),
+         door = door()](const JobRun& run) {
+            const auto isUnwanted = [&run] { return run.isUnwanted(); };
+            return std::make_shared<const QueueCautions>(
+                cautionsOf(entriesOf(nodes, found), groups, door, isUnwanted)
+                    .value_or(QueueCautions{}));
+        },
+        [this](std::shared_ptr<const QueueCautions> cautions) {
+            queueCautions = std::move(cautions);
+        });
 }
 
 std::int64_t StagingState::stagedSpace() const
@@ -67,16 +128,15 @@ std::int64_t StagingState::stagedSpace() const
 void StagingState::changeStaged(const std::vector<FileNode*>& unstaged,
                                 const std::vector<NodePointer>& staged)
 {
-    std::unordered_set<std::int64_t> ids;
+    const std::unordered_set<const FileNode*> taken(unstaged.begin(), unstaged.end());
     for (FileNode* const node : unstaged) {
         node->setStagedForTrash(false);
-        ids.insert(node->id());
     }
     const std::vector<NodePointer>& listed = stagedNodes.value();
     std::vector<NodePointer> queue;
     queue.reserve(listed.size() + staged.size());
     std::copy_if(listed.begin(), listed.end(), std::back_inserter(queue),
-                 [&ids](const NodePointer& node) { return ids.count(node->id()) == 0; });
+                 [&taken](const NodePointer& node) { return taken.count(node.get()) == 0; });
     const bool isChanged = !staged.empty() || queue.size() != listed.size();
     for (const NodePointer& node : staged) {
         node->setStagedForTrash(true);
@@ -84,32 +144,37 @@ void StagingState::changeStaged(const std::vector<FileNode*>& unstaged,
     }
     // One write, whatever its length, and none without a change: each tells every screen.
     if (isChanged) {
-        stagedNodes = std::move(queue);
+        setQueue(std::move(queue));
     }
 }
 
-void StagingState::sendStagedToTrash()
+void StagingState::sendStagedToTrash(const AcceptedLosses& accepted)
 {
-    const std::vector<NodePointer> batch = stagedNodes.value();
-    stagedNodes = std::vector<NodePointer>{};
+    const std::vector<NodePointer> nodes = stagedNodes.value();
+    const std::size_t count = nodes.size();
+    const auto found = m_found;
+    std::promise<void> end;
+    m_batchEnd = end.get_future().share();
+    setQueue({});
     m_trashSlot.restart(
         JobPriority::userInitiated,
-        [batch, trash = &m_host.platform().trash](const JobRun& run) {
-            const std::size_t count = batch.size();
+        [nodes, found, count, accepted, groups = m_host.foundDuplicates(), door = door(),
+         end = std::make_shared<std::promise<void>>(std::move(end))](const JobRun& run) {
+            const TrashBatch trash(entriesOf(nodes, found), groups, accepted, door);
             const auto divisor = static_cast<double>(std::max<std::size_t>(count, 1));
             std::vector<FilePath> sent;
             sent.reserve(count);
             for (std::size_t i = 0; i < count; ++i) {
-                batch[i]->setStagedForTrash(false);
-                // What cannot be moved is seen again in the scan that follows.
-                sent.push_back(batch[i]->path());
-                trash->moveToTrash(sent.back());
-                if (!run.reportAndWait(
-                        static_cast<double>(i + 1) / divisor,
-                        QStringLiteral("Moving %1 of %2 to Trash…").arg(i + 1).arg(count))) {
-                    break;
-                }
+                nodes[i]->setStagedForTrash(false);
+                // What stays is seen again in the scan that follows.
+                trash.send(i);
+                sent.push_back(trash.entries()[i].request.path);
+                // Goes on where nobody is there to see it: a batch is never cut off.
+                run.reportAndWait(
+                    static_cast<double>(i + 1) / divisor,
+                    QStringLiteral("Moving %1 of %2 to Trash…").arg(i + 1).arg(count));
             }
+            end->set_value();
             return sent;
         },
         [this](const std::vector<FilePath>& sent) {
@@ -118,7 +183,14 @@ void StagingState::sendStagedToTrash()
             // The tree is never patched: the scan of the same root shows what has left the disk.
             m_host.scanAgainAfter(sent);
         });
-    trashStatus = QLatin1String("Moving ") % itemCount(batch.size()) % QStringLiteral(" to Trash…");
+    trashStatus = QLatin1String("Moving ") % itemCount(count) % QStringLiteral(" to Trash…");
+}
+
+void StagingState::waitForBatch() const
+{
+    if (m_batchEnd.valid()) {
+        m_batchEnd.wait();
+    }
 }
 
 } // namespace quorvane

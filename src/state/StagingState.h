@@ -3,11 +3,15 @@
 
 #include "FileTree.h"
 #include "JobSlot.h"
+#include "TrashBatch.h"
 
 #include <QProperty>
 #include <QString>
 
 #include <cstdint>
+#include <future>
+#include <map>
+#include <memory>
 #include <optional>
 #include <vector>
 
@@ -29,8 +33,15 @@ public:
     QProperty<double> trashProgress{0};              ///< share of the batch that is done, 0 to 1
     QProperty<std::optional<QString>> trashStatus;   ///< status line of the batch
 
+    /// What the last look at the disk says about the queue that it was given; never absent.
+    QProperty<std::shared_ptr<const QueueCautions>> queueCautions;
+
     void toggleStaged(const NodePointer& node);
-    /// Harmless for a node that is not in the queue.
+    /// Puts a stand-alone node, which no scan saw, into the queue, unless it is there. found is
+    /// what the entry looked like: it is not moved if it looks otherwise when its turn comes.
+    void stageItem(const NodePointer& item, const TrashRequest& found);
+    /// Takes this very node out; another with the same id stays. Harmless for a node that is not in
+    /// the queue.
     void unstage(FileNode& node);
     /// Takes nodes out of the queue and puts others, which are not in it, at its end: one change of
     /// stagedNodes, and none where the queue stays as it is.
@@ -38,14 +49,34 @@ public:
                       const std::vector<NodePointer>& staged);
     /// Bytes of the queue, each entry counted by itself, whether or not it lies inside another.
     std::int64_t stagedSpace() const;
+    /// Looks in the background at what stands in the way of the queue; queueCautions tells. What a
+    /// look under way would have told is dropped.
+    void refreshQueueCautions();
     /// Moves the queue to the Trash, one entry after another in the background, and scans the root
     /// again. A scan that was asked for meanwhile starts over instead, where it concerns one of the
-    /// entries. What cannot be moved stays on the disk. There is no way to stop it.
-    void sendStagedToTrash();
+    /// entries. What differs from what was found, what cannot be moved, and the last copy of a file
+    /// whose loss is not accepted stay on the disk. There is no way to stop it: not even the end of
+    /// the model does.
+    void sendStagedToTrash(const AcceptedLosses& accepted = {});
+    /// Blocks until no batch is under way. For the end of the program, when the runner is closed.
+    void waitForBatch() const;
+
+protected:
+    /// Empties the queue, and forgets what was said about it.
+    void dropQueue();
+    JobSlot& cautionSlot() { return m_cautionSlot; }
 
 private:
+    CheckedTrash door() const;
+    void setQueue(std::vector<NodePointer> queue);
+
     FacetHost& m_host;
     JobSlot m_trashSlot;
+    JobSlot m_cautionSlot;
+    /// Of the stand-alone entries of the queue.
+    std::map<NodePointer, TrashRequest> m_found;
+    /// Ready once the latest batch has moved its last entry; invalid before the first.
+    std::shared_future<void> m_batchEnd;
 };
 
 } // namespace quorvane
