@@ -30,6 +30,11 @@ extern const Command layoutCommand;
 extern const Command duplicatesCommand;
 extern const Command corpusCommand;
 extern const Command tagCommand;
+extern const Command processesCommand;
+extern const Command machineTextsCommand;
+extern const Command machineCommand;
+extern const Command screenshotNamesCommand;
+extern const Command screenshotsCommand;
 extern const Command trashCommand;
 extern const Command snapshotCommand;
 

@@ -22,8 +22,24 @@ namespace {
 std::vector<const Command*> allCommands()
 {
     std::vector<const Command*> commands{
-        &treeCommand,   &scanCommand,       &dumpCommand, &treemapCommand, &layoutCommand,
-        &corpusCommand, &duplicatesCommand, &tagCommand,  &trashCommand,   &snapshotCommand};
+        // clang-format off: one on each line, so that two additions do not meet
+        &treeCommand,
+        &scanCommand,
+        &dumpCommand,
+        &treemapCommand,
+        &layoutCommand,
+        &corpusCommand,
+        &duplicatesCommand,
+        &tagCommand,
+        &trashCommand,
+        &snapshotCommand,
+        &processesCommand,
+        &machineTextsCommand,
+        &machineCommand,
+        &screenshotNamesCommand,
+        &screenshotsCommand,
+        // clang-format on
+    };
     for (const Command& command : guiCommands()) {
         commands.push_back(&command);
     }

@@ -13,11 +13,13 @@ packages_build=(
     libavutil-dev               # how much their decoders print
     qt6-pdf-dev                 # previews of PDF files
     zlib1g-dev                  # previews of packed drawings
+    libtesseract-dev libleptonica-dev tesseract-ocr-eng # text on screenshots
     libssl-dev                  # SHA-256
     bootstrap-icons fonts-inter # symbols compiled in, the typeface of the interface
     libgtest-dev libgmock-dev   # configuring looks for GoogleTest
 )
 packages_test=(
+    tesseract-ocr-deu # a language beside English on screenshots
     desktop-file-utils appstream # validators of the desktop entry and the metainfo
     libglib2.0-bin gvfs-daemons gvfs dbus-daemon # gio and its Trash service: a second look at ours
 )

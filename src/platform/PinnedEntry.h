@@ -67,6 +67,15 @@ public:
     bool pin(EntryStatus& status);
     /// After pin(): whether the name leads to the pinned entry still.
     bool isInPlace() const;
+    enum class Renaming : std::uint8_t {
+        renamed,
+        nameTaken, ///< another entry has the name; nothing was touched
+        refused    ///< the entry is no longer in its place, or the system refuses
+    };
+    /// After pin(): gives the entry another name in its folder, never in place of another entry
+    /// (RENAME_NOREPLACE of rename(2); a look right before where a file system knows no such flag).
+    Renaming renameTo(const std::string& name);
+
     /// After pin(): where the pinned entry is now; absent where the system does not tell.
     std::optional<FilePath> whereabouts() const;
 

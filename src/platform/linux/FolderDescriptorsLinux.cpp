@@ -65,6 +65,16 @@ int openEntry(int folder, const char* name)
     return openat(folder, name, O_PATH | O_NOFOLLOW | O_CLOEXEC);
 }
 
+bool renameWithoutReplacing(int folder, const char* name, const char* other)
+{
+    constexpr unsigned noReplace = 1; // RENAME_NOREPLACE of linux/fs.h
+    if (syscall(SYS_renameat2, folder, name, folder, other, noReplace) == 0) {
+        return true;
+    }
+    // The file system or the kernel does not know the flag.
+    return (errno == EINVAL || errno == ENOSYS) && renameAfterALook(folder, name, other);
+}
+
 std::optional<FilePath> pathOf(int descriptor)
 {
     const std::string link = "/proc/self/fd/" + std::to_string(descriptor);

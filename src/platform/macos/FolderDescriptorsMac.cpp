@@ -3,9 +3,11 @@
 
 #include <fcntl.h>
 #include <sys/param.h>
+#include <sys/stdio.h>
 #include <unistd.h>
 
 #include <array>
+#include <cerrno>
 #include <string>
 
 namespace quorvane {
@@ -24,6 +26,14 @@ int openEntry(int folder, const char* name)
 {
     // O_SYMLINK opens a link itself.
     return openat(folder, name, O_EVTONLY | O_SYMLINK | O_NONBLOCK | O_CLOEXEC);
+}
+
+bool renameWithoutReplacing(int folder, const char* name, const char* other)
+{
+    if (renameatx_np(folder, name, folder, other, RENAME_EXCL) == 0) {
+        return true;
+    }
+    return errno == ENOTSUP && renameAfterALook(folder, name, other);
 }
 
 std::optional<FilePath> pathOf(int descriptor)

@@ -18,6 +18,11 @@ int openFolderBelow(int folder, std::string_view relative);
 int openFolderStepByStep(int folder, std::string_view relative);
 /// Opens an entry as itself, whatever it is, without reading it and without triggering a mount.
 int openEntry(int folder, const char* name);
+/// Renames an entry within its folder. False, with EEXIST where the other name is taken, whatever
+/// has it.
+bool renameWithoutReplacing(int folder, const char* name, const char* other);
+/// The same where the system cannot do both at once: a look at the other name comes right before.
+bool renameAfterALook(int folder, const char* name, const char* other);
 /// The path of what a descriptor stands for, by now; absent where the system does not tell.
 std::optional<FilePath> pathOf(int descriptor);
 

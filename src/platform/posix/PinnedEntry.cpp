@@ -4,12 +4,14 @@
 #include "FolderDescriptors.h"
 #include "PosixFileSystemCalls.h"
 
+#include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <cerrno>
 #include <cstddef>
+#include <cstdio>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -58,6 +60,16 @@ int openFolderStepByStep(int folder, std::string_view relative)
         here = std::move(next);
     }
     return here.release();
+}
+
+bool renameAfterALook(int folder, const char* name, const char* other)
+{
+    struct stat taken = {};
+    if (fstatat(folder, other, &taken, AT_SYMLINK_NOFOLLOW) == 0) {
+        errno = EEXIST;
+        return false;
+    }
+    return errno == ENOENT && renameat(folder, name, folder, other) == 0; // the one rename
 }
 
 PinnedEntry PinnedEntry::reach(const FilePath& root, const FilePath& path)
@@ -124,6 +136,20 @@ bool PinnedEntry::isInPlace() const
     struct stat found = {};
     return now.isOpen() && fstat(now.get(), &found) == 0 && fstat(m_entry.get(), &pinned) == 0 &&
            found.st_dev == pinned.st_dev && found.st_ino == pinned.st_ino;
+}
+
+PinnedEntry::Renaming PinnedEntry::renameTo(const std::string& name)
+{
+    if (name.empty() || name == "." || name == ".." || name.find('/') != std::string::npos ||
+        !isInPlace()) {
+        return Renaming::refused;
+    }
+    if (!renameWithoutReplacing(m_folder.get(), m_name.c_str(), name.c_str())) {
+        return errno == EEXIST ? Renaming::nameTaken : Renaming::refused;
+    }
+    m_realPath = m_realPath.parent().appending(name);
+    m_name = name;
+    return Renaming::renamed;
 }
 
 std::optional<FilePath> PinnedEntry::whereabouts() const
