@@ -37,6 +37,10 @@ extern const Command screenshotNamesCommand;
 extern const Command screenshotsCommand;
 extern const Command trashCommand;
 extern const Command snapshotCommand;
+extern const Command quickWinsCommand;
+extern const Command devCachesCommand;
+extern const Command applicationsCommand;
+extern const Command directoryBytesCommand;
 
 /// The commands that draw. Empty in a build without the GUI modules.
 std::span<const Command> guiCommands();

@@ -15,6 +15,7 @@ packages_build=(
     zlib1g-dev                  # previews of packed drawings
     libtesseract-dev libleptonica-dev tesseract-ocr-eng # text on screenshots
     libssl-dev                  # SHA-256
+    libplist-dev                # what an application's bundle says of itself
     bootstrap-icons fonts-inter # symbols compiled in, the typeface of the interface
     libgtest-dev libgmock-dev   # configuring looks for GoogleTest
 )

@@ -15,6 +15,7 @@ struct EntryStatus
     enum class Kind : std::uint8_t { directory, regularFile, symbolicLink, other };
 
     Kind kind = Kind::other;
+    bool isExecutable = false;        ///< anyone may execute it: one of the x bits of st_mode
     std::int64_t size = 0;            ///< st_size
     std::int64_t allocatedBytes = 0;  ///< st_blocks × 512, or the largest number below that
     std::int64_t modifiedSeconds = 0; ///< seconds part of st_mtim
@@ -25,10 +26,14 @@ struct EntryStatus
 /// walk allocates nothing for an entry.
 struct NameList
 {
+    /// What the listing itself tells of an entry. Not every file system tells it.
+    enum class Hint : std::uint8_t { unknown, directory, noDirectory };
+
     struct Span
     {
         std::uint64_t offset; ///< into bytes; the name is followed by a NUL there
         std::uint32_t length;
+        Hint hint = Hint::unknown;
     };
 
     std::string bytes;
@@ -87,6 +92,12 @@ public:
     /// When a name below an open directory was created, in whole seconds since 1970; a link is not
     /// followed. False when it fails or the file system keeps no such date.
     virtual bool creationDate(int directory, const char* name, std::int64_t& seconds) = 0;
+    /// What a link below an open directory leads to, as its text stands: readlink(2). False for
+    /// anything but a link, and when it fails.
+    virtual bool readLink(int /*directory*/, const char* /*name*/, std::string& /*target*/)
+    {
+        return false;
+    }
     /// What kind of file system the directory lies on. Opens nothing and triggers no automount;
     /// ordinary when it cannot be told.
     virtual VolumeKind volumeKind(int parent, const char* name) = 0;

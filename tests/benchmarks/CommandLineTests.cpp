@@ -212,5 +212,77 @@ TEST(BenchProgram, ScanAndFloorAgreeOnWhatIsThere)
     EXPECT_GT(scan[QLatin1String("treeBytes")].toInteger(), 2000 * 15);
 }
 
+std::vector<QJsonObject> linesOf(const std::string& output)
+{
+    std::vector<QJsonObject> lines;
+    std::istringstream in(output);
+    for (std::string line; std::getline(in, line);) {
+        // Standard error tells seconds in between.
+        if (line.starts_with('{')) {
+            lines.push_back(QJsonDocument::fromJson(QByteArray::fromStdString(line)).object());
+        }
+    }
+    return lines;
+}
+
+void fill(const std::filesystem::path& file, std::size_t bytes)
+{
+    std::filesystem::create_directories(file.parent_path());
+    std::ofstream(file) << std::string(bytes, 'x');
+}
+
+TEST(QuickWinsCommand, PrintsHomeTargetsAndHitsSortedAsOneAndHidesFamilies)
+{
+    const TemporaryFolder folder;
+    fill(folder.path("Library/WebKit/a"), 20000);
+    fill(folder.path("p/node_modules/a"), 900000);
+    fill(folder.path("q/plain/.git/a"), 300);
+    const std::string home = folder.path();
+    const std::string command = "quick-wins --home " + home + " " + home;
+    const auto wins = linesOf(run(command).output);
+    ASSERT_EQ(wins.size(), 3U);
+    EXPECT_EQ(wins[0][QStringLiteral("name")].toString(), QStringLiteral("node_modules"));
+    EXPECT_EQ(wins[0][QStringLiteral("bytes")].toInteger(), 900000);
+    EXPECT_EQ(wins[0][QStringLiteral("family")].toString(), QStringLiteral("Node.js"));
+    EXPECT_EQ(wins[1][QStringLiteral("id")].toString(), QStringLiteral("Library/WebKit"));
+    EXPECT_EQ(wins[2][QStringLiteral("name")].toString(), QStringLiteral(".git"));
+    EXPECT_FALSE(wins[2].contains(QStringLiteral("family")));
+    EXPECT_EQ(linesOf(run(command + " --hide Node.js --hide Caches").output).size(), 1U);
+    EXPECT_EQ(linesOf(run(command + " --limit 1").output).size(), 2U);
+    EXPECT_EQ(run("quick-wins " + home).code, 2);
+    EXPECT_EQ(run(command + " --limit x").code, 2);
+}
+
+TEST(DevCachesCommand, PrintsCachesAndDeepBuildFolders)
+{
+    const TemporaryFolder folder;
+    fill(folder.path(".npm/_cacache/a"), 100);
+    fill(folder.path("p/node_modules/a"), 200);
+    const std::string command = "dev-caches --home " + folder.path();
+    const auto caches = linesOf(run(command).output);
+    ASSERT_EQ(caches.size(), 1U);
+    EXPECT_EQ(caches[0][QStringLiteral("name")].toString(), QStringLiteral("npm Cache"));
+    EXPECT_EQ(caches[0][QStringLiteral("category")].toString(), QStringLiteral("packageManagers"));
+    EXPECT_EQ(caches[0][QStringLiteral("bytes")].toInteger(), 100);
+    EXPECT_EQ(caches[0][QStringLiteral("itemCount")].toInteger(), 1);
+    EXPECT_TRUE(caches[0].contains(QStringLiteral("lastModified")));
+    const auto found = linesOf(run(command + " --deep").output);
+    ASSERT_EQ(found.size(), 1U);
+    EXPECT_EQ(found[0][QStringLiteral("bytes")].toInteger(), 200);
+    EXPECT_EQ(run("dev-caches").code, 2);
+}
+
+TEST(DirectoryBytesCommand, PrintsEachPathInTheOrderGiven)
+{
+    const TemporaryFolder folder;
+    fill(folder.path("a"), 123);
+    const std::string home = folder.path();
+    const auto sizes = linesOf(run("directory-bytes " + home + "/a " + home + "/none").output);
+    ASSERT_EQ(sizes.size(), 2U);
+    EXPECT_EQ(sizes[0][QStringLiteral("bytes")].toInteger(), 123);
+    EXPECT_EQ(sizes[1][QStringLiteral("bytes")].toInteger(), 0);
+    EXPECT_EQ(run("directory-bytes").code, 2);
+}
+
 } // namespace
 } // namespace quorvane

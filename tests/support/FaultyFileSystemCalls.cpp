@@ -84,6 +84,11 @@ bool FaultyFileSystemCalls::creationDate(int directory, const char* name, std::i
     return passes(Call::creationDate, name) && m_below.creationDate(directory, name, seconds);
 }
 
+bool FaultyFileSystemCalls::readLink(int directory, const char* name, std::string& target)
+{
+    return passes(Call::readLink, name) && m_below.readLink(directory, name, target);
+}
+
 VolumeKind FaultyFileSystemCalls::volumeKind(int parent, const char* name)
 {
     if (!passes(Call::volumeKind, name)) {

@@ -22,12 +22,13 @@ public:
         appendNames,
         status,
         creationDate,
+        readLink,
         volumeKind,
         volumeCapacity
     };
-    static constexpr std::array allCalls{Call::openDirectory, Call::appendNames,
-                                         Call::status,        Call::creationDate,
-                                         Call::volumeKind,    Call::volumeCapacity};
+    static constexpr std::array allCalls{Call::openDirectory, Call::appendNames, Call::status,
+                                         Call::creationDate,  Call::readLink,    Call::volumeKind,
+                                         Call::volumeCapacity};
 
     /// name is empty for a call that has none.
     using Hook = std::function<void(int number, std::string_view name)>;
@@ -61,6 +62,7 @@ public:
     bool appendNames(int directory, NameList& names, const std::atomic<bool>& stops) override;
     bool status(int directory, const char* name, EntryStatus& status) override;
     bool creationDate(int directory, const char* name, std::int64_t& seconds) override;
+    bool readLink(int directory, const char* name, std::string& target) override;
     VolumeKind volumeKind(int parent, const char* name) override;
     bool volumeCapacity(const char* path, VolumeCapacity& capacity) override;
     int descriptorLimit() override;

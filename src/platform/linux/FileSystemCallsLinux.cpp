@@ -2,6 +2,7 @@
 #include "MountTable.h"
 #include "PosixFileSystemCalls.h"
 
+#include <dirent.h>
 #include <fcntl.h>
 #include <linux/magic.h>
 #include <sys/stat.h>
@@ -46,18 +47,33 @@ struct DirectoryRecord
 constexpr std::size_t recordNameOffset =
     offsetof(DirectoryRecord, type) + sizeof(DirectoryRecord::type);
 
+NameList::Hint hintOf(std::uint8_t type)
+{
+    switch (type) {
+    case DT_UNKNOWN:
+        return NameList::Hint::unknown;
+    case DT_DIR:
+        return NameList::Hint::directory;
+    default:
+        return NameList::Hint::noDirectory;
+    }
+}
+
 void appendRecords(const char* records, std::size_t size, NameList& names)
 {
     for (std::size_t at = 0; at < size;) {
         std::uint16_t length = 0;
         std::memcpy(&length, records + at + offsetof(DirectoryRecord, length), sizeof length);
+        std::uint8_t type = DT_UNKNOWN;
+        std::memcpy(&type, records + at + offsetof(DirectoryRecord, type), sizeof type);
         const char* const name = records + at + recordNameOffset;
         at += length;
         if (name[0] == '.' && (name[1] == '\0' || (name[1] == '.' && name[2] == '\0'))) {
             continue;
         }
         const std::size_t nameLength = std::strlen(name);
-        names.spans.push_back({names.bytes.size(), static_cast<std::uint32_t>(nameLength)});
+        names.spans.push_back(
+            {names.bytes.size(), static_cast<std::uint32_t>(nameLength), hintOf(type)});
         names.bytes.append(name, nameLength + 1);
     }
 }

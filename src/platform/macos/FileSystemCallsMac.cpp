@@ -19,6 +19,18 @@ namespace {
 /// Volumes that hold no disk space: device nodes, descriptors, and folders that wait for a mount.
 constexpr std::array<std::string_view, 3> kernelMadeTypes{"devfs", "fdesc", "autofs"};
 
+NameList::Hint hintOf(std::uint8_t type)
+{
+    switch (type) {
+    case DT_UNKNOWN:
+        return NameList::Hint::unknown;
+    case DT_DIR:
+        return NameList::Hint::directory;
+    default:
+        return NameList::Hint::noDirectory;
+    }
+}
+
 class MacFileSystemCalls final : public PosixFileSystemCalls
 {
 public:
@@ -46,8 +58,8 @@ public:
             }
             const std::string_view name(entry->d_name, entry->d_namlen);
             if (name != "." && name != "..") {
-                names.spans.push_back(
-                    {names.bytes.size(), static_cast<std::uint32_t>(name.size())});
+                names.spans.push_back({names.bytes.size(), static_cast<std::uint32_t>(name.size()),
+                                       hintOf(entry->d_type)});
                 names.bytes.append(name).push_back('\0');
             }
         }

@@ -7,6 +7,8 @@
 
 #include <algorithm>
 #include <limits>
+#include <array>
+#include <climits>
 
 namespace quorvane {
 namespace {
@@ -46,6 +48,18 @@ void PosixFileSystemCalls::close(int directory)
     ::close(directory);
 }
 
+bool PosixFileSystemCalls::readLink(int directory, const char* name, std::string& target)
+{
+    // A link is at most PATH_MAX long, its NUL left out.
+    std::array<char, PATH_MAX> text;
+    const ssize_t length = readlinkat(directory, name, text.data(), text.size());
+    if (length < 0) {
+        return false;
+    }
+    target.assign(text.data(), static_cast<std::size_t>(length));
+    return true;
+}
+
 int PosixFileSystemCalls::descriptorLimit()
 {
     rlimit limit = {};
@@ -59,6 +73,7 @@ EntryStatus PosixFileSystemCalls::statusFrom(const struct stat& entry)
 {
     EntryStatus status;
     status.kind = kindOf(entry.st_mode);
+    status.isExecutable = (entry.st_mode & (S_IXUSR | S_IXGRP | S_IXOTH)) != 0;
     // A file system of a program (FUSE) may claim anything.
     constexpr std::int64_t maximum = std::numeric_limits<std::int64_t>::max();
     status.size = std::max<std::int64_t>(entry.st_size, 0);

@@ -13,6 +13,7 @@ class PosixFileSystemCalls : public FileSystemCalls
 public:
     int openDirectory(int parent, const char* name) override;
     void close(int directory) override;
+    bool readLink(int directory, const char* name, std::string& target) override;
     int descriptorLimit() override;
 
     static EntryStatus statusFrom(const struct stat& entry);
