@@ -3,6 +3,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <limits>
 #include <span>
 
 namespace quorvane {
@@ -38,6 +39,20 @@ public:
     /// Sets the position, in bytes from the start.
     virtual bool seek(int file, std::int64_t position) = 0;
     virtual void close(int file) = 0;
+
+    /// A part of a file, in bytes from its start.
+    struct DataRange
+    {
+        std::int64_t begin = 0;
+        std::int64_t end = 0;
+    };
+    /// The first part of a sparse file at or behind a position that is no hole. Both at their
+    /// largest where only a hole follows; from that position without an end where the system does
+    /// not tell. The position for read() may be anywhere afterwards.
+    virtual DataRange dataFrom(int /*file*/, std::int64_t position)
+    {
+        return {position, std::numeric_limits<std::int64_t>::max()};
+    }
 
     /// Tells the page cache that a range is about to be read. A hint without an answer.
     virtual void willRead(int file, std::int64_t position, std::int64_t bytes) = 0;

@@ -10,12 +10,14 @@
 #include <cstddef>
 #include <cstdint>
 #include <functional>
+#include <memory>
 #include <span>
 #include <vector>
 
 namespace quorvane {
 class FileContentCalls;
 class FileSystemCalls;
+class TrashFolders;
 } // namespace quorvane
 
 /// Finds files of a finished scan whose contents are identical: first those of one size, of these
@@ -24,26 +26,44 @@ namespace quorvane::DuplicateFinder {
 
 class GroupTexts;
 
+/// The order of the files in a group: fewer path components first, then by the bytes of the paths.
+/// So of equal dates the live file comes before a backup of it. Both of one tree.
+bool isListedBefore(const FileNode& a, const FileNode& b);
+
+/// What is to be known of files of a group.
+struct GroupMarks
+{
+    /// Another name of the same file is in the group: moving one of them frees nothing.
+    std::vector<const FileNode*> sameFile;
+    /// Its reading broke off: only what could be read up to there is known to be alike.
+    std::vector<const FileNode*> brokenOff;
+};
+
 /// One set of identical files. A plain value; all but reclaimableBytes() is computed once, so that
 /// a list of groups draws without work. Readable from any thread.
 class Group
 {
 public:
-    /// files: nodes of one tree, at least two for a real group. tree shares ownership of that tree
-    /// (its root will do), so that the group keeps its files alive.
+    /// files: nodes of one tree in any order, at least two for a real group. tree shares ownership
+    /// of that tree (its root will do), so that the group keeps its files alive.
     Group(std::int64_t bytes, std::vector<FileNode*> files, NodePointer tree);
     /// The same for one of many groups, which share equal texts.
-    Group(std::int64_t bytes, std::vector<FileNode*> files, NodePointer tree, GroupTexts& texts);
+    Group(std::int64_t bytes, std::vector<FileNode*> files, NodePointer tree, GroupTexts& texts,
+          GroupMarks marks = {});
 
     /// Size of each copy.
     std::int64_t bytes() const { return m_bytes; }
+    /// In the order of isListedBefore().
     const std::vector<FileNode*>& files() const { return m_files; }
+    /// See GroupMarks.
+    bool isSameFile(const FileNode& file) const;
+    bool isBrokenOff(const FileNode& file) const;
     /// "dup-{bytes}-{id of the first file}-{number of files}"
     const QString& id() const { return m_id; }
     const QString& formattedSize() const { return m_formattedSize; }
     const QString& formattedReclaimable() const { return m_formattedReclaimable; }
     /// The file modified last; of equal ones the first, and one without a date counts as older than
-    /// any other. Absent only where there are no files.
+    /// any other. One whose reading broke off is passed over; absent where there is no other.
     FileNode* newestFile() const { return m_newestFile; }
     /// Number of different folders in which the files lie.
     std::int64_t folderCount() const { return m_folderCount; }
@@ -70,6 +90,7 @@ private:
     std::int64_t m_bytes;
     std::vector<FileNode*> m_files;
     NodePointer m_tree;
+    std::shared_ptr<const GroupMarks> m_marks; ///< absent where there are none; sorted by place
     QString m_id;
     QString m_formattedSize;
     QString m_formattedReclaimable;
@@ -83,7 +104,7 @@ using Groups = std::vector<Group>;
 /// Takes a number from 0 to 1. Called on any thread, from the workers under the finder's lock: it
 /// must be quick and not call the finder.
 using ProgressCallback = std::function<void(double)>;
-/// Polled from any thread, once a file.
+/// Polled from any thread, before each file and each block of one.
 using CancelCallback = std::function<bool()>;
 
 inline bool neverCancelled()
@@ -112,14 +133,14 @@ struct Options
     FileSystemCalls* fileSystem = nullptr; ///< absent: the system's own
     FileContentCalls* contents = nullptr;  ///< absent: the system's own
     std::function<double()> clock = {};    ///< seconds, any thread; absent: the steady clock
-    std::size_t windowFiles = 0;           ///< files whose digests are kept at once; 0: 65536
-    unsigned partBits = 0;                 ///< of digests that are kept in part; 0: 63
+    const TrashFolders* trash = nullptr;   ///< absent: those of the system
     std::function<void(const PassReport&)> onPassEnd = {}; ///< on the calling thread
 };
 
 /// Searches the tree below root, which must be finished, and blocks until done. Groups come by what
 /// they would reclaim, largest first, then by the name of their first file. A cancelled search
-/// gives no group. Files that cannot be opened fall out; there is no failure. Worker threads are
+/// gives no group. Files that cannot be opened fall out, and so does what lies in a Trash; there is
+/// no failure. Each file is read once, however many names it has. Worker threads are
 /// the calling thread's children and inherit its priority.
 Groups find(const NodePointer& root, std::int64_t minimumBytes, const ProgressCallback& progress,
             const CancelCallback& isCancelled = neverCancelled, const Options& options = {});

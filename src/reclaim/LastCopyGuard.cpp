@@ -126,7 +126,7 @@ std::vector<const FileNode*> LastCopyGuard::stayingFiles(std::size_t group) cons
 {
     std::vector<const FileNode*> staying;
     for (const FileNode* const file : (*m_groups)[group].files()) {
-        if (!isStaged(*file)) {
+        if (!isStaged(*file) && !(*m_groups)[group].isBrokenOff(*file)) {
             staying.push_back(file);
         }
     }

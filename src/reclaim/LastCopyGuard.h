@@ -42,7 +42,8 @@ public:
     const std::shared_ptr<const DuplicateFinder::Groups>& groups() const { return m_groups; }
     /// The groups that have a file at or below the entry at that place of the queue, ascending.
     std::span<const std::size_t> groupsOf(std::size_t entry) const { return m_groupsOf[entry]; }
-    /// The files of a group that are neither in the queue nor below a folder in it.
+    /// The files of a group that are neither in the queue nor below a folder in it. One whose reading
+    /// broke off is not known to be a copy and does not count.
     std::vector<const FileNode*> stayingFiles(std::size_t group) const;
     bool isAllStaged(std::size_t group) const { return m_stagedFiles[group] == fileCount(group); }
 

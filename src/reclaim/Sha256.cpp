@@ -45,18 +45,4 @@ std::optional<Sha256::Digest> Sha256::finish()
     return digest;
 }
 
-std::unique_ptr<const Sha256::State> Sha256::state() const
-{
-    auto state = std::make_unique<State>();
-    state->m_context.reset(EVP_MD_CTX_new());
-    const bool isKept = m_isGood && state->m_context &&
-                        EVP_MD_CTX_copy_ex(state->m_context.get(), m_context.get()) == 1;
-    return isKept ? std::move(state) : nullptr;
-}
-
-void Sha256::resume(const State& state)
-{
-    m_isGood = m_context && EVP_MD_CTX_copy_ex(m_context.get(), state.m_context.get()) == 1;
-}
-
 } // namespace quorvane

@@ -19,7 +19,6 @@ class Sha256
 {
 public:
     using Digest = std::array<unsigned char, 32>;
-    class State;
 
     Sha256();
     Sha256(const Sha256&) = delete;
@@ -32,11 +31,6 @@ public:
     /// Ends the digest. Absent when the library refused any of its steps.
     std::optional<Digest> finish();
 
-    /// What the digest has seen so far. Absent when the library refused any of its steps.
-    std::unique_ptr<const State> state() const;
-    /// Begins a new digest that has seen all that another one had. Of any object, any thread.
-    void resume(const State& state);
-
 private:
     struct Release
     {
@@ -47,14 +41,6 @@ private:
     std::unique_ptr<evp_md_st, Release> m_algorithm;
     std::unique_ptr<evp_md_ctx_st, Release> m_context;
     bool m_isGood = false;
-};
-
-/// A digest half done. About 300 bytes.
-class Sha256::State
-{
-private:
-    friend class Sha256;
-    std::unique_ptr<evp_md_ctx_st, Release> m_context;
 };
 
 } // namespace quorvane

@@ -38,7 +38,7 @@ void AppState::dropOldScan()
     // The fields have let go of it by now, so a tree of millions of nodes ends in the background.
     jobs().release(std::move(oldTree));
     for (JobSlot* const slot : {&duplicateSlot(), &cautionSlot()}) {
-        slot->discard();
+        slot->stop();
     }
 }
 

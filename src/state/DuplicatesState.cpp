@@ -14,11 +14,24 @@ namespace {
 using DuplicateFinder::Group;
 using DuplicateFinder::Groups;
 
-std::vector<FileNode*> stagedCopies(const Group& group, const FileNode& file, bool staged)
+std::vector<FileNode*> stagedCopies(const Group& group, const FileNode& file)
 {
     std::vector<FileNode*> copies;
     for (FileNode* const copy : group.files()) {
-        if (copy->id() != file.id() && copy->isStagedForTrash() == staged) {
+        if (copy->id() != file.id() && copy->isStagedForTrash()) {
+            copies.push_back(copy);
+        }
+    }
+    return copies;
+}
+
+/// The other copies that may go when the file is kept. One whose reading broke off is not known to
+/// be alike.
+std::vector<FileNode*> copiesToStage(const Group& group, const FileNode& file)
+{
+    std::vector<FileNode*> copies;
+    for (FileNode* const copy : group.files()) {
+        if (copy->id() != file.id() && !copy->isStagedForTrash() && !group.isBrokenOff(*copy)) {
             copies.push_back(copy);
         }
     }
@@ -63,8 +76,7 @@ void DuplicatesState::runDuplicateSearch(bool background)
     m_duplicateSlot.restart(
         background ? JobPriority::utility : JobPriority::userInitiated,
         [root, options, searches = m_runningSearches](const JobRun& run) {
-            // A search that only lost its tree runs on to its end.
-            const auto isCancelled = [&run] { return run.isStopped(); };
+            const auto isCancelled = [&run] { return run.isUnwanted(); };
             FoundDuplicates found;
             if (!searches->enter(run.stopFlag(), isCancelled)) {
                 return found;
@@ -127,12 +139,12 @@ const Group* DuplicatesState::duplicateGroupOf(const FileNode& file) const
 void DuplicatesState::trashOthers(const FileNode& keep)
 {
     const Group* const group = duplicateGroupOf(keep);
-    if (group == nullptr) {
+    if (group == nullptr || group->isBrokenOff(keep)) {
         return;
     }
     const NodePointer root = m_host.scannedRoot();
     std::vector<NodePointer> toStage;
-    for (FileNode* const copy : stagedCopies(*group, keep, false)) {
+    for (FileNode* const copy : copiesToStage(*group, keep)) {
         toStage.emplace_back(root, copy);
     }
     std::vector<FileNode*> kept;
@@ -158,13 +170,17 @@ bool DuplicatesState::isKeeper(const FileNode& file) const
         return false;
     }
     const Group* const group = duplicateGroupOf(file);
-    if (group == nullptr || group->files().size() < 2) {
+    if (group == nullptr || group->files().size() < 2 || group->isBrokenOff(file)) {
         return false;
     }
-    return std::all_of(group->files().begin(), group->files().end(),
-                       [id = file.id()](const FileNode* copy) {
-                           return copy->isStagedForTrash() || copy->id() == id;
-                       });
+    bool isAnyStaged = false;
+    for (const FileNode* const copy : group->files()) {
+        isAnyStaged = isAnyStaged || copy->isStagedForTrash();
+        if (!copy->isStagedForTrash() && copy->id() != file.id() && !group->isBrokenOff(*copy)) {
+            return false;
+        }
+    }
+    return isAnyStaged;
 }
 
 void DuplicatesState::unkeep(const FileNode& file)
@@ -173,7 +189,7 @@ void DuplicatesState::unkeep(const FileNode& file)
     if (group == nullptr) {
         return;
     }
-    const std::vector<FileNode*> others = stagedCopies(*group, file, true);
+    const std::vector<FileNode*> others = stagedCopies(*group, file);
     if (others.empty()) {
         return;
     }

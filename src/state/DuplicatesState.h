@@ -46,9 +46,11 @@ public:
     /// Nothing of the running search is published any more.
     void stopDuplicateSearch();
     /// Stages all copies of the file but itself, and takes it out of the queue if it stands there.
-    /// Nothing for a file without copies.
+    /// Copies whose reading broke off stay out. Nothing for a file without copies, and for one
+    /// whose own reading broke off.
     void trashOthers(const FileNode& keep);
-    /// Whether the file is the one copy of its group that is not staged.
+    /// Whether the file is the one copy of its group that is not staged, leaving aside those whose
+    /// reading broke off: they are no keepers.
     bool isKeeper(const FileNode& file) const;
     /// Takes the staged copies of the file out of the queue again.
     void unkeep(const FileNode& file);

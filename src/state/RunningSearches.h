@@ -12,8 +12,8 @@
 namespace quorvane {
 
 /// The searches that are in the finder just now, each known by the flag that stops it. A stopped
-/// search leaves at the end of the file that it reads, which may be long; the next one waits for
-/// it, so that stopping and starting over and over never piles searches up. Any thread.
+/// search leaves at its next poll, which a slow disk may delay; the next one waits for it, so that
+/// stopping and starting over and over, or scanning again, never piles searches up. Any thread.
 class RunningSearches
 {
 public:

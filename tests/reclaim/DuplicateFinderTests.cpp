@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "FinderFixture.h"
 #include "RandomTree.h"
+#include "TrashFolders.h"
 
 #include <chrono>
 #include <condition_variable>
@@ -49,7 +50,7 @@ TEST_F(FinderTest, FilesOf1024BytesAreCompared)
     EXPECT_EQ(m_progress.back(), 1.0);
 }
 
-TEST_F(FinderTest, LeastSizeIsTheCallers)
+TEST_F(FinderTest, MinimumSizeIsTheCallers)
 {
     tree("a 40\nb 40\nc 39\nd 39\n");
     for (const char* name : {"a", "b", "c", "d"}) {
@@ -107,10 +108,9 @@ TEST_F(FinderTest, LargeCopiesAreFound)
     contents("b", textOf('q', 3000000));
     contents("c", textOf('r', 3000000));
     EXPECT_EQ(found(), (GroupPaths{{"a", "b"}}));
-    // 512 KiB of a copy for its ends and all behind the first of them for its digest; of the third
-    // file its head; the head of the first once more.
-    EXPECT_EQ(m_contents.bytesRead(), 2 * (524288 + 3000000 - 262144) + 2 * 4096);
-    EXPECT_LE(m_contents.largestRead(), 1048576U);
+    // The heads of all; of the copies 512 KiB for the ends, and all of them.
+    EXPECT_EQ(m_contents.bytesRead(), 3 * 4096 + 2 * (524288 + 3000000));
+    EXPECT_LE(m_contents.largestRead(), 65536U);
 }
 
 TEST_F(FinderTest, LinksAndSpecialFilesArePassedOver)
@@ -272,7 +272,7 @@ TEST_F(FinderTest, WorkersRunAtOnceAndAreAsManyAsAskedFor)
     EXPECT_EQ(threads.size(), 3U);
 }
 
-TEST_F(FinderTest, MoreFilesOfOneSizeThanTheTableOfHeadsHolds)
+TEST_F(FinderTest, ManyFilesOfOneSizeAreOneBucket)
 {
     constexpr int count = 262145;
     std::string text;
@@ -311,7 +311,7 @@ TEST_F(FinderTest, MoreSizesThanAWindowHolds)
     EXPECT_EQ(filesOf(Pass::verifying), 8);
 }
 
-TEST_F(FinderTest, WindowsOfAnySizeGiveTheGroupsOfAPlainComparison)
+TEST_F(FinderTest, GroupsAreThoseOfAPlainComparison)
 {
     test::Dice dice(7);
     std::string text;
@@ -338,10 +338,9 @@ TEST_F(FinderTest, WindowsOfAnySizeGiveTheGroupsOfAPlainComparison)
         }
     }
     std::sort(expected.begin(), expected.end());
-    for (const std::size_t windowFiles : {1U, 2U, 7U, 40U, 0U}) {
-        SCOPED_TRACE(windowFiles);
-        m_options.windowFiles = windowFiles;
-        m_options.workers = windowFiles == 7 ? 3 : 1;
+    for (const int workers : {1, 3}) {
+        SCOPED_TRACE(workers);
+        m_options.workers = workers;
         GroupPaths groups = found();
         std::sort(groups.begin(), groups.end());
         EXPECT_EQ(groups, expected);
@@ -364,6 +363,116 @@ TEST_F(FinderTest, ManyWorkersAgreeWithOne)
     EXPECT_EQ(found(), one);
     // 20 sizes times 7 texts, since 7 and 20 have no common factor.
     EXPECT_EQ(one.size(), 140U);
+}
+
+TEST_F(FinderTest, FilesComeByDepthAndThenByTheBytesOfTheirPaths)
+{
+    // As bytes "b-/x" comes before "b/x", and before both what has fewer components.
+    const std::vector<std::string> expected{"z", "b-/x", "b/a", "b/x", "\xC3\xA9/x", "a/a/a"};
+    std::string text;
+    for (const char* line : {"a/\n  a/\n    a 5000\n", "\xC3\xA9/\n  x 5000\n",
+                             "b/\n  x 5000\n  a 5000\n", "b-/\n  x 5000\n", "z 5000\n"}) {
+        text += line;
+    }
+    tree(text);
+    for (const std::string& path : expected) {
+        contents(path, textOf('q', 5000));
+    }
+    m_options.workers = 3;
+    for (int run = 0; run < 3; ++run) {
+        const DuplicateFinder::Groups groups = find();
+        ASSERT_EQ(groups.size(), 1U);
+        std::vector<std::string> paths;
+        for (const FileNode* file : groups[0].files()) {
+            paths.push_back(file->path().bytes().substr(6));
+        }
+        EXPECT_EQ(paths, expected);
+    }
+}
+
+TEST_F(FinderTest, OrderIsThatOfDepthsAndPathsOfRandomTrees)
+{
+    for (std::uint64_t seed = 1; seed < 20; ++seed) {
+        const auto some = test::randomTree(seed);
+        std::vector<FileNode*> files;
+        std::vector<std::pair<std::ptrdiff_t, std::string>> expected;
+        std::vector<FileNode*> left{&some->root()};
+        while (!left.empty()) {
+            FileNode& node = *left.back();
+            left.pop_back();
+            for (FileNode& child : node.children()) {
+                left.push_back(&child);
+            }
+            if (!node.isDirectory()) {
+                files.push_back(&node);
+                const std::string path = node.path().bytes();
+                expected.emplace_back(std::count(path.begin(), path.end(), '/'), path);
+            }
+        }
+        std::sort(expected.begin(), expected.end());
+        std::sort(files.begin(), files.end(), [](const FileNode* a, const FileNode* b) {
+            return DuplicateFinder::isListedBefore(*a, *b);
+        });
+        for (std::size_t i = 0; i < files.size(); ++i) {
+            EXPECT_EQ(files[i]->path().bytes(), expected[i].second);
+        }
+    }
+}
+
+TEST_F(FinderTest, WhatLiesInATrashIsNoCopy)
+{
+    tree(".Trash-1000/\n  files/\n    a 5000\n.Trash/\n  77/\n    files/\n      a 5000\n"
+         "me/\n  .local/\n    share/\n      Trash/\n        files/\n          a 5000\n"
+         "a 5000\nsub/\n  .Trash-1000/\n    a 5000\n");
+    for (const char* path : {".Trash-1000/files/a", ".Trash/77/files/a",
+                             "me/.local/share/Trash/files/a", "a", "sub/.Trash-1000/a"}) {
+        contents(path, textOf('q', 5000));
+    }
+    const TrashFolders trash(FilePath("/data"), FilePath("/home/me"),
+                             std::vector{FilePath("/scan")});
+    m_options.trash = &trash;
+    // What is called like a Trash and is none is a copy like any other.
+    EXPECT_EQ(found(), (GroupPaths{{"a", "sub/.Trash-1000/a"}}));
+    EXPECT_EQ(m_contents.opened("/scan/.Trash-1000/files/a"), 0);
+    const TrashFolders above(FilePath("/data"), FilePath("/home/me"), std::nullopt);
+    m_options.trash = &above;
+    EXPECT_EQ(found(), GroupPaths());
+}
+
+TEST_F(FinderTest, NothingIsACopyWhereTheRootLiesInATrash)
+{
+    m_tree = test::treeFromText("a 5000\nb 5000\n", {.rootPath = FilePath("/.Trash-7/files/x")});
+    for (const char* path : {"/.Trash-7/files/x/a", "/.Trash-7/files/x/b"}) {
+        m_contents.file(path).bytes = textOf('q', 5000);
+    }
+    const TrashFolders trash(FilePath("/data"), FilePath("/home/me"), std::vector{FilePath("/")});
+    m_options.trash = &trash;
+    EXPECT_TRUE(find().empty());
+    const TrashFolders elsewhere(FilePath("/data"), FilePath("/home/me"), std::vector<FilePath>());
+    m_options.trash = &elsewhere;
+    EXPECT_EQ(find().size(), 1U);
+}
+
+TEST_F(FinderTest, HolesAreNotReadAndCountAsZeros)
+{
+    // 3 MB of which little is on the disk: data in the middle and at the end, or at the start.
+    tree("a 3000000 8192\nb 3000000 8192\nc 3000000\nd 3000000 4096\n");
+    std::string bytes(3000000, '\0');
+    bytes.replace(1000000, 4000, textOf('q', 4000));
+    bytes.replace(2999000, 1000, textOf('r', 1000));
+    for (const char* name : {"a", "b"}) {
+        contents(name, bytes);
+        file(name).data = {{999424, 1007616}, {2998272, 3000000}};
+    }
+    // The same with all zeros written.
+    contents("c", bytes);
+    contents("d", std::string(3000000, '\0'));
+    file("d").data = {{0, 4096}};
+    EXPECT_EQ(found(), (GroupPaths{{"a", "b", "c"}}));
+    const std::int64_t whole = 4096 + 524288 + 3000000;
+    const std::int64_t tail = 3000000 - 2998272;
+    // Of the sparse ones the ends, where only the tail has data, and all data.
+    EXPECT_EQ(m_contents.bytesRead(), whole + 2 * (tail + 8192 + tail) + 4096 + 4096);
 }
 
 } // namespace

@@ -42,8 +42,8 @@ TEST(DuplicateGroup, IdNamesSizeFirstFileAndCount)
 {
     const auto tree = treeFromText("a 2048\nb 2048\nc 2048\n");
     // Ids count up from 1 in the order of the lines.
-    EXPECT_EQ(Group(2048, nodes(*tree, {"c", "a"}), tree->rootPointer()).id(),
-              QStringLiteral("dup-2048-3-2"));
+    EXPECT_EQ(Group(2048, nodes(*tree, {"c", "b"}), tree->rootPointer()).id(),
+              QStringLiteral("dup-2048-2-2"));
     EXPECT_EQ(Group(7, {}, tree->rootPointer()).id(), QStringLiteral("dup-7-0-0"));
 }
 
@@ -59,13 +59,38 @@ TEST(DuplicateGroup, EmptyListHasNothingNewestAndNothingToGain)
 TEST(DuplicateGroup, NewestFileIsTheFirstOfTheLatest)
 {
     const auto tree = treeFromText("a 9 9 @50\nb 9 9 @70\nc 9 9 @70\nd 9 9 @60\n");
-    const Group group(9, nodes(*tree, {"a", "b", "c", "d"}), tree->rootPointer());
+    const Group group(9, nodes(*tree, {"d", "c", "b", "a"}), tree->rootPointer());
     EXPECT_EQ(group.newestFile()->name(), "b");
+}
+
+TEST(DuplicateGroup, NewestFileIsTheLiveOneAndNotItsBackup)
+{
+    const auto tree = treeFromText("a/\n  backup/\n    f 9 9 @70\nz/\n  f 9 9 @70\n");
+    const Group group(9, nodes(*tree, {"a/backup/f", "z/f"}), tree->rootPointer());
+    EXPECT_EQ(group.newestFile(), &nodeAt(tree->root(), "z/f"));
+}
+
+TEST(DuplicateGroup, MarksAreOfTheirFilesAlone)
+{
+    const auto tree = treeFromText("a 9 9 @50\nb 9 9 @70\nc 9 9 @60\nd 9\n");
+    const auto files = nodes(*tree, {"c", "b", "a"});
+    GroupTexts texts;
+    const Group group(9, files, tree->rootPointer(), texts, {{files[0], files[2]}, {files[1]}});
+    EXPECT_TRUE(group.isSameFile(*files[0]));
+    EXPECT_FALSE(group.isSameFile(*files[1]));
+    EXPECT_TRUE(group.isSameFile(*files[2]));
+    EXPECT_TRUE(group.isBrokenOff(*files[1]));
+    EXPECT_FALSE(group.isBrokenOff(*files[0]));
+    EXPECT_FALSE(group.isSameFile(nodeAt(tree->root(), "d")));
+    // The latest one cannot be read whole.
+    EXPECT_EQ(group.newestFile(), files[0]);
+    const Group plain(9, files, tree->rootPointer());
+    EXPECT_FALSE(plain.isSameFile(*files[0]) || plain.isBrokenOff(*files[1]));
 }
 
 TEST(DuplicateGroup, MissingDateCountsAsOlderThanAny)
 {
-    const auto tree = treeFromText("a 9 9 @-4000000000\n");
+    const auto tree = treeFromText("a 9 9 @-4000000000\n", {.rootPath = FilePath("/b")});
     const NodePointer dateless = FileTree::stagedItem("x", FilePath("/x"), 9);
     const NodePointer other = FileTree::stagedItem("y", FilePath("/y"), 9);
     FileNode* const dated = &nodeAt(tree->root(), "a");
@@ -86,7 +111,7 @@ TEST(DuplicateGroup, CopiesInOneFolderCountItOnce)
     const auto tree = treeFromText("a/\n  f 1\n  g 1\nh 1\n");
     const Group group(1, nodes(*tree, {"a/f", "a/g", "h"}), tree->rootPointer());
     EXPECT_EQ(group.folderCount(), 2);
-    EXPECT_EQ(topFolders(group), (std::vector{QStringLiteral("a"), QStringLiteral("scan")}));
+    EXPECT_EQ(topFolders(group), (std::vector{QStringLiteral("scan"), QStringLiteral("a")}));
 }
 
 TEST(DuplicateGroup, FolderAtTheTopIsASlash)
@@ -103,13 +128,13 @@ TEST(DuplicateGroup, GroupsShareTheTextsThatAreEqual)
     const Group pair(5000, nodes(*tree, {"a/f", "b/f"}), tree->rootPointer(), texts);
     const Group three(5000, nodes(*tree, {"b/g", "a/g", "b/h"}), tree->rootPointer(), texts);
     EXPECT_EQ(topFolders(pair), (std::vector{QStringLiteral("a"), QStringLiteral("b")}));
-    EXPECT_EQ(topFolders(three), (std::vector{QStringLiteral("b"), QStringLiteral("a")}));
+    EXPECT_EQ(topFolders(three), (std::vector{QStringLiteral("a"), QStringLiteral("b")}));
     EXPECT_EQ(three.formattedSize(), QStringLiteral("4.9 KB"));
     EXPECT_EQ(three.formattedReclaimable(), QStringLiteral("9.8 KB"));
     // The very characters.
     EXPECT_EQ(pair.formattedSize().constData(), pair.formattedReclaimable().constData());
     EXPECT_EQ(pair.formattedSize().constData(), three.formattedSize().constData());
-    EXPECT_EQ(pair.topFolders()[0].constData(), three.topFolders()[1].constData());
+    EXPECT_EQ(pair.topFolders()[0].constData(), three.topFolders()[0].constData());
 }
 
 TEST(DuplicateGroup, KeepsItsTreeAlive)

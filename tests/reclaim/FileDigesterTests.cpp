@@ -2,7 +2,6 @@
 #include "FileDigester.h"
 
 #include "FinderFixture.h"
-#include "HeadTable.h"
 
 #include <QByteArray>
 #include <QCryptographicHash>
@@ -15,7 +14,7 @@ using test::nodeAt;
 using test::textOf;
 using test::treeFromText;
 
-QByteArray hexOf(const Digest& digest)
+QByteArray hexOf(const Sha256::Digest& digest)
 {
     return QByteArray(reinterpret_cast<const char*>(digest.data()),
                       static_cast<qsizetype>(digest.size()))
@@ -27,6 +26,16 @@ QByteArray expectedHex(const std::string& bytes)
 {
     return QCryptographicHash::hash(QByteArray::fromStdString(bytes), QCryptographicHash::Sha256)
         .toHex();
+}
+
+/// The digest of the digests of each megabyte and of what is left.
+QByteArray expectedOfParts(const std::string& bytes)
+{
+    QByteArray digests;
+    for (std::size_t at = 0; at <= bytes.size(); at += 1048576) {
+        digests += QByteArray::fromHex(expectedHex(bytes.substr(at, 1048576)));
+    }
+    return expectedHex(digests.toStdString());
 }
 
 std::span<const std::byte> bytesOf(const std::string& text)
@@ -61,8 +70,8 @@ TEST(FileDigester, ValuesOfThePasses)
     EXPECT_EQ(defaultMinimumBytes, 1024);
     EXPECT_EQ(wholeSampleBytes, 524288);
     EXPECT_EQ(endSampleBytes, 262144);
-    EXPECT_EQ(leastSampleBytes, 16);
-    EXPECT_EQ(blockBytes, 1048576);
+    EXPECT_EQ(minSampleBytes, 16);
+    EXPECT_LE(blockBytes, 1048576);
 }
 
 class FileDigesterTest : public ::testing::Test
@@ -77,217 +86,147 @@ protected:
 
     std::shared_ptr<FileTree> m_tree;
     MemoryContents m_contents;
-    FileDigester m_digester{FileSystemCalls::system(), m_contents, 2'000'000'000};
+    CancelCallback m_isCancelled = neverCancelled;
+    FileDigester m_digester{FileSystemCalls::system(), m_contents, m_isCancelled};
 };
 
-TEST_F(FileDigesterTest, SampleOfASmallFileIsTheWhole)
+TEST_F(FileDigesterTest, HeadIsTheFirst4096BytesAlone)
 {
-    for (const std::size_t bytes : {16U, 4095U, 4096U, 4097U, 300000U, 524287U, 524288U}) {
-        const std::string text = textOf('q', bytes);
-        const std::optional<Sample> sample = m_digester.partialDigest(node(bytes, text));
-        ASSERT_TRUE(sample) << bytes;
-        EXPECT_EQ(hexOf(sample->digest), expectedHex(text)) << bytes;
-        EXPECT_TRUE(sample->coversWholeFile) << bytes;
-    }
+    std::string text = textOf('q', 9000);
+    const std::uint64_t head = m_digester.look(node(9000, text)).value().head;
+    EXPECT_NE(head, 0U);
+    text[4096] ^= 1;
+    EXPECT_EQ(m_digester.look(node(9000, text)).value().head, head);
+    text[4095] ^= 1;
+    EXPECT_NE(m_digester.look(node(9000, text)).value().head, head);
+    EXPECT_EQ(m_digester.bytesRead(), 3 * 4096);
 }
 
-TEST_F(FileDigesterTest, SampleOfALargeFileIsHeadAndTailInOne)
+TEST_F(FileDigesterTest, HeadsThatDifferInAByteOrInLengthHashApart)
 {
-    for (const std::size_t bytes : {524289U, 1000000U}) {
-        const std::string text = textOf('q', bytes);
-        const std::optional<Sample> sample = m_digester.partialDigest(node(bytes, text));
-        ASSERT_TRUE(sample) << bytes;
-        EXPECT_EQ(hexOf(sample->digest),
-                  expectedHex(text.substr(0, 262144) + text.substr(bytes - 262144)))
-            << bytes;
-        EXPECT_FALSE(sample->coversWholeFile) << bytes;
+    std::set<std::uint64_t> heads;
+    for (std::size_t bytes = 16; bytes < 200; ++bytes) {
+        heads.insert(m_digester.head(node(5000, std::string(bytes, '\0'))).value());
+        std::string text(200, '\0');
+        text[bytes] = 1;
+        heads.insert(m_digester.head(node(5000, text)).value());
     }
-    EXPECT_EQ(m_digester.bytesRead(), 2 * 524288);
+    EXPECT_EQ(heads.size(), 2U * (200 - 16));
+}
+
+TEST_F(FileDigesterTest, FileWithSeveralNamesIsNotReadAtTheFirstLook)
+{
+    const FileNode& file = node(9000, textOf('q', 9000));
+    m_contents.file("/scan/f").links = 2;
+    m_contents.file("/scan/f").inode = 7;
+    const FirstLook look = m_digester.look(file).value();
+    EXPECT_EQ(look.head, 0U);
+    EXPECT_EQ(look.file, (FileIdentity{1, 7}));
+    EXPECT_EQ(m_digester.bytesRead(), 0);
+    EXPECT_NE(m_digester.head(file).value(), 0U);
+}
+
+TEST_F(FileDigesterTest, FewerThanSixteenBytesAreNoSample)
+{
+    EXPECT_FALSE(m_digester.look(node(5000, std::string(15, 'q'))));
+    EXPECT_TRUE(m_digester.look(node(5000, std::string(16, 'q'))));
+    EXPECT_FALSE(m_digester.ends(node(600000, std::string(15, 'q'))));
+    EXPECT_TRUE(m_digester.ends(node(600000, std::string(16, 'q'))));
+}
+
+TEST_F(FileDigesterTest, EndsAreHeadAndTailAlone)
+{
+    constexpr std::size_t bytes = 1000000;
+    std::string text = textOf('q', bytes);
+    const std::uint64_t ends = m_digester.ends(node(bytes, text)).value();
+    EXPECT_EQ(m_digester.bytesRead(), 524288);
+    for (const std::size_t place : {std::size_t{262144}, bytes - 262145}) {
+        std::string other = text;
+        other[place] ^= 1;
+        EXPECT_EQ(m_digester.ends(node(bytes, other)), ends) << place;
+    }
+    for (const std::size_t place :
+         {std::size_t{0}, std::size_t{262143}, bytes - 262144, bytes - 1}) {
+        std::string other = text;
+        other[place] ^= 1;
+        EXPECT_NE(m_digester.ends(node(bytes, other)), ends) << place;
+    }
 }
 
 TEST_F(FileDigesterTest, TailLiesWhereTheScanSawTheEnd)
 {
     const std::string text = textOf('q', 900000);
-    const std::optional<Sample> sample = m_digester.partialDigest(node(600000, text));
-    EXPECT_EQ(hexOf(sample.value().digest),
-              expectedHex(text.substr(0, 262144) + text.substr(600000 - 262144, 262144)));
+    EXPECT_EQ(m_digester.ends(node(600000, text)),
+              m_digester.ends(node(600000, text.substr(0, 600000))));
 }
 
-TEST_F(FileDigesterTest, SampleOfAShrunkLargeFileIsWhatThereIs)
+TEST_F(FileDigesterTest, ContentsAreAllBytes)
 {
-    const std::string text = textOf('q', 1000);
-    const std::optional<Sample> sample = m_digester.partialDigest(node(600000, text));
-    EXPECT_EQ(hexOf(sample.value().digest), expectedHex(text));
-    EXPECT_FALSE(sample->coversWholeFile);
-}
-
-TEST_F(FileDigesterTest, FewerThanSixteenBytesAreNoSample)
-{
-    EXPECT_FALSE(m_digester.partialDigest(node(5000, std::string(15, 'q'))));
-    EXPECT_FALSE(m_digester.partialDigest(node(600000, std::string(15, 'q'))));
-    EXPECT_TRUE(m_digester.partialDigest(node(5000, std::string(16, 'q'))));
-}
-
-TEST_F(FileDigesterTest, FaultBehindSixteenBytesGivesASampleThatIsNotTheWhole)
-{
-    const std::string text = textOf('q', 5000);
-    const FileNode& file = node(5000, text);
-    m_contents.file("/scan/f").readable = 16;
-    const std::optional<Sample> sample = m_digester.partialDigest(file);
-    EXPECT_EQ(hexOf(sample.value().digest), expectedHex(text.substr(0, 16)));
-    EXPECT_FALSE(sample->coversWholeFile);
-}
-
-TEST_F(FileDigesterTest, GrownFileIsNotCoveredByItsSample)
-{
-    const std::optional<Sample> sample = m_digester.partialDigest(node(5000, textOf('q', 524289)));
-    EXPECT_FALSE(sample.value().coversWholeFile);
-    EXPECT_LE(m_digester.bytesRead(), 524289);
-}
-
-TEST_F(FileDigesterTest, FullDigestIsThatOfAllBytes)
-{
-    for (const std::size_t bytes : {0U, 1U, 262144U, 1048575U, 1048576U, 1048577U, 3000000U}) {
+    for (const std::size_t bytes : {0U, 1U, 65536U, 1048575U, 1048576U, 1048577U, 3000000U}) {
         const std::string text = textOf('q', bytes);
-        EXPECT_EQ(hexOf(m_digester.fullDigest(node(bytes, text)).value()), expectedHex(text))
-            << bytes;
+        const Contents contents = m_digester.contents(node(bytes, text)).value();
+        EXPECT_EQ(hexOf(contents.digest), expectedOfParts(text)) << bytes;
+        EXPECT_EQ(contents.bytes, static_cast<std::int64_t>(bytes));
+        EXPECT_FALSE(contents.isBrokenOff);
     }
 }
 
-TEST_F(FileDigesterTest, FullDigestOfAFileWithAFaultIsThatOfItsFront)
+TEST_F(FileDigesterTest, ContentsOfAFileWithAFaultAreItsFrontAndBrokenOff)
 {
-    for (const std::size_t readable : {0U, 1U, 1048576U, 1500000U}) {
+    for (const std::size_t readable : {0U, 1U, 65536U, 1500000U}) {
         const std::string text = textOf('q', 2000000);
         const FileNode& file = node(2000000, text);
         m_contents.file("/scan/f").readable = static_cast<std::int64_t>(readable);
-        EXPECT_EQ(hexOf(m_digester.fullDigest(file).value()), expectedHex(text.substr(0, readable)))
-            << readable;
+        const Contents contents = m_digester.contents(file).value();
+        EXPECT_EQ(hexOf(contents.digest), expectedOfParts(text.substr(0, readable))) << readable;
+        EXPECT_TRUE(contents.isBrokenOff);
     }
 }
 
-TEST_F(FileDigesterTest, SampleServesOnlyForAFileThatDidNotChange)
+TEST_F(FileDigesterTest, HolesGiveTheDigestOfTheZerosThatStandForThem)
 {
-    const std::string text = textOf('q', 5000);
-    const FileNode& file = node(5000, text);
-    const Digest sample = m_digester.partialDigest(file).value().digest;
-    const std::int64_t before = m_digester.bytesRead();
-    m_contents.file("/scan/f").bytes.back() ^= 1;
-    // A date before the search proves that what is there is what was sampled.
-    m_contents.file("/scan/f").changedSeconds = 1'999'999'999;
-    EXPECT_EQ(m_digester.fullDigest(file, sample), sample);
-    EXPECT_EQ(m_digester.bytesRead(), before);
-    m_contents.file("/scan/f").changedSeconds = 2'000'000'000;
-    EXPECT_EQ(hexOf(m_digester.fullDigest(file, sample).value()),
-              expectedHex(m_contents.file("/scan/f").bytes));
-    m_contents.remove("/scan/f");
-    EXPECT_FALSE(m_digester.fullDigest(file, sample));
-}
-
-TEST_F(FileDigesterTest, HeadServesOnlyForAFileThatDidNotChange)
-{
-    const std::string text = textOf('q', 2000000);
-    const FileNode& file = node(2000000, text);
-    const Sample sample = m_digester.partialDigest(file).value();
-    ASSERT_TRUE(sample.head);
-    std::int64_t before = m_digester.bytesRead();
-    EXPECT_EQ(hexOf(m_digester.fullDigest(file, SampleTraces{sample.head.get()}).value()),
-              expectedHex(text));
-    EXPECT_EQ(m_digester.bytesRead() - before, 2000000 - 262144);
-    before = m_digester.bytesRead();
-    m_contents.file("/scan/f").bytes[5] ^= 1;
-    m_contents.file("/scan/f").changedSeconds = 2'000'000'000;
-    EXPECT_EQ(hexOf(m_digester.fullDigest(file, SampleTraces{sample.head.get()}).value()),
-              expectedHex(m_contents.file("/scan/f").bytes));
-    EXPECT_EQ(m_digester.bytesRead() - before, 2000000);
-    m_contents.remove("/scan/f");
-    EXPECT_FALSE(m_digester.fullDigest(file, SampleTraces{sample.head.get()}));
-}
-
-TEST_F(FileDigesterTest, HeadIsKeptOnlyWhereBothEndsAreWhole)
-{
-    EXPECT_FALSE(m_digester.partialDigest(node(524288, textOf('q', 524288))).value().head);
-    EXPECT_TRUE(m_digester.partialDigest(node(524289, textOf('q', 524289))).value().head);
-    EXPECT_FALSE(m_digester.partialDigest(node(524289, textOf('q', 524288))).value().head);
-    EXPECT_FALSE(m_digester.partialDigest(node(600000, textOf('q', 1000))).value().head);
-}
-
-TEST_F(FileDigesterTest, HeadFilterSeesSizeAndHeadAlone)
-{
-    std::vector<std::uint64_t> heads;
-    const auto turnAway = [&](std::uint64_t head, bool) {
-        heads.push_back(head);
-        return false;
-    };
-    std::string text = textOf('q', 9000);
-    EXPECT_TRUE(m_digester.partialDigest(node(9000, text), turnAway).value().isTurnedAway);
-    text[4096] ^= 1;
-    EXPECT_TRUE(m_digester.partialDigest(node(9000, text), turnAway).value().isTurnedAway);
-    text[4095] ^= 1;
-    EXPECT_TRUE(m_digester.partialDigest(node(9000, text), turnAway).value().isTurnedAway);
-    EXPECT_EQ(heads.at(0), heads.at(1));
-    EXPECT_NE(heads.at(1), heads.at(2));
-    EXPECT_EQ(m_digester.bytesRead(), 3 * 4096);
-}
-
-TEST_F(FileDigesterTest, FileThatIsNoMoreThanAHeadNeverWaits)
-{
-    const auto fail = [](std::uint64_t, bool) {
-        ADD_FAILURE();
-        return false;
-    };
-    // Also one that shrank, and one that cannot be read beyond.
-    const std::string text = textOf('q', 4097);
-    for (const auto& [scanned, bytes] : {std::pair(2048, 2048), std::pair(4096, 4096),
-                                         std::pair(4096, 100), std::pair(9000, 100)}) {
-        const std::string part = text.substr(0, static_cast<std::size_t>(bytes));
+    constexpr std::size_t bytes = 5 * 1048576 + 100;
+    // Where data begins and ends, beside the borders of parts, of blocks and of nothing.
+    using Ranges = std::vector<FileContentCalls::DataRange>;
+    for (const Ranges& data :
+         {Ranges{{0, 4096}}, Ranges{{1048576, 2097152}}, Ranges{{1048575, 1048577}},
+          Ranges{{3145728, 3211264}, {5242880, 5242980}},
+          Ranges{{70000, 70001}, {5000000, 5242980}}}) {
+        std::string text(bytes, '\0');
+        m_tree = treeFromText("f " + std::to_string(bytes) + " 4096\n");
+        std::int64_t dataBytes = 0;
+        for (const auto& [begin, end] : data) {
+            const auto count = static_cast<std::size_t>(end - begin);
+            text.replace(static_cast<std::size_t>(begin), count, textOf('q', count));
+            dataBytes += end - begin;
+        }
+        m_contents.file("/scan/f").bytes = text;
+        m_contents.file("/scan/f").data = data;
         const std::int64_t before = m_digester.bytesRead();
-        const std::optional<Sample> sample =
-            m_digester.partialDigest(node(static_cast<std::size_t>(scanned), part), fail);
-        EXPECT_EQ(hexOf(sample.value().digest), expectedHex(part)) << scanned;
-        EXPECT_TRUE(sample->coversWholeFile) << scanned;
-        EXPECT_EQ(m_digester.bytesRead() - before, bytes) << scanned;
+        const Contents contents = m_digester.contents(nodeAt(m_tree->root(), "f")).value();
+        EXPECT_EQ(hexOf(contents.digest), expectedOfParts(text));
+        EXPECT_EQ(contents.bytes, static_cast<std::int64_t>(bytes));
+        EXPECT_FALSE(contents.isBrokenOff);
+        EXPECT_EQ(m_digester.bytesRead() - before, dataBytes);
     }
-    const FileNode& file = node(4096, text);
-    m_contents.file("/scan/f").readable = 4095;
-    EXPECT_EQ(hexOf(m_digester.partialDigest(file, fail).value().digest),
-              expectedHex(text.substr(0, 4095)));
 }
 
-TEST_F(FileDigesterTest, FileThatGrewBeyondAHeadWaits)
+TEST_F(FileDigesterTest, ShrunkFileIsBrokenOffAndAGrownOneIsNot)
 {
-    int asked = 0;
-    const auto turnAway = [&](std::uint64_t, bool) {
-        ++asked;
-        return false;
-    };
-    const std::string text = textOf('q', 5000);
-    EXPECT_TRUE(m_digester.partialDigest(node(2048, text), turnAway).value().isTurnedAway);
-    EXPECT_EQ(hexOf(m_digester.partialDigest(node(2048, text)).value().digest), expectedHex(text));
-    EXPECT_EQ(asked, 1);
+    EXPECT_TRUE(m_digester.contents(node(5000, textOf('q', 4999))).value().isBrokenOff);
+    EXPECT_FALSE(m_digester.contents(node(5000, textOf('q', 5001))).value().isBrokenOff);
 }
 
-TEST(HeadTable, TellsEveryoneButTheFirstAndTellsOfTheFirstOnce)
+TEST_F(FileDigesterTest, CancelEndsAReading)
 {
-    HeadTable table(4);
-    EXPECT_TRUE(table.meet(7, 10).isFirst);
-    EXPECT_TRUE(table.meet(8, 11).isFirst);
-    const HeadTable::Meeting second = table.meet(7, 12);
-    EXPECT_FALSE(second.isFirst);
-    EXPECT_EQ(second.waiting, 10U);
-    const HeadTable::Meeting third = table.meet(7, 13);
-    EXPECT_FALSE(third.isFirst);
-    EXPECT_EQ(third.waiting, HeadTable::nobody);
-    EXPECT_EQ(table.waiting(), std::vector<std::uint32_t>{11});
-}
-
-TEST(HeadTable, HoldsHeadsThatShareASlot)
-{
-    HeadTable table(3);
-    EXPECT_TRUE(table.meet(0, 1).isFirst);
-    EXPECT_TRUE(table.meet(std::uint64_t{1} << 32, 2).isFirst);
-    EXPECT_TRUE(table.meet(std::uint64_t{1} << 33, 3).isFirst);
-    EXPECT_EQ(table.meet(std::uint64_t{1} << 32, 4).waiting, 2U);
-    EXPECT_EQ(table.meet(0, 5).waiting, 1U);
+    const FileNode& file = node(3000000, textOf('q', 3000000));
+    int polls = 0;
+    m_isCancelled = [&] { return ++polls > 3; };
+    EXPECT_FALSE(m_digester.contents(file));
+    EXPECT_EQ(m_digester.bytesRead(), 3 * 65536);
+    polls = 0;
+    EXPECT_FALSE(m_digester.ends(file));
+    EXPECT_EQ(m_digester.bytesRead(), 6 * 65536);
 }
 
 } // namespace

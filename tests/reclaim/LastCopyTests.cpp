@@ -5,6 +5,7 @@
 #include "DiskTree.h"
 #include "DuplicateFinder.h"
 #include "FileTree.h"
+#include "GroupTexts.h"
 #include "Trash.h"
 
 #include <gtest/gtest.h>
@@ -190,6 +191,16 @@ TEST_F(LastCopyTests, AKeeperThatHasChangedOrGoneIsNone)
     EXPECT_EQ(send(queue({"a/picture"})), (Outcomes{lastCopy}));
     m_disk.disk.symbolicLink("../a/picture", "root/b/picture");
     EXPECT_EQ(send(queue({"a/picture"})), (Outcomes{lastCopy}));
+}
+
+TEST_F(LastCopyTests, AKeeperWhoseReadingBrokeOffIsNone)
+{
+    const std::vector<NodePointer> both = queue({"a/picture", "b/picture"});
+    DuplicateFinder::GroupTexts texts;
+    m_disk.groups = std::make_shared<const DuplicateFinder::Groups>(DuplicateFinder::Groups{
+        {2000, {both[0].get(), both[1].get()}, both[0], texts, {{}, {both[1].get()}}}});
+    EXPECT_EQ(send({both[0]}), (Outcomes{lastCopy}));
+    EXPECT_EQ(send({both[1]}), (Outcomes{moved})) << "the whole one stays";
 }
 
 TEST_F(LastCopyTests, AKeeperThatChangesDuringTheBatchStopsTheRest)

@@ -13,6 +13,7 @@
 #include <mutex>
 #include <set>
 #include <string>
+#include <vector>
 
 namespace quorvane::test {
 
@@ -31,6 +32,8 @@ struct MemoryFile
     std::uint64_t inode = 0; ///< 0: one that no other path has
     std::uint64_t links = 1;
     std::set<std::int64_t> cachedPages = {}; ///< that are in the page cache, from 0
+    /// Where the file has data, in their order; nowhere else may be read. Empty: everywhere.
+    std::vector<FileContentCalls::DataRange> data = {};
 };
 
 /// File contents that lie in memory, by absolute path. What is not there cannot be opened. Set up
@@ -127,6 +130,14 @@ public:
             std::min(end - open.position, static_cast<std::int64_t>(room.size()));
         std::memcpy(room.data(), open.file.bytes.data() + open.position,
                     static_cast<std::size_t>(got));
+        const bool isData =
+            open.file.data.empty() ||
+            std::any_of(open.file.data.begin(), open.file.data.end(), [&](const DataRange& range) {
+                return range.begin <= open.position && open.position + got <= range.end;
+            });
+        if (!isData) {
+            return -1;
+        }
         bringIn(open, got);
         open.position += got;
         m_bytesRead += got;
@@ -143,6 +154,18 @@ public:
     {
         const std::lock_guard guard(m_lock);
         m_open.erase(descriptor);
+    }
+    DataRange dataFrom(int descriptor, std::int64_t position) override
+    {
+        const std::lock_guard guard(m_lock);
+        const MemoryFile& file = m_open.at(descriptor).file;
+        for (const DataRange& range : file.data) {
+            if (position < range.end) {
+                return {std::max(position, range.begin), range.end};
+            }
+        }
+        constexpr std::int64_t last = std::numeric_limits<std::int64_t>::max();
+        return file.data.empty() ? DataRange{position, last} : DataRange{last, last};
     }
     void willRead(int, std::int64_t, std::int64_t) override {}
     void willReadOnce(int) override {}

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "DuplicateSearchFixture.h"
+#include "GroupTexts.h"
 
 #include <string>
 #include <vector>
@@ -122,6 +123,27 @@ TEST_F(AppStateKeepers, TheFirstGroupWithTheFileCounts)
                Group(2048, {file("a"), file("d")}, root)});
     state().trashOthers(*node("a"));
     EXPECT_EQ(queue(), std::vector<std::string>{"b"});
+}
+
+TEST_F(AppStateKeepers, ACopyWhoseReadingBrokeOffIsNeitherKeptNorStaged)
+{
+    showFourCopies();
+    const NodePointer root = state().rootNode.value();
+    DuplicateFinder::GroupTexts texts;
+    state().duplicateGroups = std::make_shared<const Groups>(
+        Groups{Group(3000, {node("a").get(), node("b").get(), node("c").get()}, root, texts,
+                     {.sameFile = {}, .brokenOff = {node("b").get()}})});
+    state().trashOthers(*node("b"));
+    EXPECT_TRUE(queue().empty());
+    EXPECT_FALSE(state().isKeeper(*node("a"))) << "nothing is staged yet";
+    state().trashOthers(*node("a"));
+    EXPECT_EQ(queue(), (std::vector<std::string>{"c"}));
+    EXPECT_TRUE(state().isKeeper(*node("a")));
+    EXPECT_FALSE(state().isKeeper(*node("b")));
+    // A person may still stage it.
+    state().toggleStaged(node("b"));
+    state().unkeep(*node("a"));
+    EXPECT_TRUE(queue().empty());
 }
 
 TEST_F(AppStateKeepers, NamesOfAnySortStandAsTheyAreInTheFlash)

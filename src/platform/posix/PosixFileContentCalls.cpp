@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <limits>
 
 namespace quorvane {
 
@@ -53,6 +54,17 @@ std::int64_t PosixFileContentCalls::read(int file, std::span<std::byte> room)
 bool PosixFileContentCalls::seek(int file, std::int64_t position)
 {
     return lseek(file, position, SEEK_SET) == position;
+}
+
+FileContentCalls::DataRange PosixFileContentCalls::dataFrom(int file, std::int64_t position)
+{
+    constexpr std::int64_t last = std::numeric_limits<std::int64_t>::max();
+    const off_t begin = lseek(file, position, SEEK_DATA);
+    if (begin < 0) {
+        return errno == ENXIO ? DataRange{last, last} : DataRange{position, last};
+    }
+    const off_t end = lseek(file, begin, SEEK_HOLE);
+    return {begin, end > begin ? end : last};
 }
 
 void PosixFileContentCalls::close(int file)

@@ -14,6 +14,7 @@ public:
     std::int64_t read(int file, std::span<std::byte> room) override;
     bool seek(int file, std::int64_t position) override;
     void close(int file) override;
+    DataRange dataFrom(int file, std::int64_t position) override;
 
 protected:
     static int openWith(int parent, const char* name, int moreFlags);

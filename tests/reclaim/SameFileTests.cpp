@@ -1,6 +1,4 @@
 // SPDX-License-Identifier: MIT
-#include "AliasFilter.h"
-
 #include "DiskScanner.h"
 #include "DiskTree.h"
 #include "FinderFixture.h"
@@ -8,13 +6,11 @@
 
 #include <sys/mount.h>
 
-#include <map>
+#include <algorithm>
 
 namespace quorvane {
 namespace {
 
-using DuplicateFinder::AliasFilter;
-using DuplicateFinder::Candidate;
 using test::FinderTest;
 using test::GroupPaths;
 using test::textOf;
@@ -35,8 +31,6 @@ protected:
         file(path + "/.").isRegularFile = false;
         file(path + "/.").inode = inode;
     }
-
-    std::map<std::string, int> m_looks;
 };
 
 TEST_F(AliasTest, OneNameSeenThroughTwoMountsIsNoCopyOfItself)
@@ -118,96 +112,83 @@ TEST_F(AliasTest, OneInodeNumberOnTwoDevicesIsTwoFiles)
     EXPECT_EQ(found(), (GroupPaths{{"a/f", "b/f"}}));
 }
 
-TEST_F(AliasTest, EqualHintsDropNothingByThemselves)
+TEST_F(AliasTest, NameThatVanishesBeforeItIsLookedAtIsDropped)
 {
-    tree("a 5000\nb 5000\nc 5000\nd 5000\n");
-    std::vector<Candidate> files;
-    for (FileNode& node : m_tree->root().children()) {
-        files.emplace_back(&node);
+    tree("a/\n  one 5000\n  two 5000\nb/\n  one 5000\n");
+    for (const char* path : {"a/one", "a/two", "b/one"}) {
+        fileAt(path, 7, 3);
     }
-    for (const char* name : {"a", "b", "c"}) {
-        contents(name, textOf('q', 5000));
-    }
-    // The last one has vanished, so that it is no copy any more.
-    const std::vector<std::uint32_t> hints(files.size(), 5);
-    AliasFilter(FileSystemCalls::system(), m_contents).dropAliases(files, hints);
-    EXPECT_EQ(std::count_if(files.begin(), files.end(),
-                            [](const Candidate& file) { return file.isDropped(); }),
-              1);
-    EXPECT_TRUE(files.back().isDropped());
-}
-
-TEST_F(AliasTest, NameThatVanishesWhileItIsLookedAtIsDropped)
-{
-    // The first time all are there; then one is gone, and the others stay for what they are.
-    for (const bool areRepeated : {true, false}) {
-        SCOPED_TRACE(areRepeated);
-        tree("a/\n  f 5000\nb/\n  f 5000\nc/\n  f 5000\n");
-        std::vector<Candidate> files;
-        for (const char* name : {"a", "b", "c"}) {
-            files.emplace_back(&test::nodeAt(m_tree->root(), std::string(name) + "/f"));
-            fileAt(std::string(name) + "/f", 7, 1);
-            folderAt(name, areRepeated ? 20 : std::uint64_t{20} + static_cast<unsigned>(*name));
+    folderAt("a", 20);
+    folderAt("b", 21);
+    m_contents.beforeOpen = [this](const std::string& path, int) {
+        if (path == "/scan/a/two" && filesOf(DuplicateFinder::Pass::verifying) > 0) {
+            m_contents.remove(path);
         }
-        m_contents.beforeOpen = [this](const std::string& path, int) {
-            if (path == "/scan/a/f" && ++m_looks[path] % 2 == 0) {
-                m_contents.remove(path);
-            }
-        };
-        const std::vector<std::uint32_t> hints(files.size(), 5);
-        AliasFilter(FileSystemCalls::system(), m_contents).dropAliases(files, hints);
-        EXPECT_TRUE(files[0].isDropped());
-        EXPECT_FALSE(files[1].isDropped());
-        EXPECT_TRUE(files[2].isDropped());
-        m_contents.beforeOpen = nullptr;
-    }
+    };
+    EXPECT_EQ(found(), (GroupPaths{{"a/one", "b/one"}}));
 }
 
-TEST_F(AliasTest, NamesOfDifferentFilesWithOneHintAreToldApart)
+TEST_F(AliasTest, NamesOfTwoFilesAreToldApart)
 {
     tree("a/\n  f 5000\n  g 5000\nb/\n  f 5000\n  g 5000\n");
-    std::vector<Candidate> files;
     for (const char* path : {"a/f", "a/g", "b/f", "b/g"}) {
-        files.emplace_back(&test::nodeAt(m_tree->root(), path));
-        // Of two files, each of which is seen twice.
+        // Of two files alike, each of which is seen through two mounts.
         fileAt(path, path[2] == 'f' ? 7 : 8, 1);
     }
     folderAt("a", 20);
     folderAt("b", 20);
-    const std::vector<std::uint32_t> hints(files.size(), 5);
-    AliasFilter(FileSystemCalls::system(), m_contents).dropAliases(files, hints);
-    EXPECT_FALSE(files[0].isDropped());
-    EXPECT_FALSE(files[1].isDropped());
-    EXPECT_TRUE(files[2].isDropped());
-    EXPECT_TRUE(files[3].isDropped());
+    const GroupPaths groups = found();
+    ASSERT_EQ(groups.size(), 1U);
+    std::set<char> names;
+    for (const std::string& path : groups[0]) {
+        names.insert(path.back());
+    }
+    EXPECT_EQ(groups[0].size(), 2U);
+    EXPECT_EQ(names, (std::set<char>{'f', 'g'}));
 }
 
-TEST_F(AliasTest, ABucketOfManyIsSearchedAsAWhole)
+TEST_F(AliasTest, NamesOfOneFileAreMarkedAndItsCopiesAreNot)
 {
-    constexpr std::size_t count = 150'000;
-    std::string text;
-    for (std::size_t i = 0; i < count; ++i) {
-        text += "f" + std::to_string(i) + " 5000\n";
+    for (const std::size_t bytes : {std::size_t{5000}, std::size_t{700000}}) {
+        const std::string size = std::to_string(bytes);
+        tree("a " + size + "\nb " + size + "\nc " + size + "\nd " + size + "\n");
+        fileAt("a", 7, 2, bytes);
+        fileAt("b", 7, 2, bytes);
+        fileAt("c", 8, 1, bytes);
+        // Its other name is nowhere in the tree.
+        fileAt("d", 9, 2, bytes);
+        const DuplicateFinder::Groups groups = find();
+        ASSERT_EQ(groups.size(), 1U);
+        std::string marked;
+        for (const FileNode* file : groups[0].files()) {
+            marked += groups[0].isSameFile(*file) ? file->name() : "-";
+            EXPECT_FALSE(groups[0].isBrokenOff(*file));
+        }
+        EXPECT_EQ(marked, "ab--");
     }
-    tree(text);
-    std::vector<Candidate> files;
-    std::vector<std::uint32_t> hints;
-    for (FileNode& node : m_tree->root().children()) {
-        hints.push_back(static_cast<std::uint32_t>(files.size()));
-        files.emplace_back(&node);
+}
+
+TEST_F(AliasTest, EachFileIsReadOnceHoweverManyNamesItHas)
+{
+    for (const std::size_t bytes : {std::size_t{2000}, std::size_t{5000}, std::size_t{700000}}) {
+        SCOPED_TRACE(bytes);
+        std::string text;
+        for (int i = 0; i < 21; ++i) {
+            text += "n" + std::to_string(i) + " " + std::to_string(bytes) + "\n";
+        }
+        tree(text + "other " + std::to_string(bytes) + "\n");
+        for (int i = 0; i < 21; ++i) {
+            fileAt("n" + std::to_string(i), 7, 21, bytes);
+        }
+        fileAt("other", 8, 1, bytes);
+        const std::int64_t before = m_contents.bytesRead();
+        EXPECT_EQ(found().at(0).size(), 22U);
+        // Of two files the head, of large ones the ends, and all of it.
+        const auto size = static_cast<std::int64_t>(bytes);
+        const std::int64_t sampled =
+            std::min<std::int64_t>(size, 4096) + (size > 524288 ? 524288 : 0);
+        EXPECT_EQ(m_contents.bytesRead() - before, 2 * (sampled + size));
     }
-    // Two that lie far apart are one file; no other is ever opened.
-    for (const std::size_t place : {std::size_t{3}, count - 1}) {
-        hints[place] = 77'777'777;
-        const std::string path = files[place].file()->path().bytes().substr(6);
-        fileAt(path, 7, 1);
-    }
-    AliasFilter(FileSystemCalls::system(), m_contents).dropAliases(files, hints);
-    EXPECT_FALSE(files[3].isDropped());
-    EXPECT_TRUE(files.back().isDropped());
-    EXPECT_EQ(std::count_if(files.begin(), files.end(),
-                            [](const Candidate& file) { return file.isDropped(); }),
-              1);
 }
 
 TEST(AliasesOnDisk, AFolderMountedAtASecondPlaceHoldsNoCopies)
