@@ -6,6 +6,7 @@
 #include "Ground.h"
 #include "NoScanPromptView.h"
 #include "Refresher.h"
+#include "ScanErrorView.h"
 #include "ScreenHeader.h"
 #include "SidebarView.h"
 #include "WindowToolBar.h"
@@ -48,6 +49,7 @@ void ContentView::makeColumns(const AppScreens& screens)
     auto* const column = new QVBoxLayout;
     column->setSpacing(0);
     column->addWidget(m_toolBar);
+    column->addWidget(new ScanFailureNotice(m_state, this));
     column->addWidget(m_detail, 1);
     columns->addLayout(column, 1);
 }

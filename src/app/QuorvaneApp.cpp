@@ -44,8 +44,7 @@ void QuorvaneApp::showWindow()
 
 void QuorvaneApp::openFolder(const FilePath& folder)
 {
-    m_appState.section = AppSection::analysis;
-    m_appState.startScan(folder);
+    m_appState.openFolder(folder);
 }
 
 bool QuorvaneApp::finishJobs(std::chrono::milliseconds atMost)

@@ -3,9 +3,13 @@
 
 #include "AppState.h"
 #include "EmptyState.h"
+#include "Label.h"
 #include "Refresher.h"
 
+#include <QHBoxLayout>
 #include <QVBoxLayout>
+
+#include <optional>
 
 namespace quorvane {
 
@@ -34,6 +38,38 @@ void ScanErrorView::showMessage()
     if (m_state.errorMessage.value()) {
         m_empty->setText(*m_state.errorMessage.value());
     }
+}
+
+ScanFailureNotice::ScanFailureNotice(AppState& state, QWidget* parent)
+    : Ground(ThemeColor::popover, Edge::bottom, parent)
+    , m_state(state)
+    , m_message(new ElidedLabel({}, Qt::ElideMiddle, TextStyle::body, ThemeColor::text1, this))
+    , m_refresher(new Refresher(this, [this] { refresh(); }))
+{
+    constexpr int sideMargin = 16;
+    constexpr int edgeMargin = 8;
+    setObjectName(QStringLiteral("scanFailureNotice"));
+    m_message->setObjectName(QStringLiteral("scanFailureMessage"));
+    auto* const show = new Button(tr("Show"), ButtonRole::bordered, ControlSize::small, this);
+    show->setObjectName(QStringLiteral("showScanFailureButton"));
+    connect(show, &QAbstractButton::clicked, this,
+            [this] { m_state.section = AppSection::analysis; });
+    auto* const line = new QHBoxLayout(this);
+    line->setContentsMargins(sideMargin, edgeMargin, sideMargin, edgeMargin);
+    line->addWidget(m_message, 1);
+    line->addWidget(show);
+    m_refresher->watch(m_state.errorMessage, m_state.section);
+    refresh();
+}
+
+void ScanFailureNotice::refresh()
+{
+    const std::optional<QString>& message = m_state.errorMessage.value();
+    const bool isTold = message && m_state.section.value() != AppSection::analysis;
+    if (isTold) {
+        m_message->setText(tr("Scan failed") + QStringLiteral(": ") + *message);
+    }
+    setVisible(isTold);
 }
 
 } // namespace quorvane

@@ -1,11 +1,14 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "Ground.h"
+
 #include <QWidget>
 
 namespace quorvane {
 
 class AppState;
+class ElidedLabel;
 class EmptyState;
 class Refresher;
 
@@ -22,6 +25,23 @@ private:
 
     AppState& m_state;
     EmptyState* m_empty;
+    Refresher* m_refresher;
+};
+
+/// One line over any other section that tells of a scan that failed there, with the way back to the
+/// analysis. On show while there is something to tell. Main thread.
+class ScanFailureNotice : public Ground
+{
+    Q_OBJECT
+
+public:
+    explicit ScanFailureNotice(AppState& state, QWidget* parent = nullptr);
+
+private:
+    void refresh();
+
+    AppState& m_state;
+    ElidedLabel* m_message;
     Refresher* m_refresher;
 };
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "TaskPool.h"
 
-#include <system_error>
+#include <exception>
 #include <utility>
 
 namespace quorvane {
@@ -23,15 +23,17 @@ TaskPool::~TaskPool()
     }
 }
 
-void TaskPool::run(JobPriority priority, std::function<void()> work)
+bool TaskPool::run(JobPriority priority, std::function<void()> work)
 {
     if (isUtilityThread) {
         // A new thread inherits the priority of the one that makes it, and cannot get it back.
         priority = JobPriority::utility;
     }
+    // Let go of outside the lock: what a job holds may call back into the pool.
+    std::function<void()> refused;
     const std::lock_guard guard(m_lock);
     if (m_closing) {
-        return;
+        return true;
     }
     Lane& target = lane(priority);
     target.waiting.push_back(std::move(work));
@@ -41,10 +43,17 @@ void TaskPool::run(JobPriority priority, std::function<void()> work)
         try {
             m_threads.emplace_back([this, priority] { serve(priority); });
             ++target.threads;
-        } catch (const std::system_error&) {
-            // At the system's limit of threads the work waits for one of those that are there.
+        } catch (const std::exception&) {
+            // std::system_error at the limit of threads, std::bad_alloc at that of memory: the work
+            // waits for one of the threads that are there.
+            if (target.threads == 0) {
+                refused = std::move(target.waiting.back());
+                target.waiting.pop_back();
+                return false;
+            }
         }
     }
+    return true;
 }
 
 bool TaskPool::drain(std::chrono::milliseconds timeout)

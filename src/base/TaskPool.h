@@ -35,8 +35,9 @@ public:
     ~TaskPool();
 
     /// Returns at once. After drain() or during destruction the work is dropped. What utility work
-    /// starts is utility work, too.
-    void run(JobPriority priority, std::function<void()> work);
+    /// starts is utility work, too. False when the system grants no thread and none is there: the
+    /// work is dropped then as well.
+    bool run(JobPriority priority, std::function<void()> work);
 
     /// Takes no more work, drops what is waiting, and waits until every running job has ended, at
     /// most timeout. Returns whether all have. Not on a pool thread.

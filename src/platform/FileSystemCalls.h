@@ -102,6 +102,9 @@ public:
     /// ordinary when it cannot be told.
     virtual VolumeKind volumeKind(int parent, const char* name) = 0;
 
+    /// Where a path leads when every link on it is followed. False when it leads nowhere.
+    virtual bool resolve(const char* path, std::string& resolved);
+
     /// Total bytes of the volume that holds the path and those that the user may still fill. False
     /// when it cannot be asked.
     virtual bool volumeCapacity(const char* path, VolumeCapacity& capacity) = 0;

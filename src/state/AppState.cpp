@@ -32,6 +32,7 @@ void AppState::dropOldScan()
     rootNode = nullptr;
     selectedNode = nullptr;
     focusNode = nullptr;
+    dropCreationDate();
     dropQueue();
     nodesByID = std::make_shared<const NodeIndex>();
     dropDuplicates();

@@ -10,6 +10,7 @@
 #include <functional>
 #include <memory>
 #include <mutex>
+#include <new>
 #include <type_traits>
 #include <utility>
 #include <vector>
@@ -86,18 +87,36 @@ public:
     /// job was cancelled or the runner is gone by then: the one place where a stale result is
     /// dropped. What a cancelled job has found may be large and ends on a pool thread. work takes
     /// what it needs by value and never sees the model or a QObject.
+    ///
+    /// failed() is called on the main thread in the place of publish() when the job cannot have a
+    /// thread, or its work not the memory that it needs (std::bad_alloc).
     template<class Work, class Publish>
-    JobHandle start(JobPriority priority, Work work, Publish publish)
+    JobHandle start(JobPriority priority, Work work, Publish publish,
+                    std::function<void()> failed = {})
     {
         using Result = std::invoke_result_t<Work&, const Job&>;
         auto job = std::make_shared<Job>();
         remember(job);
-        m_pool.run(priority, [this, job, post = poster(), work = std::move(work),
-                              publish = std::move(publish)]() mutable {
+        const auto fail = [job, post = poster(), failed = std::move(failed)] {
+            post([job, failed] {
+                if (!job->isCancelled() && failed) {
+                    failed();
+                }
+            });
+        };
+        const bool isStarted = m_pool.run(priority, [this, job, post = poster(), fail,
+                                                     work = std::move(work),
+                                                     publish = std::move(publish)]() mutable {
             if (job->isCancelled()) {
                 return;
             }
-            auto result = std::make_shared<Result>(work(*job));
+            std::shared_ptr<Result> result;
+            try {
+                result = std::make_shared<Result>(work(*job));
+            } catch (const std::bad_alloc&) {
+                fail();
+                return;
+            }
             // The block runs only as long as the runner is there.
             post([this, job, result = std::move(result), publish = std::move(publish)]() mutable {
                 if (job->isCancelled()) {
@@ -107,6 +126,9 @@ public:
                 }
             });
         });
+        if (!isStarted) {
+            fail();
+        }
         return job;
     }
 

@@ -85,9 +85,11 @@ public:
     /// Discards the run before, sets running and a progress of 0, and runs work(const JobRun&) on a
     /// pool thread. When it returns, on the main thread: running becomes false, then
     /// publish(result) is called, unless the run was discarded or stopped meanwhile. work takes its
-    /// inputs by value and never sees the model.
+    /// inputs by value and never sees the model. Without a thread or memory for it, failed() is
+    /// called instead of publish().
     template<class Work, class Publish>
-    void restart(JobPriority priority, Work work, Publish publish)
+    void restart(JobPriority priority, Work work, Publish publish,
+                 std::function<void()> failed = {})
     {
         begin();
         m_job = m_jobs.start(
@@ -97,6 +99,12 @@ public:
             [this, publish = std::move(publish)](auto result) mutable {
                 end();
                 publish(std::move(result));
+            },
+            [this, failed = std::move(failed)] {
+                end();
+                if (failed) {
+                    failed();
+                }
             });
     }
 

@@ -5,10 +5,13 @@
 #include "FacetHost.h"
 #include "Workspace.h"
 
+#include <utility>
+
 namespace quorvane {
 
 NavigationState::NavigationState(FacetHost& host)
     : m_host(host)
+    , m_creationSlot(host.jobs())
 {}
 
 NodePointer NavigationState::shownNode() const
@@ -35,9 +38,34 @@ void NavigationState::focusUp()
     selectedNode = nullptr;
 }
 
-std::optional<std::int64_t> NavigationState::creationDate(const FileNode& node) const
+void NavigationState::readCreationDate(const NodePointer& node)
 {
-    return DiskScanner(0, m_host.platform().fileSystem).fileCreationDate(node.path());
+    if (m_creationSlot.isRunning()) {
+        m_readsCreationNext = node == m_readsCreationOf ? nullptr : node;
+        return;
+    }
+    m_readsCreationOf = node;
+    const auto publish = [this](const std::optional<std::int64_t>& seconds) {
+        if (const NodePointer read = std::exchange(m_readsCreationOf, nullptr)) {
+            creationDate = CreationDate{read, seconds};
+        }
+        if (const NodePointer next = std::exchange(m_readsCreationNext, nullptr)) {
+            readCreationDate(next);
+        }
+    };
+    m_creationSlot.restart(
+        JobPriority::userInitiated,
+        [path = node->path(), calls = &m_host.platform().fileSystem](const JobRun&) {
+            return DiskScanner(1, *calls).fileCreationDate(path);
+        },
+        publish, [publish] { publish(std::nullopt); });
+}
+
+void NavigationState::dropCreationDate()
+{
+    m_readsCreationOf = nullptr;
+    m_readsCreationNext = nullptr;
+    creationDate = CreationDate{};
 }
 
 void NavigationState::revealInFinder(const FileNode& node)

@@ -7,6 +7,7 @@
 #include "Text.h"
 
 #include <algorithm>
+#include <string>
 #include <utility>
 #include <variant>
 
@@ -19,6 +20,16 @@ bool concerns(const FilePath& folder, const std::vector<FilePath>& paths)
     return std::any_of(paths.begin(), paths.end(), [&folder](const FilePath& path) {
         return folder.holds(path) || path.holds(folder);
     });
+}
+
+/// Where the path leads if it is a link, else the path itself. Asks the disk.
+FilePath behindLink(const FilePath& path, const DiskScanner& scanner, FileSystemCalls& calls)
+{
+    const std::optional<ItemMetadata> entry = scanner.allMetadata(path);
+    std::string resolved;
+    return entry && entry->isSymbolicLink && calls.resolve(path.bytes().c_str(), resolved)
+               ? FilePath(std::move(resolved))
+               : path;
 }
 
 } // namespace
@@ -47,17 +58,19 @@ void ScanState::pickFolder()
             if (folder.isEmpty()) {
                 return;
             }
-            post([this, folder] {
-                m_host.showSection(AppSection::analysis);
-                startScan(folder);
-            });
+            post([this, folder] { openFolder(folder); });
         });
+}
+
+void ScanState::openFolder(const FilePath& folder)
+{
+    m_host.showSection(AppSection::analysis);
+    startScan(folder, Link::follow);
 }
 
 void ScanState::scanHome()
 {
-    m_host.showSection(AppSection::analysis);
-    startScan(homeURL());
+    openFolder(homeURL());
 }
 
 void ScanState::scanFullMac()
@@ -75,6 +88,11 @@ void ScanState::rescan()
 
 void ScanState::startScan(const FilePath& url)
 {
+    startScan(url, Link::refuse);
+}
+
+void ScanState::startScan(const FilePath& url, Link link)
+{
     if (isScanning) {
         return;
     }
@@ -82,17 +100,21 @@ void ScanState::startScan(const FilePath& url)
     m_scannedURL = url;
     m_scanSlot.restart(
         JobPriority::userInitiated,
-        [this, url, calls = &m_host.platform().fileSystem](const JobRun& run) {
-            const auto onProgress = [this, &run](const ScanProgress& report) {
+        [this, url, link, calls = &m_host.platform().fileSystem](const JobRun& run) {
+            DiskScanner scanner(0, *calls);
+            const FilePath root = link == Link::follow ? behindLink(url, scanner, *calls) : url;
+            const auto onProgress = [this, &run, &root](const ScanProgress& report) {
                 if (run.isStopped()) {
                     return false;
                 }
-                run.report([this, report] { progress = report; });
+                run.report([this, report, root] {
+                    progress = report;
+                    m_scannedURL = root;
+                });
                 return true;
             };
             FinishedScan finished;
-            DiskScanner scanner(0, *calls);
-            DiskScanner::Result result = scanner.scan(url, onProgress);
+            DiskScanner::Result result = scanner.scan(root, onProgress);
             if (auto* error = std::get_if<DiskScanError>(&result)) {
                 finished.error = std::move(*error);
             } else {
@@ -102,7 +124,8 @@ void ScanState::startScan(const FilePath& url)
             }
             return finished;
         },
-        [this](FinishedScan finished) { publishScan(std::move(finished)); });
+        [this](FinishedScan finished) { publishScan(std::move(finished)); },
+        [this, url] { consumeError({"Not enough memory or threads to scan " + url.bytes()}); });
     progress = ScanProgress{};
     dropOldScan();
 }

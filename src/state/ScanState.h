@@ -41,6 +41,8 @@ public:
     /// The path unchanged, with no shortening of the home folder. For the screen only.
     static QString displayPath(const FilePath& url) { return url.displayText(); }
 
+    /// Shows the analysis and scans a folder that a person has named. A link is followed there.
+    void openFolder(const FilePath& folder);
     void pickFolder();
     void scanHome();
     void scanFullMac();
@@ -71,6 +73,8 @@ private:
         DiskScanError error;
     };
 
+    enum class Link { follow, refuse };
+    void startScan(const FilePath& url, Link link);
     void publishScan(FinishedScan finished);
 
     FacetHost& m_host;

@@ -47,7 +47,8 @@ public:
     /// stagedNodes, and none where the queue stays as it is.
     void changeStaged(const std::vector<FileNode*>& unstaged,
                       const std::vector<NodePointer>& staged);
-    /// Bytes of the queue, each entry counted by itself, whether or not it lies inside another.
+    /// Bytes of the queue, each entry counted by itself, whether or not it lies inside another;
+    /// at most the largest number.
     std::int64_t stagedSpace() const;
     /// Looks in the background at what stands in the way of the queue; queueCautions tells. What a
     /// look under way would have told is dropped.

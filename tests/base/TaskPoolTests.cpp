@@ -3,6 +3,10 @@
 
 #include <gtest/gtest.h>
 
+#include <sys/resource.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
 #include <atomic>
 #include <chrono>
 #include <future>
@@ -247,6 +251,32 @@ TEST(TaskPool, ADroppedJobMayCallBackIntoThePool)
     EXPECT_FALSE(pool.drain(0ms));
     gate.open();
     EXPECT_TRUE(pool.drain(patience));
+}
+
+/// Runs the body in a child process that cannot have another thread; false when it did not hold.
+bool holdsWithoutThreads(bool (*body)())
+{
+    const pid_t child = fork();
+    if (child == 0) {
+        const rlimit none{0, 0};
+        const bool isPoor =
+            (geteuid() != 0 || setuid(65534) == 0) && setrlimit(RLIMIT_NPROC, &none) == 0;
+        _exit(isPoor && body() ? 0 : 1);
+    }
+    int status = -1;
+    waitpid(child, &status, 0);
+    return WIFEXITED(status) && WEXITSTATUS(status) == 0;
+}
+
+TEST(TaskPool, RefusesWorkThatCanNeverHaveAThread)
+{
+    EXPECT_TRUE(holdsWithoutThreads([] {
+        TaskPool pool;
+        bool hasRun = false;
+        const bool isTaken = pool.run(JobPriority::userInitiated, [&hasRun] { hasRun = true; });
+        // Twice: the first refusal leaves nothing behind.
+        return !isTaken && !pool.run(JobPriority::utility, [&hasRun] { hasRun = true; }) && !hasRun;
+    }));
 }
 
 } // namespace

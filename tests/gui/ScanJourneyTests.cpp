@@ -118,6 +118,28 @@ TEST_F(ScanJourney, AFailureIsToldAndTryingAgainLeadsBackToWelcome)
     EXPECT_FALSE(state().errorMessage.value().has_value());
 }
 
+TEST_F(ScanJourney, AFailureInAnotherSectionIsToldThereWithAWayBack)
+{
+    start();
+    for (const AppSection section : {AppSection::duplicates, AppSection::settings}) {
+        m_program->openFolder(m_disk.path("missing"));
+        state().section = section;
+        ASSERT_TRUE(waitUntilShown("scanFailureNotice"));
+        EXPECT_EQ(state().section.value(), section);
+        EXPECT_TRUE(textsBelow(*find("scanFailureNotice"))
+                        .contains(QStringLiteral("Scan failed: Cannot access ") +
+                                  m_disk.path("missing").displayText()));
+        click("showScanFailureButton");
+        ASSERT_TRUE(waitUntilShown("scanErrorView"));
+        EXPECT_FALSE(isShown("scanFailureNotice"));
+        click("tryAgainButton");
+        ASSERT_TRUE(waitUntilShown("welcomeView"));
+    }
+    state().section = AppSection::settings;
+    settle();
+    EXPECT_FALSE(isShown("scanFailureNotice"));
+}
+
 TEST_F(ScanJourney, ALaterFailureShowsItsOwnText)
 {
     start();

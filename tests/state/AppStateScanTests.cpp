@@ -1,10 +1,16 @@
 // SPDX-License-Identifier: MIT
 #include "Gate.h"
 #include "StateFixture.h"
+#include "UnprivilegedRun.h"
 
 #include <QCoreApplication>
 #include <QStringList>
 
+#include <sys/resource.h>
+
+#include <filesystem>
+#include <mutex>
+#include <set>
 #include <string>
 
 namespace quorvane {
@@ -282,11 +288,18 @@ TEST_F(AppStateScan, ScanFullMacStartsAtTheRootOfTheFileSystem)
     // No test walks the whole disk: the root cannot be asked about here.
     calls.failAlways(Call::status);
     AppState& state = start();
+    std::mutex lock;
+    std::set<std::string> asked;
+    calls.before(Call::status, [&](int, std::string_view name) {
+        const std::lock_guard guard(lock);
+        asked.emplace(name);
+    });
     state.section = AppSection::monitor;
     state.scanFullMac();
     EXPECT_EQ(state.section.value(), AppSection::analysis);
     awaitScan();
     EXPECT_EQ(state.errorMessage.value(), QStringLiteral("Cannot access /"));
+    EXPECT_EQ(asked, std::set<std::string>{"/"});
 }
 
 TEST_F(AppStateScan, PickFolderAsksAndScansTheAnswer)
@@ -305,6 +318,73 @@ TEST_F(AppStateScan, PickFolderAsksAndScansTheAnswer)
     ASSERT_TRUE(waitFor([&state] { return state.hasScan(); }));
     EXPECT_EQ(state.section.value(), AppSection::analysis);
     EXPECT_EQ(state.rootNode.value()->path(), disk.path("picked"));
+}
+
+TEST_F(AppStateScan, FolderThatIsALinkIsScannedWhereItLeads)
+{
+    disk.file("real/inner/f", 5);
+    disk.symbolicLink("real/inner", "alias");
+    const FilePath folder(std::filesystem::canonical(disk.path("alias").bytes()).string());
+    AppState& state = start();
+    state.pickFolder();
+    platform.folderChooser.confirm(disk.path("alias"));
+    ASSERT_TRUE(waitFor([&state] { return state.hasScan(); }));
+    EXPECT_EQ(state.rootNode.value()->path(), folder);
+    state.openFolder(disk.path("alias"));
+    ASSERT_TRUE(waitFor([&state] { return state.hasScan(); }));
+    EXPECT_EQ(state.rootNode.value()->path(), folder);
+    // A scan of the tree's own root follows nothing.
+    state.startScan(disk.path("alias"));
+    awaitScan();
+    EXPECT_EQ(state.errorMessage.value(),
+              QStringLiteral("Not a directory: ") + disk.path("alias").displayText());
+}
+
+TEST_F(AppStateScan, LinkThatLeadsToNoFolderIsNoFolder)
+{
+    disk.file("file", 5);
+    disk.symbolicLink("nowhere", "dangling");
+    disk.symbolicLink("file", "alias");
+    AppState& state = start();
+    for (const char* const name : {"dangling", "alias"}) {
+        state.openFolder(disk.path(name));
+        awaitScan();
+        ASSERT_TRUE(state.errorMessage.value().has_value()) << name;
+        EXPECT_TRUE(state.errorMessage.value()->startsWith(QStringLiteral("Not a directory: ")));
+        EXPECT_FALSE(state.hasScan());
+    }
+}
+
+TEST_F(AppStateScan, HomeThatIsALinkIsScannedWhereItLeads)
+{
+    disk.file("real/f", 5);
+    disk.symbolicLink("real", "home");
+    FakePlatform linked{disk.path("home"), calls};
+    AppState state(linked.platform());
+    state.scanHome();
+    ASSERT_TRUE(waitFor([&state] { return !state.isScanning.value(); }));
+    ASSERT_TRUE(state.hasScan());
+    EXPECT_EQ(state.rootNode.value()->scannedBytes(), 5);
+    EXPECT_EQ(state.homeURL(), disk.path("home"));
+}
+
+TEST_F(AppStateScan, WithoutAThreadItEndsWithAMessage)
+{
+    const FilePath root = disk.root();
+    inChildProcess([&root] {
+        asUnprivilegedUser([&root] {
+            // Another process's threads count towards the limit as well, and none is left.
+            const rlimit none{0, 0};
+            ASSERT_EQ(setrlimit(RLIMIT_NPROC, &none), 0);
+            FakePlatform poor{root, FileSystemCalls::system()};
+            AppState state(poor.platform());
+            state.startScan(root);
+            ASSERT_TRUE(waitFor([&state] { return !state.isScanning.value(); }));
+            EXPECT_EQ(state.errorMessage.value(),
+                      QStringLiteral("Not enough memory or threads to scan ") + root.displayText());
+            EXPECT_FALSE(state.hasScan());
+        });
+    });
 }
 
 TEST_F(AppStateScan, PickFolderWithoutAnAnswerDoesNothing)

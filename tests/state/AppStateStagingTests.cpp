@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <atomic>
 #include <filesystem>
+#include <limits>
 #include <string>
 #include <utility>
 #include <vector>
@@ -131,6 +132,17 @@ TEST_F(AppStateStaging, CountsAFileInsideAStagedFolderTwice)
     EXPECT_EQ(platform.trash.asked(), std::vector{disk.path("folder")}) << "the file went with it";
     EXPECT_EQ(state().trashStatus.value(), QStringLiteral("Moved 2 items to Trash."));
     EXPECT_TRUE(state().rootNode.value()->children().empty());
+}
+
+TEST_F(AppStateStaging, HugeClaimsThatCountTwiceEndAtTheLargestNumber)
+{
+    constexpr std::int64_t claim = std::int64_t{6} << 60;
+    const auto tree = test::treeFromText("folder/\n  hole " + std::to_string(claim) + "\n");
+    state().rootNode = tree->rootPointer();
+    for (const char* const name : {"folder", "folder/hole"}) {
+        state().toggleStaged(NodePointer(tree->rootPointer(), &test::nodeAt(tree->root(), name)));
+    }
+    EXPECT_EQ(state().stagedSpace(), std::numeric_limits<std::int64_t>::max());
 }
 
 TEST_F(AppStateStaging, ABatchGoesOnBehindAFailure)

@@ -289,6 +289,39 @@ TEST_F(JobRunnerTest, PosterKeepsTheOrderAndEndsWithTheRunner)
     EXPECT_EQ(seen.size(), 100U);
 }
 
+TEST_F(JobRunnerTest, WorkWithoutMemoryFailsOnTheMainThread)
+{
+    std::thread::id where;
+    bool isPublished = false;
+    m_runner->start(
+        JobPriority::userInitiated, [](const Job&) -> int { throw std::bad_alloc(); },
+        [&](int) { isPublished = true; }, [&] { where = std::this_thread::get_id(); });
+    ASSERT_TRUE(waitFor([&] { return where == std::this_thread::get_id(); }));
+    EXPECT_FALSE(isPublished);
+}
+
+TEST_F(JobRunnerTest, FailureOfACancelledJobIsNotTold)
+{
+    Gate gate;
+    bool isTold = false;
+    const JobHandle job = m_runner->start(
+        JobPriority::userInitiated,
+        [&gate](const Job&) -> int {
+            gate.pass();
+            throw std::bad_alloc();
+        },
+        [](int) {}, [&] { isTold = true; });
+    job->cancel();
+    gate.open();
+    bool isLater = false;
+    m_runner->start(
+        JobPriority::userInitiated, [](const Job&) -> int { throw std::bad_alloc(); }, [](int) {},
+        [&] { isLater = true; });
+    ASSERT_TRUE(waitFor([&] { return isLater; }));
+    m_runner.reset();
+    EXPECT_FALSE(isTold);
+}
+
 TEST_F(JobRunnerTest, ReleasedThingEndsOnAnotherThread)
 {
     std::atomic<bool> hasEnded = false;

@@ -6,9 +6,11 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <cstdlib>
 #include <limits>
 #include <array>
 #include <climits>
+#include <memory>
 
 namespace quorvane {
 namespace {
@@ -36,6 +38,15 @@ EntryStatus::Kind kindOf(mode_t mode)
 int FileSystemCalls::noDirectory()
 {
     return AT_FDCWD;
+}
+
+bool FileSystemCalls::resolve(const char* path, std::string& resolved)
+{
+    const std::unique_ptr<char, decltype(&std::free)> found(realpath(path, nullptr), &std::free);
+    if (found) {
+        resolved = found.get();
+    }
+    return found != nullptr;
 }
 
 int PosixFileSystemCalls::openDirectory(int parent, const char* name)

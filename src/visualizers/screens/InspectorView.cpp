@@ -79,6 +79,8 @@ InspectorView::InspectorView(AppState& state, QWidget* parent)
     // Nothing else changes with each item of a batch.
     auto* const stageRefresher = new Refresher(this, [this] { refreshStage(); });
     stageRefresher->watch(m_state.stagedNodes, m_state.trashProgress);
+    auto* const creationRefresher = new Refresher(this, [this] { refreshFacts(); });
+    creationRefresher->watch(m_state.creationDate);
     refresh();
 }
 
@@ -211,6 +213,9 @@ void InspectorView::refresh()
         showHeader(*node);
         showActions(*node);
         showFacts(*node);
+        if (tellsCreation(*node)) {
+            m_state.readCreationDate(node);
+        }
         showLargestInside(*node);
     }
 }
@@ -220,6 +225,14 @@ void InspectorView::refreshStage()
     const NodePointer node = m_state.selectedNode.value();
     if (node && m_state.inspectorVisible()) {
         showActions(*node);
+    }
+}
+
+void InspectorView::refreshFacts()
+{
+    const NodePointer node = m_state.selectedNode.value();
+    if (node && m_state.inspectorVisible()) {
+        showFacts(*node);
     }
 }
 
@@ -243,8 +256,9 @@ void InspectorView::showActions(const FileNode& node)
 
 void InspectorView::showFacts(const FileNode& node)
 {
+    const CreationDate& read = m_state.creationDate.value();
     const std::optional<std::int64_t> created =
-        tellsCreation(node) ? m_state.creationDate(node) : std::nullopt;
+        tellsCreation(node) && read.node.get() == &node ? read.seconds : std::nullopt;
     const std::vector<InspectorFact> facts =
         inspectorFacts(node, created, QDateTime::currentSecsSinceEpoch());
     for (std::size_t i = 0; i < m_facts.size(); ++i) {

@@ -41,6 +41,7 @@ private:
     void addQuickLookKey(ActionTile& tile);
     void refresh();
     void refreshStage();
+    void refreshFacts();
     void showHeader(const FileNode& node);
     void showActions(const FileNode& node);
     void showFacts(const FileNode& node);
