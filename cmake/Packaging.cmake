@@ -2,6 +2,8 @@
 # Where the program and what belongs to it are installed, and the package made of that.
 
 set(QUORVANE_ID io.github.quorvane.Quorvane)
+# An installation needs the program, not the tests.
+set(CMAKE_SKIP_INSTALL_ALL_DEPENDENCY ON)
 
 if(NOT TARGET quorvane)
   return()
@@ -25,13 +27,24 @@ else()
   install(FILES ${linux}/${QUORVANE_ID}.metainfo.xml DESTINATION ${CMAKE_INSTALL_DATADIR}/metainfo)
   install(FILES ${linux}/${QUORVANE_ID}.svg
           DESTINATION ${CMAKE_INSTALL_DATADIR}/icons/hicolor/scalable/apps)
-  install(FILES ${CMAKE_SOURCE_DIR}/LICENSE DESTINATION ${CMAKE_INSTALL_DOCDIR} RENAME copyright)
+  install(FILES ${linux}/copyright DESTINATION ${CMAKE_INSTALL_DOCDIR})
+  # Compressed without a name and a time, so that two builds give the same package.
+  find_program(QUORVANE_GZIP gzip REQUIRED)
+  foreach(page quorvane.1 changelog)
+    add_custom_command(OUTPUT ${page}.gz
+      COMMAND sh -c "\"$0\" -9nc \"$1\" >\"$2\"" ${QUORVANE_GZIP} ${linux}/${page} ${page}.gz
+      DEPENDS ${linux}/${page} VERBATIM)
+  endforeach()
+  add_custom_target(quorvane_pages ALL DEPENDS quorvane.1.gz changelog.gz)
+  add_dependencies(quorvane quorvane_pages)
+  install(FILES ${CMAKE_BINARY_DIR}/quorvane.1.gz DESTINATION ${CMAKE_INSTALL_MANDIR}/man1)
+  install(FILES ${CMAKE_BINARY_DIR}/changelog.gz DESTINATION ${CMAKE_INSTALL_DOCDIR})
   set(CPACK_GENERATOR DEB)
 endif()
 
 set(CPACK_PACKAGE_NAME quorvane)
 set(CPACK_PACKAGE_VENDOR "The Quorvane authors")
-set(CPACK_PACKAGE_CONTACT "The Quorvane authors <quorvane@localhost>")
+set(CPACK_PACKAGE_CONTACT "The Quorvane authors <maintainers@quorvane.github.io>")
 set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "desktop disk-space analyser")
 set(CPACK_PACKAGE_DESCRIPTION
     "Quorvane walks a folder or the whole disk with a few workers and draws what it found
@@ -43,7 +56,12 @@ set(CPACK_DEBIAN_PACKAGE_SECTION utils)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
 # Loaded at run time, so that no library dependency tells of it.
 set(CPACK_DEBIAN_PACKAGE_DEPENDS "qt6-qpa-plugins")
+set(CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION ON)
+set(CPACK_DEBIAN_PACKAGE_HOMEPAGE "https://quorvane.github.io")
 # The typeface, and previews of WebP and TIFF pictures. What decodes HEIC, PDF, sound and film comes
-# with the libraries that we link.
-set(CPACK_DEBIAN_PACKAGE_RECOMMENDS "fonts-inter, qt6-image-formats-plugins")
+# with the libraries that we link. A window on Wayland without a detour over X11. The Trash that the
+# desktop shows: gvfs lists and empties what GIO moves there, its daemons on every volume. The portal
+# that asks for a folder and tells light from dark.
+set(CPACK_DEBIAN_PACKAGE_RECOMMENDS
+    "fonts-inter, gvfs, gvfs-daemons, qt6-image-formats-plugins, qt6-wayland, xdg-desktop-portal")
 include(CPack)

@@ -23,6 +23,8 @@ packages_test=(
     tesseract-ocr-deu # a language beside English on screenshots
     desktop-file-utils appstream # validators of the desktop entry and the metainfo
     libglib2.0-bin gvfs-daemons gvfs dbus-daemon # gio and its Trash service: a second look at ours
+    lintian dpkg-dev file man-db # the package and its manual page
+    xvfb xdotool weston qt6-wayland # the installed program on X11 and on Wayland
 )
 packages_window=(
     xvfb openbox         # a display and a window manager where there is none
