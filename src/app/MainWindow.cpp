@@ -4,12 +4,15 @@
 #include "AppMenuBar.h"
 #include "AppState.h"
 #include "ContentView.h"
+#include "Dialog.h"
 #include "FlashPresenter.h"
 #include "Ground.h"
 #include "NodeColors.h"
+#include "Refresher.h"
 #include "Tokens.h"
 #include "WindowPreview.h"
 
+#include <QCloseEvent>
 #include <QPaintEvent>
 #include <QPainter>
 #include <QScreen>
@@ -60,6 +63,8 @@ MainWindow::MainWindow(AppState& state, AppScreens screens)
             Qt::QueuedConnection);
     new WindowPreview(state, this);
     m_paletteChanged = state.storagePalette.addNotifier([this] { update(); });
+    m_farewellRefresher = new Refresher(this, [this] { refreshFarewell(); });
+    m_farewellRefresher->watch(state.isTrashingStaged, state.trashStatus);
     setMinimumSize(minimumContentSize);
     takeDefaultSize();
 }
@@ -69,6 +74,39 @@ void MainWindow::takeDefaultSize()
 {
     const QSize room = screen()->availableSize();
     resize(defaultSize.boundedTo(room).expandedTo(minimumContentSize));
+}
+
+void MainWindow::closeEvent(QCloseEvent* event)
+{
+    if (!m_state.isTrashingStaged.value()) {
+        QWidget::closeEvent(event);
+        return;
+    }
+    event->ignore();
+    if (m_farewell) {
+        return;
+    }
+    m_farewell = new Dialog(this);
+    m_farewell->setObjectName(QStringLiteral("waitForTrashDialog"));
+    m_farewell->setSymbol(QStringLiteral("trash.fill"), Tint::neutral);
+    m_farewell->setTitle(tr("Quorvane closes when the move is done"));
+    m_farewell->addButton(tr("Keep Open"), ButtonRole::bordered, false);
+    connect(m_farewell, &Dialog::rejected, this, [this] { m_farewell = nullptr; });
+    refreshFarewell();
+    m_farewell->open();
+}
+
+void MainWindow::refreshFarewell()
+{
+    if (!m_farewell) {
+        return;
+    }
+    if (m_state.isTrashingStaged.value()) {
+        m_farewell->setText(m_state.trashStatus.value().value_or(QString()));
+        return;
+    }
+    std::exchange(m_farewell, nullptr)->closeDialog();
+    close();
 }
 
 void MainWindow::showEvent(QShowEvent* event)

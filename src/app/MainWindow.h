@@ -4,6 +4,7 @@
 #include "AppScreens.h"
 #include "WindowGround.h"
 
+#include <QPointer>
 #include <QProperty>
 #include <QSize>
 #include <QWidget>
@@ -12,7 +13,9 @@ namespace quorvane {
 
 class AppState;
 class ContentView;
+class Dialog;
 class FlashPresenter;
+class Refresher;
 
 /// The program's window: menu bar over the root screen on the tinted ground, and the flash banner
 /// above them. Main thread.
@@ -31,11 +34,14 @@ public:
     ContentView& content() { return *m_content; }
 
 protected:
+    /// While a batch is on its way to the Trash the window says so, and closes when it is done.
+    void closeEvent(QCloseEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
     void showEvent(QShowEvent* event) override;
 
 private:
     void takeDefaultSize();
+    void refreshFarewell();
 
     AppState& m_state;
     AppScreens m_screens;
@@ -43,6 +49,8 @@ private:
     WindowGround m_ground;
     FlashPresenter* m_flash;
     QPropertyNotifier m_paletteChanged;
+    QPointer<Dialog> m_farewell; ///< tells that the window closes when the batch is done
+    Refresher* m_farewellRefresher;
 };
 
 } // namespace quorvane

@@ -50,6 +50,8 @@ void QuorvaneApp::openFolder(const FilePath& folder)
 bool QuorvaneApp::finishJobs(std::chrono::milliseconds atMost)
 {
     m_appState.cancelScan();
+    m_appState.jobs().close();
+    m_appState.waitForBatch();
     return m_appState.jobs().drain(atMost);
 }
 

@@ -34,7 +34,8 @@ public:
     void showWindow();
     /// Scans a folder that was handed over, as if the user had chosen it.
     void openFolder(const FilePath& folder);
-    /// Stops what runs and waits for it, at most atMost. Returns false if a job still hangs in a
+    /// Waits for a batch on its way to the Trash however long it takes, stops what else runs and
+    /// waits for that, at most atMost. Returns false if a job still hangs in a
     /// call to the system: it would keep the process from ending in the usual way.
     bool finishJobs(std::chrono::milliseconds atMost);
 

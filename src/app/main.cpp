@@ -8,6 +8,7 @@
 #include "MediaLog.h"
 #include "QuorvaneApp.h"
 #include "StartArguments.h"
+#include "TerminationSignals.h"
 #include "Theme.h"
 #include "ThreadPriority.h"
 #include "Trash.h"
@@ -79,6 +80,7 @@ int run(QApplication& application, const StartArguments& arguments)
     const Platform platform{FileSystemCalls::system(), preferences,  *workspace,     *folderChooser,
                             Trash::system(),           homeFolder(), lowerThisThread};
     QuorvaneApp program(application, platform, AppScreens::standard());
+    const TerminationSignals signals;
     program.showWindow();
     if (arguments.folder) {
         program.openFolder(*arguments.folder);

@@ -63,6 +63,7 @@ bool AcceptedLosses::contains(const std::shared_ptr<const DuplicateFinder::Group
 LastCopyGuard::LastCopyGuard(std::shared_ptr<const DuplicateFinder::Groups> groups,
                              std::span<const NodePointer> queue)
     : m_groups(groups ? std::move(groups) : std::make_shared<const DuplicateFinder::Groups>())
+    , m_nodes(queue.size(), nullptr)
     , m_groupsOf(queue.size())
     , m_stagedFiles(m_groups->size(), 0)
 {
@@ -83,6 +84,7 @@ void LastCopyGuard::noteEntries(std::span<const NodePointer> queue)
         if (&topOf(*node) != tree) {
             node = nodeAt(*tree, node->path());
         }
+        m_nodes[i] = node;
         if (node != nullptr) {
             m_entries[node].push_back(i);
         }
@@ -120,6 +122,20 @@ bool LastCopyGuard::isStaged(const FileNode& file) const
         }
     }
     return false;
+}
+
+const FileNode* LastCopyGuard::fileOf(std::size_t entry, std::size_t group) const
+{
+    for (const FileNode* const file : (*m_groups)[group].files()) {
+        const FileNode* node = file;
+        while (node != nullptr && node != m_nodes[entry]) {
+            node = node->parent();
+        }
+        if (node != nullptr) {
+            return file;
+        }
+    }
+    return nullptr;
 }
 
 std::vector<const FileNode*> LastCopyGuard::stayingFiles(std::size_t group) const

@@ -42,6 +42,8 @@ public:
     const std::shared_ptr<const DuplicateFinder::Groups>& groups() const { return m_groups; }
     /// The groups that have a file at or below the entry at that place of the queue, ascending.
     std::span<const std::size_t> groupsOf(std::size_t entry) const { return m_groupsOf[entry]; }
+    /// The first file of the group that is at or below the entry; null when none is.
+    const FileNode* fileOf(std::size_t entry, std::size_t group) const;
     /// The files of a group that are neither in the queue nor below a folder in it. One whose reading
     /// broke off is not known to be a copy and does not count.
     std::vector<const FileNode*> stayingFiles(std::size_t group) const;
@@ -60,6 +62,7 @@ private:
     std::shared_ptr<const DuplicateFinder::Groups> m_groups;
     /// Staged nodes of the groups' tree with their places in the queue.
     std::unordered_map<const FileNode*, std::vector<std::size_t>> m_entries;
+    std::vector<const FileNode*> m_nodes; ///< of the queue's entries; null for one elsewhere
     std::vector<std::vector<std::size_t>> m_groupsOf;
     std::vector<std::size_t> m_stagedFiles;
 };

@@ -2,6 +2,7 @@
 #include "TrashBatch.h"
 
 #include <algorithm>
+#include <span>
 #include <utility>
 
 namespace quorvane {
@@ -22,27 +23,56 @@ bool isOnDiskAsScanned(const FileNode& file)
     return !differenceOnDisk(TrashRequest::of(file));
 }
 
-QueueCaution cautionOf(const LastCopyGuard& guard, std::size_t entry)
+bool lacksAKeeper(const LastCopyGuard& guard, std::size_t entry)
+{
+    const std::span<const std::size_t> groups = guard.groupsOf(entry);
+    return std::any_of(groups.begin(), groups.end(), [&guard](std::size_t group) {
+        const std::vector<const FileNode*> staying = guard.stayingFiles(group);
+        return !guard.isAllStaged(group) &&
+               std::none_of(staying.begin(), staying.end(),
+                            [](const FileNode* file) { return isOnDiskAsScanned(*file); });
+    });
+}
+
+QueueCaution obstacleCaution(const QueueEntry& entry, const LastCopyGuard& guard, std::size_t place,
+                             const CheckedTrash& door)
 {
     QueueCaution caution;
-    for (const std::size_t group : guard.groupsOf(entry)) {
-        if (guard.isAllStaged(group)) {
-            if (caution.lostGroups++ == 0) {
-                const DuplicateFinder::Group& first = (*guard.groups())[group];
-                caution.kind = QueueCaution::Kind::takesLastCopy;
-                caution.copies = first.files().size();
-                caution.example = first.files().front();
-            }
-            continue;
-        }
-        const std::vector<const FileNode*> staying = guard.stayingFiles(group);
-        if (std::none_of(staying.begin(), staying.end(),
-                         [](const FileNode* file) { return isOnDiskAsScanned(*file); })) {
-            return {QueueCaution::Kind::noKeeperLeft, TrashOutcome::lastCopy, 0, 0,
-                    staying.front()};
-        }
+    if (const auto obstacle = door.obstacleTo(entry.request)) {
+        caution.kind = QueueCaution::Kind::willStay;
+        caution.obstacle = *obstacle;
+    } else if (lacksAKeeper(guard, place)) {
+        caution.kind = QueueCaution::Kind::noKeeperLeft;
     }
     return caution;
+}
+
+/// Gives each group that is staged as a whole to the last of the entries that go. Returns these
+/// groups.
+std::vector<std::size_t> noteLosses(const LastCopyGuard& guard, std::vector<QueueCaution>& cautions)
+{
+    std::vector<bool> isNoted(guard.groups()->size(), false);
+    std::vector<std::size_t> losses;
+    for (std::size_t entry = cautions.size(); entry-- > 0;) {
+        QueueCaution& caution = cautions[entry];
+        if (caution.kind != QueueCaution::Kind::none) {
+            continue;
+        }
+        for (const std::size_t group : guard.groupsOf(entry)) {
+            if (!guard.isAllStaged(group) || isNoted[group]) {
+                continue;
+            }
+            isNoted[group] = true;
+            losses.push_back(group);
+            if (caution.lostGroups++ == 0) {
+                caution.kind = QueueCaution::Kind::takesLastCopy;
+                caution.copies = (*guard.groups())[group].files().size();
+                caution.example = guard.fileOf(entry, group);
+            }
+        }
+    }
+    std::sort(losses.begin(), losses.end());
+    return losses;
 }
 
 } // namespace
@@ -104,22 +134,9 @@ cautionsOf(const std::vector<QueueEntry>& entries,
         if (isCancelled()) {
             return std::nullopt;
         }
-        QueueCaution caution = cautionOf(guard, i);
-        if (const auto obstacle = sameTable.obstacleTo(entries[i].request)) {
-            caution = {QueueCaution::Kind::willStay, *obstacle, 0, 0, nullptr};
-        }
-        if (caution.kind == QueueCaution::Kind::takesLastCopy) {
-            for (const std::size_t group : guard.groupsOf(i)) {
-                if (guard.isAllStaged(group)) {
-                    result.losses.indices.push_back(group);
-                }
-            }
-        }
-        result.cautions.push_back(caution);
+        result.cautions.push_back(obstacleCaution(entries[i], guard, i, sameTable));
     }
-    std::vector<std::size_t>& lost = result.losses.indices;
-    std::sort(lost.begin(), lost.end());
-    lost.erase(std::unique(lost.begin(), lost.end()), lost.end());
+    result.losses.indices = noteLosses(guard, result.cautions);
     result.losses.groups = guard.groups();
     return result;
 }

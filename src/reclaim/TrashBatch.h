@@ -51,14 +51,15 @@ struct QueueCaution
         none,
         willStay,      ///< obstacle tells why
         noKeeperLeft,  ///< it stays: the copies that were to be kept are not on disk as found
-        takesLastCopy, ///< all copies are staged, of it or of files in it
+        takesLastCopy, ///< with it, none of the copies of a file would be left
     };
 
     Kind kind = Kind::none;
     TrashOutcome obstacle = TrashOutcome::moved; ///< of willStay
-    std::size_t lostGroups = 0;        ///< of takesLastCopy: groups of which nothing would be left
-    std::size_t copies = 0;            ///< of takesLastCopy: copies of the first of these groups
-    const FileNode* example = nullptr; ///< of the two last: a file of the group in question
+    std::size_t lostGroups = 0; ///< of takesLastCopy: files of which nothing would be left
+    std::size_t copies = 0;     ///< of takesLastCopy: copies of the first of them
+    const FileNode* example =
+        nullptr; ///< of takesLastCopy: the first of them, at or below the entry
 
     friend bool operator==(const QueueCaution&, const QueueCaution&) = default;
 };
@@ -75,6 +76,8 @@ struct QueueCautions
     bool isEmpty() const;
 };
 
+/// A copy that is the last one to go stands for its group: of entries that take all copies between
+/// them, the one furthest back in the queue has the caution, and entries that stay count for none.
 /// Asks the disk, with one table of mounts for all. Blocks; not for the main thread. Absent once
 /// isCancelled answers yes.
 std::optional<QueueCautions>

@@ -1,11 +1,15 @@
 // SPDX-License-Identifier: MIT
 #include "AppVersion.h"
+#include "Button.h"
+#include "Dialog.h"
 #include "ProgramFixture.h"
+#include "TreeText.h"
 
 #include <QAction>
 #include <QFileOpenEvent>
 
 #include <chrono>
+#include <string>
 
 namespace quorvane {
 namespace {
@@ -89,6 +93,74 @@ TEST_F(LifeCycle, AJobThatHangsInTheSystemDoesNotHoldUpTheEnd)
     EXPECT_FALSE(m_program->finishJobs(20ms));
     m_gate.open();
     EXPECT_TRUE(m_program->finishJobs(10s));
+}
+
+/// A batch of one file that waits in front of its move.
+class ClosingDuringABatch : public LifeCycle
+{
+protected:
+    void startBatch()
+    {
+        m_disk.file("home/staged", 10);
+        m_platform.trash.answer = [this](const FilePath&) {
+            m_trashGate.pass();
+            return Trash::Outcome::moved;
+        };
+        start();
+        state().scanHome();
+        ASSERT_TRUE(waitUntilShown("visualizerHost"));
+        FileNode& root = *state().rootNode.value();
+        state().toggleStaged(state().share(&test::nodeAt(root, "staged")));
+        for (FileNode& child : root.children()) {
+            if (child.name() == "more") {
+                for (FileNode& file : child.children()) {
+                    state().toggleStaged(state().share(&file));
+                }
+            }
+        }
+        state().sendStagedToTrash();
+        m_trashGate.awaitVisitor();
+    }
+    Dialog* farewell() { return window().findChild<Dialog*>(QStringLiteral("waitForTrashDialog")); }
+
+    Gate m_trashGate;
+};
+
+TEST_F(ClosingDuringABatch, TheWindowSaysSoAndClosesWhenTheBatchIsDone)
+{
+    startBatch();
+    find<QAction>("closeWindowAction")->trigger();
+    EXPECT_TRUE(window().isVisible());
+    ASSERT_NE(farewell(), nullptr);
+    EXPECT_TRUE(farewell()->isVisible());
+    EXPECT_EQ(farewell()->accessibleDescription(), QStringLiteral("Moving 1 item to Trash…"));
+    m_trashGate.open();
+    EXPECT_TRUE(waitFor([this] { return !window().isVisible(); }));
+    EXPECT_EQ(m_platform.trash.asked().size(), 1U);
+}
+
+TEST_F(ClosingDuringABatch, ThePersonMayStayAfterAll)
+{
+    startBatch();
+    window().close();
+    ASSERT_NE(farewell(), nullptr);
+    farewell()->findChild<Button*>()->click();
+    m_trashGate.open();
+    EXPECT_TRUE(waitFor([this] { return !state().isTrashingStaged.value(); }));
+    QCoreApplication::processEvents();
+    EXPECT_TRUE(window().isVisible());
+}
+
+TEST_F(ClosingDuringABatch, TheEndOfTheProgramWaitsForAllOfIt)
+{
+    for (int i = 0; i < 50; ++i) {
+        m_disk.file("home/more/" + std::to_string(i), 10);
+    }
+    startBatch();
+    m_trashGate.open();
+    // No patience with anything else.
+    m_program->finishJobs(0ms);
+    EXPECT_EQ(m_platform.trash.asked().size(), 51U);
 }
 
 } // namespace

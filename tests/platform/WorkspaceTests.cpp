@@ -3,16 +3,19 @@
 
 #include "DesktopServices.h"
 #include "DiskTree.h"
+#include "TerminationSignals.h"
 #include "WaitFor.h"
 
 #include <gtest/gtest.h>
 
 #include <QDBusConnection>
 #include <QStringList>
+#include <QTimer>
 
 #include <sys/stat.h>
 
 #include <chrono>
+#include <csignal>
 #include <memory>
 
 namespace quorvane {
@@ -123,6 +126,15 @@ TEST_F(WorkspaceTests, MayGoWhileItWaitsForAnAnswer)
     EXPECT_FALSE(
         waitFor([&] { return !m_opener.opened.isEmpty(); }, std::chrono::milliseconds(50)) &&
         QDBusConnection::sessionBus().isConnected());
+}
+
+TEST(TerminationSignalsTests, ASignalEndsTheEventLoopAsAQuitDoes)
+{
+    const TerminationSignals signals;
+    for (const int signal : {SIGTERM, SIGINT, SIGHUP}) {
+        QTimer::singleShot(0, qApp, [signal] { std::raise(signal); });
+        EXPECT_EQ(QCoreApplication::exec(), 0) << signal;
+    }
 }
 
 } // namespace

@@ -234,10 +234,12 @@ TEST_F(LastCopyTests, CautionsTellWhatABatchWouldDo)
     m_disk.disk.modified("root/c/deep/song", 1);
     const QueueCautions cautions =
         m_disk.cautions(queue({"a/picture", "b/picture", "a/song", "c/deep/song", "c"}));
-    EXPECT_EQ(cautions.cautions[0].kind, Kind::takesLastCopy);
-    EXPECT_EQ(cautions.cautions[0].copies, 2u);
-    EXPECT_EQ(cautions.cautions[0].lostGroups, 1u);
+    EXPECT_EQ(cautions.cautions[0].kind, Kind::none) << "the other copy is the last one to go";
     EXPECT_EQ(cautions.cautions[1].kind, Kind::takesLastCopy);
+    EXPECT_EQ(cautions.cautions[1].copies, 2u);
+    EXPECT_EQ(cautions.cautions[1].lostGroups, 1u);
+    EXPECT_EQ(cautions.cautions[1].example, m_disk.node("b/picture").get());
+    EXPECT_EQ(cautions.losses.indices.size(), 1u);
     EXPECT_EQ(cautions.cautions[2].kind, Kind::none);
     EXPECT_EQ(cautions.cautions[3].kind, Kind::willStay);
     EXPECT_EQ(cautions.cautions[3].obstacle, TrashOutcome::changed);
@@ -251,8 +253,26 @@ TEST_F(LastCopyTests, ACautionTellsThatTheKeeperHasGone)
     m_disk.disk.remove("root/b/picture");
     const QueueCautions cautions = m_disk.cautions(queue({"a/picture"}));
     EXPECT_EQ(cautions.cautions[0].kind, Kind::noKeeperLeft);
-    EXPECT_EQ(cautions.cautions[0].example, m_disk.node("b/picture").get());
     EXPECT_TRUE(cautions.losses.indices.empty());
+}
+
+TEST_F(LastCopyTests, AnEntryThatStaysTakesNoLastCopy)
+{
+    m_disk.disk.modified("root/b/picture", 1);
+    const QueueCautions cautions = m_disk.cautions(queue({"a/picture", "b/picture"}));
+    EXPECT_EQ(cautions.cautions[0].kind, Kind::takesLastCopy);
+    EXPECT_EQ(cautions.cautions[1].kind, Kind::willStay);
+}
+
+TEST_F(LastCopyTests, AFolderNamesAFileInItAndCountsTheRest)
+{
+    const QueueCautions cautions = m_disk.cautions(queue({"c", "a", "b"}));
+    EXPECT_EQ(cautions.cautions[0].kind, Kind::none);
+    EXPECT_EQ(cautions.cautions[1].kind, Kind::none);
+    EXPECT_EQ(cautions.cautions[2].kind, Kind::takesLastCopy);
+    EXPECT_EQ(cautions.cautions[2].lostGroups, 2u);
+    ASSERT_NE(cautions.cautions[2].example, nullptr);
+    EXPECT_EQ(cautions.cautions[2].example->parent(), m_disk.node("b").get());
 }
 
 TEST_F(LastCopyTests, ACancelledLookAtTheQueueGivesNothing)

@@ -4,6 +4,7 @@
 #include "AppState.h"
 #include "ByteFormatter.h"
 #include "Card.h"
+#include "CleanupCautions.h"
 #include "Dialog.h"
 #include "EmptyState.h"
 #include "Label.h"
@@ -52,6 +53,7 @@ CleanupView::CleanupView(AppState& state, QWidget* parent)
     , m_state(state)
     , m_refresher(new Refresher(this, [this] { refresh(); }))
     , m_queueRefresher(new Refresher(this, [this] { refreshQueue(); }))
+    , m_cautionRefresher(new Refresher(this, [this] { refreshCautions(); }))
 {
     setObjectName(QStringLiteral("cleanupView"));
     m_empty = new EmptyState(QStringLiteral("checkmark.circle"), tr("Nothing staged yet"),
@@ -77,6 +79,7 @@ CleanupView::CleanupView(AppState& state, QWidget* parent)
     }
     m_refresher->watch(m_state.isTrashingStaged, m_state.trashProgress, m_state.trashStatus);
     m_queueRefresher->watch(m_state.stagedNodes, m_state.isTrashingStaged);
+    m_cautionRefresher->watch(m_state.queueCautions);
     refresh();
     refreshQueue();
 }
@@ -171,15 +174,19 @@ void CleanupView::openConfirmation()
     m_dialog->setTitle(confirmationTitle(m_state.stagedNodes.value().size()));
     m_dialog->setText(tr("%1 will be recoverable from the Trash.")
                           .arg(ByteFormatter::string(m_state.stagedSpace())));
+    m_cautions = new CautionPanel;
+    m_dialog->bodyLayout()->addWidget(m_cautions);
     m_dialog->addButton(tr("Cancel"), ButtonRole::bordered, false);
     m_dialog->addButton(tr("Move to Trash"), ButtonRole::destructive, true);
     connect(m_dialog, &Dialog::rejected, this, [this] { setConfirmTrash(false); });
     connect(m_dialog, &Dialog::accepted, this, [this] {
         m_confirmTrash = false;
         if (m_state.stagedNodes.value() == std::exchange(m_asked, {})) {
-            m_state.sendStagedToTrash();
+            m_state.sendStagedToTrash(m_accepted);
         }
     });
+    m_accepted = {};
+    m_state.refreshQueueCautions();
     m_dialog->open();
 }
 
@@ -191,10 +198,30 @@ void CleanupView::refresh()
     m_status->setVisible(m_state.trashStatus.value().has_value());
 }
 
+/// What the question says, and so what a yes to it means, is what the last look at this very queue
+/// found.
+void CleanupView::refreshCautions()
+{
+    const std::shared_ptr<const QueueCautions>& found = m_state.queueCautions.value();
+    if (m_confirmTrash && m_cautions && found->queue == m_asked) {
+        m_cautions->setLines(cautionLines(*found));
+        m_accepted = found->losses;
+    }
+}
+
+void CleanupView::showEvent(QShowEvent* event)
+{
+    QWidget::showEvent(event);
+    m_state.refreshQueueCautions();
+}
+
 void CleanupView::refreshQueue()
 {
     const std::vector<NodePointer>& staged = m_state.stagedNodes.value();
     const bool isEmpty = staged.empty();
+    if (isVisible()) {
+        m_state.refreshQueueCautions();
+    }
     if (staged != m_asked) {
         setConfirmTrash(false);
     }

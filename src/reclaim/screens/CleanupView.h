@@ -2,6 +2,7 @@
 #pragma once
 
 #include "FileNode.h"
+#include "LastCopyGuard.h"
 
 #include <QPointer>
 #include <QWidget>
@@ -14,6 +15,7 @@ namespace quorvane {
 
 class AppState;
 class Button;
+class CautionPanel;
 class Dialog;
 class EmptyState;
 class Label;
@@ -39,6 +41,10 @@ public:
     /// "Move {n} staged item{s} to Trash?"
     static QString confirmationTitle(std::size_t count);
 
+protected:
+    /// What stands in the way of the queue is looked at while the screen is on show.
+    void showEvent(QShowEvent* event) override;
+
 private:
     ScreenHeader* makeHeader();
     QWidget* makeProgress();
@@ -46,6 +52,7 @@ private:
     void openConfirmation();
     void refresh();
     void refreshQueue();
+    void refreshCautions();
 
     AppState& m_state;
     Button* m_move = nullptr;
@@ -59,9 +66,12 @@ private:
     QPointer<Dialog> m_dialog;
     /// The queue that the dialog asks about: nothing else is sent by it.
     std::vector<NodePointer> m_asked;
+    QPointer<CautionPanel> m_cautions; ///< of the dialog
+    AcceptedLosses m_accepted;         ///< what a yes to the dialog agrees to lose
     bool m_confirmTrash = false;
     Refresher* m_refresher;
     Refresher* m_queueRefresher;
+    Refresher* m_cautionRefresher;
 };
 
 } // namespace quorvane

@@ -3,9 +3,12 @@
 
 #include "AppState.h"
 #include "Button.h"
+#include "CleanupCautions.h"
 #include "Dialog.h"
+#include "DiskTree.h"
 #include "EmptyState.h"
 #include "FakePlatform.h"
+#include "FileTree.h"
 #include "Gate.h"
 #include "Label.h"
 #include "Progress.h"
@@ -53,6 +56,19 @@ protected:
         return *m_window.findChild<T*>(QLatin1String(objectName));
     }
 
+    /// Of the size and name of "film.mov", and really there.
+    NodePointer filmOnDisk()
+    {
+        m_disk.file("film.mov", 512);
+        return FileTree::stagedItem("film.mov", m_disk.path("film.mov"), 512);
+    }
+
+    QStringList cautionLinesOnShow()
+    {
+        auto* const panel = dialog() ? dialog()->findChild<CautionPanel*>() : nullptr;
+        return panel != nullptr && panel->isVisible() ? panel->lines() : QStringList();
+    }
+
     void stage(const std::string& path)
     {
         m_state.toggleStaged(node(path));
@@ -71,6 +87,7 @@ protected:
         return nullptr;
     }
 
+    DiskTree m_disk;
     FakePlatform m_platform;
     AppState m_state{m_platform.platform()};
     std::shared_ptr<FileTree> m_tree;
@@ -209,7 +226,8 @@ TEST_F(CleanupViewTests, ShowsTheBatchWhileItRuns)
         gate.pass();
         return Trash::Outcome::moved;
     };
-    stage("film.mov");
+    m_state.toggleStaged(filmOnDisk());
+    QCoreApplication::processEvents();
     m_view.setConfirmTrash(true);
     dialogButton(QStringLiteral("Move to Trash"))->click();
     QCoreApplication::processEvents();
@@ -222,7 +240,7 @@ TEST_F(CleanupViewTests, ShowsTheBatchWhileItRuns)
     ASSERT_TRUE(waitFor([this] { return !m_state.isTrashingStaged.value(); }));
     ASSERT_TRUE(waitFor([this] { return !part<QWidget>("trashProgress").isVisible(); }));
     EXPECT_TRUE(part<EmptyState>("cleanupEmpty").isVisible());
-    EXPECT_EQ(m_platform.trash.asked(), std::vector{FilePath("/scan/film.mov")});
+    EXPECT_EQ(m_platform.trash.asked(), std::vector{m_disk.path("film.mov")});
     ASSERT_TRUE(waitFor([this] { return !m_state.isScanning.value(); }));
 }
 
@@ -256,7 +274,7 @@ TEST_F(CleanupViewTests, ASecondBatchWaitsForTheFirst)
         gate.pass();
         return Trash::Outcome::moved;
     };
-    stage("film.mov");
+    m_state.toggleStaged(filmOnDisk());
     m_state.sendStagedToTrash();
     stage("Caches");
     EXPECT_TRUE(part<StagedList>("stagedList").isVisible());
@@ -266,7 +284,7 @@ TEST_F(CleanupViewTests, ASecondBatchWaitsForTheFirst)
     gate.open();
     ASSERT_TRUE(waitFor(
         [this] { return !m_state.isTrashingStaged.value() && !m_state.isScanning.value(); }));
-    EXPECT_EQ(m_platform.trash.asked(), std::vector{FilePath("/scan/film.mov")});
+    EXPECT_EQ(m_platform.trash.asked(), std::vector{m_disk.path("film.mov")});
 }
 
 TEST_F(CleanupViewTests, SaysWhatToDoWithoutAQueue)
@@ -303,6 +321,108 @@ TEST_F(CleanupViewTests, AQueueThatGoesTakesItsQuestionAlong)
     m_state.stagedNodes = std::vector<NodePointer>{};
     QCoreApplication::processEvents();
     EXPECT_FALSE(m_view.confirmTrash());
+}
+
+TEST_F(CleanupViewTests, TheQuestionSaysWhatWillStay)
+{
+    m_state.toggleStaged(filmOnDisk());
+    QCoreApplication::processEvents();
+    m_view.setConfirmTrash(true);
+    ASSERT_TRUE(waitFor([this] { return m_state.queueCautions.value()->queue.size() == 1; }));
+    QCoreApplication::processEvents();
+    EXPECT_TRUE(cautionLinesOnShow().isEmpty()) << "nothing stands in the way";
+    m_view.setConfirmTrash(false);
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+
+    m_disk.remove("film.mov");
+    m_view.setConfirmTrash(true);
+    ASSERT_TRUE(waitFor([this] { return !cautionLinesOnShow().isEmpty(); }));
+    EXPECT_EQ(cautionLinesOnShow(),
+              QStringList{QStringLiteral("“film.mov” will stay: it is not there any more. Unstage "
+                                         "it, or scan again.")});
+    EXPECT_EQ(dialog()->accessibleDescription(),
+              QStringLiteral("512 B will be recoverable from the Trash."));
+}
+
+/// A scanned folder with two copies of a film, both staged.
+class LastCopyQuestion : public CleanupViewTests
+{
+protected:
+    void SetUp() override
+    {
+        CleanupViewTests::SetUp();
+        m_disk.file("a/glacier.mov", 2048);
+        m_disk.file("b/glacier.mov", 2048);
+        m_state.startScan(m_disk.root());
+        ASSERT_TRUE(waitFor([this] { return !m_state.duplicateGroups.value()->empty(); }));
+        for (FileNode* const copy : m_state.duplicateGroups.value()->front().files()) {
+            m_state.toggleStaged(m_state.share(copy));
+        }
+        QCoreApplication::processEvents();
+        m_platform.trash.answer = [](const FilePath&) { return Trash::Outcome::moved; };
+    }
+
+    void confirm()
+    {
+        dialogButton(QStringLiteral("Move to Trash"))->click();
+        ASSERT_TRUE(waitFor(
+            [this] { return !m_state.isTrashingStaged.value() && !m_state.isScanning.value(); }));
+    }
+};
+
+TEST_F(LastCopyQuestion, NamesTheFileAndAYesSendsIt)
+{
+    m_view.setConfirmTrash(true);
+    ASSERT_TRUE(waitFor([this] { return !cautionLinesOnShow().isEmpty(); }));
+    EXPECT_EQ(cautionLinesOnShow(),
+              QStringList{QStringLiteral("This takes the last copy of “glacier.mov”. Unstage one "
+                                         "of its 2 copies to keep it.")});
+    confirm();
+    EXPECT_EQ(m_platform.trash.asked().size(), 2u);
+}
+
+TEST_F(LastCopyQuestion, AYesToAQuestionThatDidNotNameItSendsNeither)
+{
+    m_view.setConfirmTrash(true);
+    // Before the look at the disk has been told: no event has been processed since.
+    confirm();
+    EXPECT_TRUE(m_platform.trash.asked().empty());
+}
+
+TEST(CleanupCautionTests, MarksSayInShortWhatTheTooltipExplains)
+{
+    QueueCaution caution;
+    EXPECT_FALSE(cautionBadge(caution).has_value());
+    caution.kind = QueueCaution::Kind::willStay;
+    caution.obstacle = TrashOutcome::holdsMount;
+    EXPECT_EQ(cautionBadge(caution)->text, QStringLiteral("Will stay: holds a mounted volume"));
+    EXPECT_TRUE(cautionBadge(caution)->toolTip.contains(QStringLiteral("Unmount the volume")));
+    EXPECT_EQ(cautionBadge(caution)->tint, Tint::orange);
+    EXPECT_EQ(cautionBadge(caution)->symbol, QStringLiteral("exclamationmark.triangle.fill"));
+    caution.kind = QueueCaution::Kind::takesLastCopy;
+    caution.lostGroups = 1;
+    caution.copies = 2;
+    EXPECT_EQ(cautionBadge(caution)->text, QStringLiteral("Takes the last copy"));
+    EXPECT_EQ(cautionBadge(caution)->toolTip,
+              QStringLiteral("Both copies of this file are staged\nAfter the move none would be "
+                             "left outside the Trash. Unstage one of them to keep it."));
+}
+
+TEST(CleanupCautionTests, ALongListOfCautionsEndsWithACount)
+{
+    QueueCautions cautions;
+    for (int i = 0; i < 9; ++i) {
+        cautions.queue.push_back(FileTree::stagedItem("x" + std::to_string(i), FilePath("/x"), 1));
+        QueueCaution caution;
+        caution.kind = QueueCaution::Kind::willStay;
+        caution.obstacle = TrashOutcome::changed;
+        cautions.cautions.push_back(caution);
+    }
+    const QStringList lines = cautionLines(cautions);
+    ASSERT_EQ(lines.size(), 6);
+    EXPECT_EQ(lines.front(), QStringLiteral("“x0” will stay: it has changed since the scan. Scan "
+                                            "again, then stage it if it is still to go."));
+    EXPECT_EQ(lines.back(), QStringLiteral("4 more will stay. Their rows tell why."));
 }
 
 } // namespace
