@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <charconv>
+#include <cmath>
 
 namespace quorvane {
 
@@ -77,6 +78,17 @@ std::optional<std::int64_t> integerFromText(std::string_view text)
     const char* const end = text.data() + text.size();
     const auto parsed = std::from_chars(text.data(), end, number);
     if (parsed.ec != std::errc() || parsed.ptr != end) {
+        return std::nullopt;
+    }
+    return number;
+}
+
+std::optional<double> realFromText(std::string_view text)
+{
+    double number = 0;
+    const char* const end = text.data() + text.size();
+    const auto parsed = std::from_chars(text.data(), end, number);
+    if (parsed.ec != std::errc() || parsed.ptr != end || !std::isfinite(number)) {
         return std::nullopt;
     }
     return number;

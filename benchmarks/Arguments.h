@@ -45,5 +45,7 @@ private:
 
 /// The whole text as a decimal number; absent when it is none or does not fit.
 std::optional<std::int64_t> integerFromText(std::string_view text);
+/// The same for a finite number with or without point and exponent.
+std::optional<double> realFromText(std::string_view text);
 
 } // namespace quorvane

@@ -54,9 +54,9 @@ public:
     /// "paths", and "rawPaths" where the bytes of any of them are not UTF-8: there null stands for
     /// a path that is.
     void paths(const std::vector<std::string>& paths);
-    /// Where a JsonList goes, which is closed before the next member is added.
+    /// Where a JsonList or a JsonObject goes, which is closed before the next member is added.
     std::string& list(std::string_view key);
-    /// Closes an object that stands in a list.
+    /// Closes an object that stands in a list or in an object.
     void close() { m_out.push_back('}'); }
     /// Closes the object and ends the line.
     void endLine() { m_out.append("}\n"); }

@@ -42,6 +42,12 @@ std::vector<const Command*> allCommands()
         &machineCommand,
         &screenshotNamesCommand,
         &screenshotsCommand,
+        &queryCommand,
+        &indexCommand,
+        &findCommand,
+        &classifyCommand,
+        &formatCommand,
+        &folderSearchCommand,
         // clang-format on
     };
     for (const Command& command : guiCommands()) {

@@ -35,6 +35,7 @@ packages_bench=(
     # what ours is compared with; left out of the table where it is not installed
     gdu            # a scan
     jdupes rdfind  # a search for duplicates
+    plocate        # a search for names
 )
 packages_lint=(clang-format clang-tidy clang-14)
 packages_fuzz=(clang-14 libclang-rt-14-dev)

@@ -5,6 +5,8 @@
 #include <QStringDecoder>
 
 #include <algorithm>
+#include <locale>
+#include <sstream>
 
 namespace quorvane {
 
@@ -66,6 +68,16 @@ std::optional<QUuid> uuidFromText(std::string_view text)
     // read.
     const QUuid id = QUuid::fromString(displayText(text));
     return uuidText(id) == text ? std::optional(id) : std::nullopt;
+}
+
+double decimalValue(const std::string& decimal)
+{
+    // Not QByteArray::toDouble(): that gives 0 for a number too large.
+    std::istringstream stream(decimal);
+    stream.imbue(std::locale::classic());
+    double value = 0;
+    stream >> value;
+    return value;
 }
 
 } // namespace quorvane

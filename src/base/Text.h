@@ -34,6 +34,10 @@ std::string_view utf8Prefix(std::string_view bytes, std::size_t most);
 /// whole, A to Z alone are lowered and every other byte stays.
 std::string lowercased(std::string_view bytes);
 
+/// The value of a decimal number of digits with at most one point among them, with or without sign
+/// and exponent, whatever the locale; the largest double for one beyond, 0 for one too small.
+double decimalValue(const std::string& decimal);
+
 /// An id in the form in which it is stored: upper case with hyphens, 36 characters.
 std::string uuidText(const QUuid& id);
 /// Nothing for any other form.

@@ -2,15 +2,38 @@
 #include "MountTable.h"
 
 #include <algorithm>
+#include <array>
+#include <charconv>
 #include <cstddef>
 #include <string>
+#include <system_error>
 #include <utility>
 
 namespace quorvane {
 namespace {
 
-/// Of a line: ID, parent, device, root of the mount, mount point, …
-constexpr int fieldsBeforeMountPoint = 4;
+/// File systems that a server holds, and those of FUSE that do so. Not 9p: virtual machines reach
+/// the disk of their own host by it.
+constexpr std::array<std::string_view, 20> remoteTypes{"afs",
+                                                       "ceph",
+                                                       "cifs",
+                                                       "coda",
+                                                       "davfs",
+                                                       "fuse.ceph-fuse",
+                                                       "fuse.curlftpfs",
+                                                       "fuse.davfs",
+                                                       "fuse.gcsfuse",
+                                                       "fuse.glusterfs",
+                                                       "fuse.gvfsd-fuse",
+                                                       "fuse.rclone",
+                                                       "fuse.s3fs",
+                                                       "fuse.sshfs",
+                                                       "glusterfs",
+                                                       "lustre",
+                                                       "ncpfs",
+                                                       "nfs",
+                                                       "nfs4",
+                                                       "smb3"};
 
 bool isOctal(char c)
 {
@@ -35,22 +58,46 @@ std::string withoutOctalEscapes(std::string_view text)
     return bytes;
 }
 
-std::string_view mountPointField(std::string_view line)
+/// What stands before the next blank, taken off the front.
+std::string_view takeField(std::string_view& line)
 {
-    for (int i = 0; i < fieldsBeforeMountPoint; ++i) {
-        const std::size_t space = line.find(' ');
-        if (space == std::string_view::npos) {
-            return {};
-        }
-        line.remove_prefix(space + 1);
+    const std::size_t end = std::min(line.find(' '), line.size());
+    const std::string_view field = line.substr(0, end);
+    line.remove_prefix(std::min(end + 1, line.size()));
+    return field;
+}
+
+/// "MAJOR:MINOR".
+std::optional<std::uint64_t> deviceFrom(std::string_view field)
+{
+    const char* const end = field.data() + field.size();
+    unsigned major = 0;
+    unsigned minor = 0;
+    const auto first = std::from_chars(field.data(), end, major);
+    if (first.ec != std::errc() || first.ptr == end || *first.ptr != ':') {
+        return std::nullopt;
     }
-    return line.substr(0, line.find(' '));
+    const auto second = std::from_chars(first.ptr + 1, end, minor);
+    if (second.ec != std::errc() || second.ptr != end) {
+        return std::nullopt;
+    }
+    // The layout of glibc's makedev(3), which st_dev has.
+    constexpr unsigned lowMinor = 0xFFU;
+    constexpr unsigned lowMajor = 0xFFFU;
+    return (std::uint64_t{minor} & lowMinor) | (std::uint64_t{major & lowMajor} << 8U) |
+           (std::uint64_t{minor & ~lowMinor} << 12U) | (std::uint64_t{major & ~lowMajor} << 32U);
+}
+
+bool isRemote(std::string_view type)
+{
+    return std::find(remoteTypes.begin(), remoteTypes.end(), type) != remoteTypes.end();
 }
 
 } // namespace
 
-MountTable::MountTable(std::vector<FilePath> mountPoints)
+MountTable::MountTable(std::vector<FilePath> mountPoints, std::vector<RemoteMount> remote)
     : m_mountPoints(std::move(mountPoints))
+    , m_remote(std::move(remote))
 {
     std::sort(m_mountPoints.begin(), m_mountPoints.end());
     m_mountPoints.erase(std::unique(m_mountPoints.begin(), m_mountPoints.end()),
@@ -60,15 +107,28 @@ MountTable::MountTable(std::vector<FilePath> mountPoints)
 MountTable MountTable::fromMountInfo(std::string_view text)
 {
     std::vector<FilePath> points;
+    std::vector<RemoteMount> remote;
     while (!text.empty()) {
         const std::size_t end = std::min(text.find('\n'), text.size());
-        const std::string_view field = mountPointField(text.substr(0, end));
-        if (field.starts_with('/')) {
-            points.emplace_back(withoutOctalEscapes(field));
+        // ID, parent, device, root of the mount, mount point, options, any number of optional
+        // fields, "-", type, …
+        std::string_view line = text.substr(0, end);
+        takeField(line);
+        takeField(line);
+        const std::optional<std::uint64_t> device = deviceFrom(takeField(line));
+        takeField(line);
+        const std::string_view point = takeField(line);
+        if (point.starts_with('/')) {
+            points.emplace_back(withoutOctalEscapes(point));
+            while (!line.empty() && takeField(line) != "-") {
+            }
+            if (device && isRemote(takeField(line))) {
+                remote.push_back({points.back(), *device});
+            }
         }
         text.remove_prefix(std::min(end + 1, text.size()));
     }
-    return MountTable(std::move(points));
+    return MountTable(std::move(points), std::move(remote));
 }
 
 bool MountTable::isMountPoint(const FilePath& path) const

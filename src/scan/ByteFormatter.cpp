@@ -3,6 +3,7 @@
 
 #include "CheckedMath.h"
 #include "FileNode.h"
+#include "Text.h"
 
 #include <QByteArray>
 #include <QStringView>
@@ -11,8 +12,6 @@
 #include <array>
 #include <charconv>
 #include <cstddef>
-#include <locale>
-#include <sstream>
 
 namespace quorvane {
 namespace {
@@ -102,18 +101,6 @@ qsizetype decimalLength(QStringView text)
     return end;
 }
 
-/// The value of a well-formed decimal number; the largest double for one beyond, 0 for one too
-/// small.
-double valueOf(QStringView decimal)
-{
-    // Not QByteArray::toDouble(): that gives 0 for a number too large.
-    std::istringstream stream(decimal.toLatin1().toStdString());
-    stream.imbue(std::locale::classic());
-    double value = 0;
-    stream >> value;
-    return value;
-}
-
 ByteSize::Reading wholeBytes(double product)
 {
     constexpr double limit = 9223372036854775808.0;
@@ -161,7 +148,7 @@ ByteSize::Reading ByteSize::read(std::string_view text)
     if (length == 0) {
         return {};
     }
-    const double number = valueOf(QStringView(decoded).first(length));
+    const double number = decimalValue(decoded.first(length).toStdString());
     const QString word = QStringView(decoded).sliced(length).toString().trimmed().toUpper();
     for (const SizeWord& row : sizeWords) {
         if (row.word == word) {

@@ -128,6 +128,8 @@ public:
     /// Absent for an id that the tree does not have.
     FileNode* find(std::int64_t id) const;
     std::size_t size() const { return m_size; }
+    /// All ids are below.
+    std::int64_t idEnd() const { return static_cast<std::int64_t>(m_nodes.size()); }
     bool isEmpty() const { return m_size == 0; }
 
     std::size_t byteSize() const { return m_nodes.capacity() * sizeof(FileNode*); }

@@ -25,10 +25,15 @@ std::optional<MountTable> MountTable::read()
         return std::nullopt;
     }
     std::vector<FilePath> points;
+    std::vector<RemoteMount> remote;
     for (int i = 0; i < count; ++i) {
-        points.emplace_back(volumes[static_cast<std::size_t>(i)].f_mntonname);
+        const struct statfs& volume = volumes[static_cast<std::size_t>(i)];
+        points.emplace_back(volume.f_mntonname);
+        if ((volume.f_flags & MNT_LOCAL) == 0) {
+            remote.push_back({points.back(), static_cast<std::uint64_t>(volume.f_fsid.val[0])});
+        }
     }
-    return MountTable(std::move(points));
+    return MountTable(std::move(points), std::move(remote));
 }
 
 } // namespace quorvane
