@@ -8,7 +8,7 @@
 #include "MainWindow.h"
 #include "ProcessMemory.h"
 #include "QuorvaneApp.h"
-#include "TreemapView.h"
+#include "VisualizerCanvas.h"
 
 #include <QApplication>
 
@@ -36,7 +36,7 @@ bool isFinished(QuorvaneApp& program)
     if (state.isScanning.value()) {
         return false;
     }
-    const auto* const view = program.window().findChild<TreemapView*>();
+    const auto* const view = program.window().findChild<VisualizerCanvas*>();
     return state.errorMessage.value() ||
            (view != nullptr && view->scene() && !view->isComputingLayout() &&
             view->scene()->request().target == state.rootNode.value());

@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "AnalysisView.h"
 
-#include "AppState.h"
 #include "Refresher.h"
 #include "ScanErrorView.h"
 #include "ScanProgressView.h"
+#include "ScanState.h"
 #include "WelcomeView.h"
 
 #include <QStackedLayout>
@@ -27,12 +27,13 @@ AnalysisPage analysisPage(bool isScanning, bool hasError, bool hasScan)
 AnalysisView::AnalysisView(AppState& state, ScreenFactory makeResult, QWidget* parent)
     : QWidget(parent)
     , m_state(state)
+    , m_scan(ScanState::of(state))
     , m_makeResult(std::move(makeResult))
     , m_stack(new QStackedLayout(this))
     , m_refresher(new Refresher(this, [this] { refresh(); }))
 {
     setObjectName(QStringLiteral("analysisView"));
-    m_refresher->watch(m_state.isScanning, m_state.errorMessage, m_state.rootNode);
+    m_refresher->watch(m_scan.isScanning, m_scan.errorMessage, m_scan.rootNode);
     refresh();
 }
 
@@ -53,8 +54,8 @@ QWidget* AnalysisView::makePage(AnalysisPage page)
 
 void AnalysisView::refresh()
 {
-    m_page = analysisPage(m_state.isScanning.value(), m_state.errorMessage.value().has_value(),
-                          m_state.hasScan());
+    m_page = analysisPage(m_scan.isScanning.value(), m_scan.errorMessage.value().has_value(),
+                          m_scan.hasScan());
     QWidget*& page = m_pages[static_cast<std::size_t>(m_page)];
     if (page == nullptr) {
         page = makePage(m_page);

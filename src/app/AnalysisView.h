@@ -13,6 +13,7 @@ class QStackedLayout;
 namespace quorvane {
 
 class AppState;
+class ScanState;
 class Refresher;
 
 /// What the analysis section shows.
@@ -40,6 +41,7 @@ private:
     void refresh();
 
     AppState& m_state;
+    ScanState& m_scan;
     ScreenFactory m_makeResult;
     std::array<QWidget*, pageCount> m_pages{};
     AnalysisPage m_page = AnalysisPage::welcome;

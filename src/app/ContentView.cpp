@@ -2,11 +2,12 @@
 #include "ContentView.h"
 
 #include "AppScreens.h"
-#include "AppState.h"
 #include "Ground.h"
+#include "NavigationState.h"
 #include "NoScanPromptView.h"
 #include "Refresher.h"
 #include "ScanErrorView.h"
+#include "ScanState.h"
 #include "ScreenHeader.h"
 #include "SidebarView.h"
 #include "WindowToolBar.h"
@@ -21,6 +22,8 @@ namespace quorvane {
 ContentView::ContentView(AppState& state, const AppScreens& screens, QWidget* parent)
     : QWidget(parent)
     , m_state(state)
+    , m_scan(ScanState::of(state))
+    , m_navigation(NavigationState::of(state))
     , m_sections(screens.sections)
     , m_refresher(new Refresher(this, [this] { refresh(); }))
 {
@@ -28,7 +31,7 @@ ContentView::ContentView(AppState& state, const AppScreens& screens, QWidget* pa
     makeColumns(screens);
     connect(m_toolBar, &WindowToolBar::sidebarToggled, this,
             [this] { setColumnVisibility(!columnVisibility()); });
-    m_refresher->watch(m_state.section, m_state.rootNode);
+    m_refresher->watch(m_navigation.section, m_scan.rootNode);
     refresh();
 }
 
@@ -114,8 +117,8 @@ NoScanPromptView* ContentView::promptFor(AppSection section)
 
 void ContentView::refresh()
 {
-    const AppSection section = m_state.section.value();
-    QWidget* const screen = needsScan(section) && !m_state.hasScan()
+    const AppSection section = m_navigation.section.value();
+    QWidget* const screen = needsScan(section) && !m_scan.hasScan()
                                 ? static_cast<QWidget*>(promptFor(section))
                                 : screenFor(section);
     if (screen != nullptr) {

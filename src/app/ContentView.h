@@ -13,6 +13,8 @@ class QStackedLayout;
 namespace quorvane {
 
 class AppState;
+class NavigationState;
+class ScanState;
 class Ground;
 class NoScanPromptView;
 class Refresher;
@@ -55,6 +57,8 @@ private:
     void show(QWidget& screen);
 
     AppState& m_state;
+    ScanState& m_scan;
+    NavigationState& m_navigation;
     const SectionScreens& m_sections;
     SidebarView* m_sidebar = nullptr;
     WindowToolBar* m_toolBar = nullptr;

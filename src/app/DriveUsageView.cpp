@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "DriveUsageView.h"
 
-#include "AppState.h"
 #include "Card.h"
+#include "DriveState.h"
 #include "Label.h"
 #include "Progress.h"
 #include "Refresher.h"
@@ -50,7 +50,7 @@ QString drivePercentText(double usedPercent)
 
 DriveUsageView::DriveUsageView(AppState& state, QWidget* parent)
     : QWidget(parent)
-    , m_state(state)
+    , m_drive(DriveState::of(state))
     , m_refresher(new Refresher(this, [this] { showSample(); }))
     , m_refreshTimer(new QTimer(this))
 {
@@ -63,8 +63,8 @@ DriveUsageView::DriveUsageView(AppState& state, QWidget* parent)
 
     m_refreshTimer->setObjectName(QStringLiteral("driveRefreshTimer"));
     m_refreshTimer->setInterval(refreshInterval);
-    connect(m_refreshTimer, &QTimer::timeout, this, [this] { m_state.refreshDriveUsage(); });
-    m_refresher->watch(m_state.driveStat);
+    connect(m_refreshTimer, &QTimer::timeout, this, [this] { m_drive.refreshDriveUsage(); });
+    m_refresher->watch(m_drive.driveStat);
     showSample();
 }
 
@@ -98,7 +98,7 @@ QWidget* DriveUsageView::makeCard()
 
 void DriveUsageView::showSample()
 {
-    const DriveSample sample = m_state.driveStat.value();
+    const DriveSample sample = m_drive.driveStat.value();
     const double used = sample.usedPercent();
     m_percent->setText(drivePercentText(used));
     m_bar->setFraction(used / 100);

@@ -11,6 +11,7 @@
 namespace quorvane {
 
 class AppState;
+class DriveState;
 class Label;
 class ProgressBar;
 class Refresher;
@@ -39,7 +40,7 @@ private:
     QWidget* makeCard();
     void showSample();
 
-    AppState& m_state;
+    DriveState& m_drive;
     Label* m_percent;
     ProgressBar* m_bar;
     Label* m_total;

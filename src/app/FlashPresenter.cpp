@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "FlashPresenter.h"
 
-#include "AppState.h"
+#include "FlashState.h"
 #include "Popover.h"
 #include "Refresher.h"
 #include "SpringAnimation.h"
@@ -23,20 +23,20 @@ constexpr double springTolerance = 0.01;
 
 FlashPresenter::FlashPresenter(AppState& state, QWidget& window, std::function<Room()> room)
     : QObject(&window)
-    , m_state(state)
+    , m_flash(FlashState::of(state))
     , m_window(window)
     , m_room(std::move(room))
     , m_spring(new SpringAnimation(springResponse, springDamping, springTolerance, this))
     , m_refresher(new Refresher(this, [this] { refresh(); }))
 {
     connect(m_spring, &SpringAnimation::valueChanged, this, &FlashPresenter::follow);
-    m_refresher->watch(m_state.flashMessage);
+    m_refresher->watch(m_flash.flashMessage);
     refresh();
 }
 
 void FlashPresenter::refresh()
 {
-    const std::optional<QString>& message = m_state.flashMessage.value();
+    const std::optional<QString>& message = m_flash.flashMessage.value();
     if (!message) {
         if (m_banner != nullptr) {
             m_spring->moveTo(0);
@@ -45,7 +45,7 @@ void FlashPresenter::refresh()
     }
     if (m_banner == nullptr) {
         m_banner = new FlashBanner(
-            *message, [this] { m_state.dismissFlash(); }, &m_window);
+            *message, [this] { m_flash.dismissFlash(); }, &m_window);
         m_banner->setObjectName(QStringLiteral("flashBanner"));
     } else {
         m_banner->setText(*message);

@@ -11,6 +11,7 @@ class QWidget;
 namespace quorvane {
 
 class AppState;
+class FlashState;
 class FlashBanner;
 class Refresher;
 class SpringAnimation;
@@ -39,7 +40,7 @@ private:
     void refresh();
     void follow(double shown);
 
-    AppState& m_state;
+    FlashState& m_flash;
     QWidget& m_window;
     std::function<Room()> m_room;
     FlashBanner* m_banner = nullptr;

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "NoScanPromptView.h"
 
-#include "AppState.h"
 #include "EmptyState.h"
+#include "ScanState.h"
 
 #include <QVBoxLayout>
 
@@ -16,11 +16,13 @@ NoScanPromptView::NoScanPromptView(AppState& state, AppSection section, QWidget*
     Button* const scanHome = m_prompt->addButton(QStringLiteral("house"), tr("Scan Home Folder"),
                                                  ButtonRole::prominent, ControlSize::large);
     scanHome->setObjectName(QStringLiteral("promptScanHomeButton"));
-    connect(scanHome, &QAbstractButton::clicked, this, [&state] { state.scanHome(); });
+    connect(scanHome, &QAbstractButton::clicked, this,
+            [&scan = ScanState::of(state)] { scan.scanHome(); });
     Button* const choose = m_prompt->addButton(QStringLiteral("folder"), tr("Choose Folder…"),
                                                ButtonRole::bordered, ControlSize::large);
     choose->setObjectName(QStringLiteral("promptChooseFolderButton"));
-    connect(choose, &QAbstractButton::clicked, this, [&state] { state.pickFolder(); });
+    connect(choose, &QAbstractButton::clicked, this,
+            [&scan = ScanState::of(state)] { scan.pickFolder(); });
 
     auto* const whole = new QVBoxLayout(this);
     whole->setContentsMargins(0, 0, 0, 0);

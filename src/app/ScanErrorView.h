@@ -10,7 +10,9 @@ namespace quorvane {
 class AppState;
 class ElidedLabel;
 class EmptyState;
+class NavigationState;
 class Refresher;
+class ScanState;
 
 /// Tells why the last scan gave nothing. Main thread.
 class ScanErrorView : public QWidget
@@ -23,7 +25,7 @@ public:
 private:
     void showMessage();
 
-    AppState& m_state;
+    ScanState& m_scan;
     EmptyState* m_empty;
     Refresher* m_refresher;
 };
@@ -40,7 +42,8 @@ public:
 private:
     void refresh();
 
-    AppState& m_state;
+    ScanState& m_scan;
+    NavigationState& m_navigation;
     ElidedLabel* m_message;
     Refresher* m_refresher;
 };

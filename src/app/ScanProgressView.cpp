@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "ScanProgressView.h"
 
-#include "AppState.h"
 #include "Button.h"
 #include "ByteFormatter.h"
 #include "Card.h"
@@ -10,6 +9,7 @@
 #include "Progress.h"
 #include "Refresher.h"
 #include "ScanProgressText.h"
+#include "ScanState.h"
 #include "SpringAnimation.h"
 #include "Symbols.h"
 #include "TabularLabel.h"
@@ -90,9 +90,9 @@ TabularLabel* addTile(QHBoxLayout& row, const QString& symbol, const QString& na
 
 ScanProgressView::ScanProgressView(AppState& state, QWidget* parent)
     : GlowView({QSizeF(520, 380), 0.40, 0.09}, parent)
-    , m_state(state)
+    , m_scan(ScanState::of(state))
     , m_byteSpring(new SpringAnimation(counterResponse, counterDamping, 1, this))
-    , m_hasReportedPath(hasUsablePath(state.progress.value()))
+    , m_hasReportedPath(hasUsablePath(m_scan.progress.value()))
     , m_refresher(new Refresher(this, [this] { followProgress(); }))
 {
     setObjectName(QStringLiteral("scanProgressView"));
@@ -103,23 +103,23 @@ ScanProgressView::ScanProgressView(AppState& state, QWidget* parent)
     whole->addWidget(makeColumn(), 0, Qt::AlignHCenter);
     auto* const cancel = new Button(QStringLiteral("xmark.circle"), tr("Cancel Scan"));
     cancel->setObjectName(QStringLiteral("cancelScanButton"));
-    connect(cancel, &QAbstractButton::clicked, this, [this] { m_state.cancelScan(); });
+    connect(cancel, &QAbstractButton::clicked, this, [this] { m_scan.cancelScan(); });
     whole->addSpacing(28);
     whole->addWidget(cancel, 0, Qt::AlignHCenter);
     whole->addStretch(3);
 
     connect(m_byteSpring, &SpringAnimation::valueChanged, this, &ScanProgressView::showBytes);
-    m_scanStarted = m_state.isScanning.addNotifier([this] {
-        if (m_state.isScanning.value()) {
+    m_scanStarted = m_scan.isScanning.addNotifier([this] {
+        if (m_scan.isScanning.value()) {
             m_hasReportedPath = false;
             m_byteSpring->jumpTo(0);
         }
     });
     // At once, since a report that follows in the same event may name no path any more.
-    m_pathReported = m_state.progress.addNotifier([this] {
-        m_hasReportedPath = m_hasReportedPath || hasUsablePath(m_state.progress.value());
+    m_pathReported = m_scan.progress.addNotifier([this] {
+        m_hasReportedPath = m_hasReportedPath || hasUsablePath(m_scan.progress.value());
     });
-    m_refresher->watch(m_state.progress);
+    m_refresher->watch(m_scan.progress);
     showBytes(0);
     followProgress();
 }
@@ -172,7 +172,7 @@ QWidget* ScanProgressView::makeLiveLine()
 
 void ScanProgressView::followProgress()
 {
-    const std::optional<ScanProgress>& progress = m_state.progress.value();
+    const std::optional<ScanProgress>& progress = m_scan.progress.value();
     if (!isVisible() || !progress) {
         return;
     }
@@ -191,7 +191,7 @@ void ScanProgressView::showBytes(double bytes)
 
 void ScanProgressView::showLiveLine()
 {
-    const ScanLiveLine line = scanLiveLine(m_state.progress.value(), m_hasReportedPath);
+    const ScanLiveLine line = scanLiveLine(m_scan.progress.value(), m_hasReportedPath);
     const int room = line.parent.isEmpty() ? columnWidth : longestName;
     m_liveName->setText(line.name);
     m_liveName->setFixedWidth(std::min(textWidth(TextStyle::row, line.name), room));

@@ -8,6 +8,7 @@
 namespace quorvane {
 
 class AppState;
+class ScanState;
 class ElidedLabel;
 class Refresher;
 class SpringAnimation;
@@ -33,7 +34,7 @@ private:
     void showBytes(double bytes);
     void showLiveLine();
 
-    AppState& m_state;
+    ScanState& m_scan;
     TabularLabel* m_bytes;
     TabularLabel* m_folders;
     TabularLabel* m_files;

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "SettingsPages.h"
 
-#include "AppState.h"
 #include "AppVersion.h"
 #include "BrandMark.h"
 #include "Card.h"
@@ -9,6 +8,7 @@
 #include "Refresher.h"
 #include "SegmentedPicker.h"
 #include "SettingsChoices.h"
+#include "SettingsState.h"
 #include "Symbols.h"
 #include "Tokens.h"
 
@@ -123,7 +123,7 @@ void addTextCard(Page& page, const QString& title, const char* symbol, const QSt
     card->addWidget(label);
 }
 
-void addThemeCard(Page& page, AppState& state, std::vector<std::function<void()>>& refresh)
+void addThemeCard(Page& page, SettingsState& state, std::vector<std::function<void()>>& refresh)
 {
     auto* const picker = new SegmentedPicker(translated("Theme"));
     picker->setObjectName(QStringLiteral("themePicker"));
@@ -141,7 +141,7 @@ void addThemeCard(Page& page, AppState& state, std::vector<std::function<void()>
     page.addCard(translated("Theme"), {}, spacing::l, spacing::l, spacing::l)->addWidget(picker);
 }
 
-void addAccentCard(Page& page, AppState& state, std::vector<std::function<void()>>& refresh)
+void addAccentCard(Page& page, SettingsState& state, std::vector<std::function<void()>>& refresh)
 {
     auto* const row = new QHBoxLayout;
     row->setSpacing(0);
@@ -159,7 +159,7 @@ void addAccentCard(Page& page, AppState& state, std::vector<std::function<void()
         ->addLayout(row);
 }
 
-void addPaletteCard(Page& page, AppState& state, std::vector<std::function<void()>>& refresh)
+void addPaletteCard(Page& page, SettingsState& state, std::vector<std::function<void()>>& refresh)
 {
     QVBoxLayout* const card = page.addCard(translated("Palette"), {}, 1, 1, 1);
     for (const AppPalette palette : allAppPalettes) {
@@ -192,7 +192,7 @@ QWidget* makeGeneralPage(bool hasGlobalSearch)
     return page;
 }
 
-QWidget* makeAppearancePage(AppState& state)
+QWidget* makeAppearancePage(SettingsState& state)
 {
     auto* const page = new Page("settingsAppearance");
     std::vector<std::function<void()>> refresh;

@@ -7,11 +7,11 @@ class QWidget;
 
 namespace quorvane {
 
-class AppState;
+class SettingsState;
 
 /// The pages of the settings. Each scrolls by itself where the window is low; the caller owns it.
 QWidget* makeGeneralPage(bool hasGlobalSearch);
-QWidget* makeAppearancePage(AppState& state);
+QWidget* makeAppearancePage(SettingsState& state);
 QWidget* makeAboutPage();
 
 /// What the about page calls the version: the bundle's own, unless that is missing or an unfilled

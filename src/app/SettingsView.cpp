@@ -1,12 +1,13 @@
 // SPDX-License-Identifier: MIT
 #include "SettingsView.h"
 
-#include "AppState.h"
 #include "Button.h"
 #include "Label.h"
 #include "NavigationRow.h"
+#include "NavigationState.h"
 #include "ScreenHeader.h"
 #include "SettingsPages.h"
+#include "SettingsState.h"
 #include "Tokens.h"
 
 #include <QHBoxLayout>
@@ -51,12 +52,12 @@ QString systemImage(SettingsCategory category)
 
 SettingsView::SettingsView(AppState& state, bool hasGlobalSearch, QWidget* parent)
     : QWidget(parent)
-    , m_state(state)
+    , m_navigation(NavigationState::of(state))
     , m_pages(new QStackedWidget(this))
 {
     setObjectName(QStringLiteral("settingsView"));
     m_pages->addWidget(makeGeneralPage(hasGlobalSearch));
-    m_pages->addWidget(makeAppearancePage(state));
+    m_pages->addWidget(makeAppearancePage(SettingsState::of(state)));
     m_pages->addWidget(makeAboutPage());
 
     auto* const columns = new QHBoxLayout;
@@ -72,7 +73,7 @@ SettingsView::SettingsView(AppState& state, bool hasGlobalSearch, QWidget* paren
     whole->addLayout(columns, 1);
 
     auto* const escape = new QShortcut(QKeySequence(Qt::Key_Escape), this);
-    connect(escape, &QShortcut::activated, this, [this] { m_state.closeSettings(); });
+    connect(escape, &QShortcut::activated, this, [this] { m_navigation.closeSettings(); });
     setSelectedCategory(m_selectedCategory);
 }
 
@@ -82,7 +83,7 @@ QWidget* SettingsView::makeHeader()
     auto* const close = new ToolButton(QStringLiteral("xmark"), tr("Close Settings (Esc)"));
     close->setObjectName(QStringLiteral("closeSettingsButton"));
     close->setSymbolSide(closeSymbolSide);
-    connect(close, &QAbstractButton::clicked, this, [this] { m_state.closeSettings(); });
+    connect(close, &QAbstractButton::clicked, this, [this] { m_navigation.closeSettings(); });
     header->addAction(close);
     return header;
 }

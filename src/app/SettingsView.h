@@ -11,6 +11,7 @@ class QStackedWidget;
 namespace quorvane {
 
 class AppState;
+class NavigationState;
 class NavigationRow;
 
 /// The groups of the settings, in the order of their rows.
@@ -40,7 +41,7 @@ private:
     QWidget* makeHeader();
     QWidget* makeCategories();
 
-    AppState& m_state;
+    NavigationState& m_navigation;
     SettingsCategory m_selectedCategory = SettingsCategory::general;
     std::array<NavigationRow*, allSettingsCategories.size()> m_rows{};
     QStackedWidget* m_pages;

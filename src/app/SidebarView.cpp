@@ -1,14 +1,16 @@
 // SPDX-License-Identifier: MIT
 #include "SidebarView.h"
 
-#include "AppState.h"
 #include "ByteFormatter.h"
 #include "DriveUsageView.h"
 #include "FileTypeLegend.h"
 #include "Label.h"
 #include "NavigationRow.h"
+#include "NavigationState.h"
 #include "Refresher.h"
+#include "ScanState.h"
 #include "StagedRow.h"
+#include "StagingState.h"
 #include "Tile.h"
 #include "Tokens.h"
 
@@ -41,7 +43,9 @@ SectionHeading* sectionHeading(const QString& text)
 
 SidebarView::SidebarView(AppState& state, const SectionScreens& sections, QWidget* parent)
     : Ground(ThemeColor::side, Edge::right, parent)
-    , m_state(state)
+    , m_scan(ScanState::of(state))
+    , m_navigation(NavigationState::of(state))
+    , m_staging(StagingState::of(state))
     , m_refresher(new Refresher(this, [this] { refresh(); }))
 {
     setObjectName(QStringLiteral("sidebar"));
@@ -74,7 +78,7 @@ SidebarView::SidebarView(AppState& state, const SectionScreens& sections, QWidge
     whole->setContentsMargins(0, 0, 1, 0);
     whole->addWidget(scroll);
 
-    m_refresher->watch(m_state.isScanning, m_state.section, m_state.stagedNodes);
+    m_refresher->watch(m_scan.isScanning, m_navigation.section, m_staging.stagedNodes);
     refresh();
 }
 
@@ -85,15 +89,14 @@ QWidget* SidebarView::makeScanActions()
         const char* objectName;
         QString symbol;
         QString text;
-        void (*run)(AppState&);
+        void (ScanState::*run)();
     };
     const Action actions[] = {
         {"chooseFolderTile", QStringLiteral("folder.badge.plus"), tr("Choose Folder"),
-         [](AppState& state) { state.pickFolder(); }},
-        {"scanHomeTile", QStringLiteral("house"), tr("Scan Home"),
-         [](AppState& state) { state.scanHome(); }},
+         &ScanState::pickFolder},
+        {"scanHomeTile", QStringLiteral("house"), tr("Scan Home"), &ScanState::scanHome},
         {"scanFullMacTile", QStringLiteral("desktopcomputer"), tr("Scan Full Mac"),
-         [](AppState& state) { state.scanFullMac(); }},
+         &ScanState::scanFullMac},
     };
     auto* const tiles = new QWidget(this);
     auto* const row = new QHBoxLayout(tiles);
@@ -102,7 +105,8 @@ QWidget* SidebarView::makeScanActions()
     for (const Action& action : actions) {
         auto* const tile = new ScanTile(action.symbol, action.text);
         tile->setObjectName(QLatin1String(action.objectName));
-        connect(tile, &QAbstractButton::clicked, this, [this, run = action.run] { run(m_state); });
+        connect(tile, &QAbstractButton::clicked, this,
+                [this, run = action.run] { (m_scan.*run)(); });
         row->addWidget(tile, 1);
         m_scanTiles.push_back(tile);
     }
@@ -125,7 +129,7 @@ QWidget* SidebarView::makeTools(const SectionScreens& sections)
         row->setObjectName(QLatin1String("toolRow.") +
                            QLatin1String(key.data(), static_cast<qsizetype>(key.size())));
         connect(row, &QAbstractButton::clicked, this,
-                [this, section = tool.section] { m_state.section = section; });
+                [this, section = tool.section] { m_navigation.section = section; });
         column->addWidget(row);
         m_toolRows.push_back({tool.section, row});
     }
@@ -147,7 +151,7 @@ QWidget* SidebarView::makeStagedRow()
     m_staged = new StagedRow;
     m_staged->setObjectName(QStringLiteral("stagedRow"));
     connect(m_staged, &QAbstractButton::clicked, this,
-            [this] { m_state.section = AppSection::cleanup; });
+            [this] { m_navigation.section = AppSection::cleanup; });
     place->addWidget(m_staged);
     return m_stagedPlace;
 }
@@ -164,16 +168,16 @@ QWidget* SidebarView::makeFileTypes()
 void SidebarView::refresh()
 {
     for (ScanTile* const tile : m_scanTiles) {
-        tile->setEnabled(!m_state.isScanning.value());
+        tile->setEnabled(!m_scan.isScanning.value());
     }
     for (const ToolRow& tool : m_toolRows) {
-        tool.row->setCurrent(tool.section == m_state.section.value());
+        tool.row->setCurrent(tool.section == m_navigation.section.value());
     }
     if (m_staged != nullptr) {
-        const std::size_t count = m_state.stagedNodes.value().size();
+        const std::size_t count = m_staging.stagedNodes.value().size();
         m_stagedPlace->setVisible(count > 0);
         m_staged->setDetail(
-            tr("%1 items · %2").arg(count).arg(ByteFormatter::string(m_state.stagedSpace(), 1)));
+            tr("%1 items · %2").arg(count).arg(ByteFormatter::string(m_staging.stagedSpace(), 1)));
     }
 }
 

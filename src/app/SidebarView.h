@@ -10,6 +10,9 @@
 namespace quorvane {
 
 class AppState;
+class NavigationState;
+class ScanState;
+class StagingState;
 class NavigationRow;
 class Refresher;
 class ScanTile;
@@ -37,7 +40,9 @@ private:
     QWidget* makeStagedRow();
     void refresh();
 
-    AppState& m_state;
+    ScanState& m_scan;
+    NavigationState& m_navigation;
+    StagingState& m_staging;
     std::vector<ScanTile*> m_scanTiles;
     std::vector<ToolRow> m_toolRows;
     StagedRow* m_staged = nullptr;

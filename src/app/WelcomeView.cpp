@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "WelcomeView.h"
 
-#include "AppState.h"
 #include "BrandMark.h"
 #include "Button.h"
 #include "Label.h"
+#include "ScanState.h"
 #include "Tokens.h"
 
 #include <QHBoxLayout>
@@ -15,16 +15,16 @@ namespace {
 
 constexpr int markSide = 84;
 
-QLayout* makeButtons(AppState& state)
+QLayout* makeButtons(ScanState& scan)
 {
     auto* const scanHome = new Button(QStringLiteral("house"), WelcomeView::tr("Scan Home Folder"),
                                       ButtonRole::prominent, ControlSize::large);
     scanHome->setObjectName(QStringLiteral("welcomeScanHomeButton"));
-    QObject::connect(scanHome, &QAbstractButton::clicked, scanHome, [&state] { state.scanHome(); });
+    QObject::connect(scanHome, &QAbstractButton::clicked, scanHome, [&scan] { scan.scanHome(); });
     auto* const choose = new Button(QStringLiteral("folder"), WelcomeView::tr("Choose Folder…"),
                                     ButtonRole::bordered, ControlSize::large);
     choose->setObjectName(QStringLiteral("welcomeChooseFolderButton"));
-    QObject::connect(choose, &QAbstractButton::clicked, choose, [&state] { state.pickFolder(); });
+    QObject::connect(choose, &QAbstractButton::clicked, choose, [&scan] { scan.pickFolder(); });
 
     auto* const row = new QHBoxLayout;
     row->setSpacing(spacing::m);
@@ -58,7 +58,7 @@ WelcomeView::WelcomeView(AppState& state, QWidget* parent)
     column->addSpacing(10);
     column->addWidget(text);
     column->addSpacing(32);
-    column->addLayout(makeButtons(state));
+    column->addLayout(makeButtons(ScanState::of(state)));
     column->addStretch(3);
 }
 

@@ -1,24 +1,29 @@
 // SPDX-License-Identifier: MIT
 #include "WindowToolBar.h"
 
-#include "AppState.h"
 #include "Button.h"
 #include "Label.h"
+#include "NavigationState.h"
 #include "Refresher.h"
+#include "ScanState.h"
 #include "SegmentedPicker.h"
+#include "SettingsState.h"
 #include "Tokens.h"
 
 #include <QHBoxLayout>
 
 #include <algorithm>
 #include <cstddef>
+#include <utility>
 
 namespace quorvane {
 
 WindowToolBar::WindowToolBar(AppState& state, const SectionScreens& sections,
                              const VisualizerScreens& visualizers, QWidget* parent)
     : Ground(ThemeColor::veil, Edge::bottom, parent)
-    , m_state(state)
+    , m_scan(ScanState::of(state))
+    , m_navigation(NavigationState::of(state))
+    , m_settingsState(SettingsState::of(state))
     , m_refresher(new Refresher(this, [this] { refresh(); }))
 {
     setObjectName(QStringLiteral("toolBar"));
@@ -26,17 +31,17 @@ WindowToolBar::WindowToolBar(AppState& state, const SectionScreens& sections,
     makeLeadingItems();
     makeVisualizerPicker(visualizers);
     m_rescan = makeAction(QStringLiteral("arrow.clockwise"), tr("Rescan"),
-                          QStringLiteral("rescanButton"), [](AppState& state) { state.rescan(); });
+                          QStringLiteral("rescanButton"), [this] { m_scan.rescan(); });
     m_rescan->setToolTip(tr("Rescan the current folder"));
-    m_zoomOut =
-        makeAction(QStringLiteral("level.up"), tr("Zoom Out"), QStringLiteral("zoomOutButton"),
-                   [](AppState& state) { state.focusUp(); });
+    m_zoomOut = makeAction(QStringLiteral("level.up"), tr("Zoom Out"),
+                           QStringLiteral("zoomOutButton"), [this] { m_navigation.focusUp(); });
     m_zoomOut->setToolTip(tr("Zoom out one level (Esc)"));
     makeDetailsToggle();
     makeSettingsButton(sections);
     layOut();
-    m_refresher->watch(m_state.section, m_state.rootNode, m_state.focusNode, m_state.isScanning,
-                       m_state.visualizer, m_state.storageInspectorVisible);
+    m_refresher->watch(m_navigation.section, m_scan.rootNode, m_navigation.focusNode,
+                       m_scan.isScanning, m_navigation.visualizer,
+                       m_settingsState.storageInspectorVisible);
     refresh();
     setSidebarShown(true);
 }
@@ -47,7 +52,7 @@ void WindowToolBar::makeLeadingItems()
     m_sidebarToggle->setObjectName(QStringLiteral("sidebarToggle"));
     connect(m_sidebarToggle, &QAbstractButton::clicked, this, &WindowToolBar::sidebarToggled);
     m_back = makeAction(QStringLiteral("chevron.left"), {}, QStringLiteral("backButton"),
-                        [](AppState& state) { state.section = AppSection::analysis; });
+                        [this] { m_navigation.section = AppSection::analysis; });
     m_back->setAccessibleName(tr("Back to Analysis"));
     m_back->setToolTip(tr("Back to Analysis (Alt+Left)"));
     m_back->setShortcut(Qt::ALT | Qt::Key_Left);
@@ -64,17 +69,17 @@ void WindowToolBar::makeVisualizerPicker(const VisualizerScreens& visualizers)
         m_picker->addSegment(title(type), systemImage(type));
     }
     connect(m_picker, &SegmentedPicker::activated, this, [this](int index) {
-        m_state.visualizer = m_pickerTypes[static_cast<std::size_t>(index)];
+        m_navigation.visualizer = m_pickerTypes[static_cast<std::size_t>(index)];
     });
 }
 
 ToolButton* WindowToolBar::makeAction(const QString& symbol, const QString& name,
-                                      const QString& objectName, void (*run)(AppState&))
+                                      const QString& objectName, std::function<void()> run)
 {
     auto* const button = new ToolButton(symbol, name, this);
     button->setObjectName(objectName);
     button->setAccessibleName(name);
-    connect(button, &QAbstractButton::clicked, this, [this, run] { run(m_state); });
+    connect(button, &QAbstractButton::clicked, this, std::move(run));
     return button;
 }
 
@@ -85,7 +90,7 @@ void WindowToolBar::makeDetailsToggle()
     m_details->setToolTip(tr("Toggle the details panel"));
     m_details->setCheckable(true);
     connect(m_details, &QAbstractButton::clicked, this,
-            [this] { m_state.setInspectorVisible(!m_state.inspectorVisible()); });
+            [this] { m_settingsState.setInspectorVisible(!m_settingsState.inspectorVisible()); });
 }
 
 void WindowToolBar::makeSettingsButton(const SectionScreens& sections)
@@ -97,10 +102,10 @@ void WindowToolBar::makeSettingsButton(const SectionScreens& sections)
     m_settings->setObjectName(QStringLiteral("settingsButton"));
     m_settings->setCheckable(true);
     connect(m_settings, &QAbstractButton::clicked, this, [this] {
-        if (m_state.section.value() == AppSection::settings) {
-            m_state.closeSettings();
+        if (m_navigation.section.value() == AppSection::settings) {
+            m_navigation.closeSettings();
         } else {
-            m_state.openSettings();
+            m_navigation.openSettings();
         }
     });
 }
@@ -135,21 +140,21 @@ void WindowToolBar::setSidebarShown(bool shown)
 
 void WindowToolBar::refresh()
 {
-    const AppSection section = m_state.section.value();
+    const AppSection section = m_navigation.section.value();
     const bool isAnalysis = section == AppSection::analysis;
     m_title->setText(title(section));
     // The settings name themselves in the bar right below.
     m_title->setVisible(section != AppSection::settings);
     m_back->setVisible(!isAnalysis && section != AppSection::settings &&
-                       (m_state.hasScan() || m_state.isScanning.value()));
-    m_rescan->setVisible(m_state.hasScan());
-    m_zoomOut->setVisible(isAnalysis && m_state.focusNode.value() != nullptr);
-    m_details->setVisible(isAnalysis && m_state.hasScan());
-    m_details->setChecked(m_state.inspectorVisible());
-    m_picker->setVisible(m_pickerTypes.size() > 1 && isAnalysis && m_state.hasScan() &&
-                         !m_state.isScanning.value());
+                       (m_scan.hasScan() || m_scan.isScanning.value()));
+    m_rescan->setVisible(m_scan.hasScan());
+    m_zoomOut->setVisible(isAnalysis && m_navigation.focusNode.value() != nullptr);
+    m_details->setVisible(isAnalysis && m_scan.hasScan());
+    m_details->setChecked(m_settingsState.inspectorVisible());
+    m_picker->setVisible(m_pickerTypes.size() > 1 && isAnalysis && m_scan.hasScan() &&
+                         !m_scan.isScanning.value());
     const auto current =
-        std::find(m_pickerTypes.begin(), m_pickerTypes.end(), m_state.visualizer.value());
+        std::find(m_pickerTypes.begin(), m_pickerTypes.end(), m_navigation.visualizer.value());
     m_picker->setCurrentIndex(
         current == m_pickerTypes.end() ? -1 : static_cast<int>(current - m_pickerTypes.begin()));
     if (m_settings != nullptr) {

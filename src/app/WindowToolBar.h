@@ -5,11 +5,15 @@
 #include "ScreenRegistry.h"
 #include "VisualizerType.h"
 
+#include <functional>
 #include <vector>
 
 namespace quorvane {
 
 class AppState;
+class NavigationState;
+class ScanState;
+class SettingsState;
 class Label;
 class Refresher;
 class SegmentedPicker;
@@ -42,7 +46,7 @@ private:
     void makeLeadingItems();
     void makeVisualizerPicker(const VisualizerScreens& visualizers);
     ToolButton* makeAction(const QString& symbol, const QString& name, const QString& objectName,
-                           void (*run)(AppState&));
+                           std::function<void()> run);
     /// Only where there is a settings screen.
     void makeSettingsButton(const SectionScreens& sections);
     void makeDetailsToggle();
@@ -50,7 +54,9 @@ private:
     void refresh();
     void fitWords();
 
-    AppState& m_state;
+    ScanState& m_scan;
+    NavigationState& m_navigation;
+    SettingsState& m_settingsState;
     ToolButton* m_sidebarToggle = nullptr;
     /// From a tool to the picture of the scan, which the tools have been opened from.
     ToolButton* m_back = nullptr;

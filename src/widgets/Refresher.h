@@ -27,6 +27,7 @@ public:
     }
 
     void schedule();
+    bool isScheduled() const { return m_isScheduled; }
     /// Refreshes now and drops what was scheduled.
     void refreshNow();
 

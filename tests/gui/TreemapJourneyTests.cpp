@@ -5,7 +5,7 @@
 #include "ProgramFixture.h"
 #include "SegmentedPicker.h"
 #include "Theme.h"
-#include "TreemapView.h"
+#include "VisualizerCanvas.h"
 
 #include <QAbstractButton>
 
@@ -23,11 +23,11 @@ protected:
         m_disk.hole("home/Movies/sparse.mov", 100000);
     }
 
-    TreemapView& treemap() { return *find<TreemapView>("treemapView"); }
+    VisualizerCanvas& treemap() { return *find<VisualizerCanvas>("treemapView"); }
 
     bool isSettled()
     {
-        TreemapView& view = treemap();
+        VisualizerCanvas& view = treemap();
         return view.scene() && !view.isComputingLayout() &&
                view.scene()->request().target == state().shownNode() &&
                view.scene()->request().size == view.size() &&

@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "BreadcrumbBar.h"
 
-#include "AppState.h"
+#include "NavigationState.h"
 #include "Painting.h"
+#include "ScanState.h"
 #include "Symbols.h"
 #include "Theme.h"
 #include "Tokens.h"
@@ -84,14 +85,15 @@ void CrumbButton::leaveEvent(QEvent* event)
 
 BreadcrumbBar::BreadcrumbBar(AppState& state, QWidget* parent)
     : QWidget(parent)
-    , m_state(state)
+    , m_scan(ScanState::of(state))
+    , m_navigation(NavigationState::of(state))
 {
     setObjectName(QStringLiteral("breadcrumbBar"));
     setAccessibleName(QStringLiteral("Path"));
     setFixedHeight(measure::crumbsHeight);
     const auto changed = [this] { rebuild(); };
-    m_observers.push_back(state.rootNode.addNotifier(changed));
-    m_observers.push_back(state.focusNode.addNotifier(changed));
+    m_observers.push_back(m_scan.rootNode.addNotifier(changed));
+    m_observers.push_back(m_navigation.focusNode.addNotifier(changed));
     connect(&ThemeNotifier::instance(), &ThemeNotifier::themeChanged, this, [this] {
         placeCrumbs();
         update();
@@ -125,8 +127,8 @@ void BreadcrumbBar::rebuild()
         crumb->deleteLater();
     }
     m_crumbs.clear();
-    const NodePointer focus = m_state.focusNode.value();
-    const NodePointer shown = m_state.shownNode();
+    const NodePointer focus = m_navigation.focusNode.value();
+    const NodePointer shown = m_navigation.shownNode();
     std::vector<FileNode*> nodes = chain(shown.get());
     if (nodes.size() > mostCrumbs) {
         nodes.erase(nodes.begin(), nodes.end() - static_cast<std::ptrdiff_t>(mostCrumbs));
@@ -138,7 +140,7 @@ void BreadcrumbBar::rebuild()
         const std::weak_ptr<FileNode> target = NodePointer(shown, node);
         connect(crumb, &QAbstractButton::clicked, this, [this, target] {
             if (const NodePointer folder = target.lock()) {
-                m_state.focus(folder);
+                m_navigation.focus(folder);
             }
         });
         m_crumbs.push_back(crumb);

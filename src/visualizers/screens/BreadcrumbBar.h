@@ -12,6 +12,8 @@
 namespace quorvane {
 
 class AppState;
+class NavigationState;
+class ScanState;
 
 /// One folder of the way down to the focus.
 class CrumbButton final : public QAbstractButton
@@ -56,7 +58,8 @@ private:
     void rebuild();
     void placeCrumbs();
 
-    AppState& m_state;
+    ScanState& m_scan;
+    NavigationState& m_navigation;
     std::vector<QPropertyNotifier> m_observers;
     std::vector<CrumbButton*> m_crumbs;
     std::vector<int> m_chevrons; ///< left edges of those on show

@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "FooterView.h"
 
-#include "AppState.h"
 #include "Label.h"
 #include "Painting.h"
 #include "SegmentedPicker.h"
+#include "SettingsState.h"
 #include "SizeMode.h"
 #include "Theme.h"
 #include "Tokens.h"
@@ -83,7 +83,7 @@ private:
 
 FooterView::FooterView(AppState& state, QWidget* parent)
     : QWidget(parent)
-    , m_state(state)
+    , m_settings(SettingsState::of(state))
     , m_sizeBasis(new SegmentedPicker(tr("Size basis"), this))
     , m_hint(new FooterHint(
           tr("Hover to inspect · Click a folder to zoom · Right-click for actions · Esc zooms out"),
@@ -99,16 +99,16 @@ FooterView::FooterView(AppState& state, QWidget* parent)
     m_hint->setObjectName(QStringLiteral("footerHint"));
 
     connect(m_sizeBasis, &SegmentedPicker::activated, this, [this](int index) {
-        m_state.setSizeMode(allSizeModes[static_cast<std::size_t>(index)]);
+        m_settings.setSizeMode(allSizeModes[static_cast<std::size_t>(index)]);
     });
-    m_sizeModeChanged = m_state.storageSizeMode.addNotifier([this] { showSizeMode(); });
+    m_sizeModeChanged = m_settings.storageSizeMode.addNotifier([this] { showSizeMode(); });
     showSizeMode();
 }
 
 void FooterView::showSizeMode()
 {
     const auto* const mode =
-        std::find(allSizeModes.begin(), allSizeModes.end(), m_state.sizeMode());
+        std::find(allSizeModes.begin(), allSizeModes.end(), m_settings.sizeMode());
     m_sizeBasis->setCurrentIndex(static_cast<int>(mode - allSizeModes.begin()));
 }
 

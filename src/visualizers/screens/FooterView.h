@@ -7,6 +7,7 @@
 namespace quorvane {
 
 class AppState;
+class SettingsState;
 class FooterHint;
 class SegmentedPicker;
 
@@ -28,7 +29,7 @@ private:
     void showSizeMode();
     void layOut();
 
-    AppState& m_state;
+    SettingsState& m_settings;
     SegmentedPicker* m_sizeBasis;
     FooterHint* m_hint;
     QPropertyNotifier m_sizeModeChanged;

@@ -1,18 +1,21 @@
 // SPDX-License-Identifier: MIT
 #include "InspectorView.h"
 
-#include "AppState.h"
 #include "Card.h"
 #include "EmptyState.h"
 #include "InspectorFacts.h"
 #include "InspectorRows.h"
 #include "Label.h"
+#include "NavigationState.h"
 #include "NodeColors.h"
 #include "NodeIcon.h"
 #include "PathText.h"
 #include "QuickLookPreview.h"
 #include "Refresher.h"
+#include "ScanState.h"
+#include "SettingsState.h"
 #include "ShortenedName.h"
+#include "StagingState.h"
 #include "Tile.h"
 #include "Tokens.h"
 
@@ -62,7 +65,10 @@ std::vector<FactRow*> fillCard(Card& card, int count)
 
 InspectorView::InspectorView(AppState& state, QWidget* parent)
     : QWidget(parent)
-    , m_state(state)
+    , m_scan(ScanState::of(state))
+    , m_navigation(NavigationState::of(state))
+    , m_staging(StagingState::of(state))
+    , m_settings(SettingsState::of(state))
     , m_refresher(new Refresher(this, [this] { refresh(); }))
 {
     setObjectName(QStringLiteral("inspectorView"));
@@ -74,13 +80,13 @@ InspectorView::InspectorView(AppState& state, QWidget* parent)
     whole->setContentsMargins(1, 0, 0, 0);
     whole->addWidget(m_nothing);
     whole->addWidget(m_details);
-    m_refresher->watch(m_state.selectedNode, m_state.rootNode, m_state.storageInspectorVisible,
-                       m_state.storagePalette);
+    m_refresher->watch(m_navigation.selectedNode, m_scan.rootNode,
+                       m_settings.storageInspectorVisible, m_settings.storagePalette);
     // Nothing else changes with each item of a batch.
     auto* const stageRefresher = new Refresher(this, [this] { refreshStage(); });
-    stageRefresher->watch(m_state.stagedNodes, m_state.trashProgress);
+    stageRefresher->watch(m_staging.stagedNodes, m_staging.trashProgress);
     auto* const creationRefresher = new Refresher(this, [this] { refreshFacts(); });
-    creationRefresher->watch(m_state.creationDate);
+    creationRefresher->watch(m_navigation.creationDate);
     refresh();
 }
 
@@ -165,7 +171,7 @@ QWidget* InspectorView::makeActions()
         auto* const tile = new ActionTile(QLatin1String(symbol), text);
         tile->setObjectName(QLatin1String(objectName));
         connect(tile, &QAbstractButton::clicked, this, [this, act] {
-            if (const NodePointer node = m_state.selectedNode.value()) {
+            if (const NodePointer node = m_navigation.selectedNode.value()) {
                 act(node);
             }
         });
@@ -177,11 +183,11 @@ QWidget* InspectorView::makeActions()
             [](const NodePointer& node) { QuickLookPreview::shared().toggle(*node); });
     addQuickLookKey(*quickLookTile);
     add("magnifyingglass", tr("Reveal in Finder"), "inspectorReveal",
-        [this](const NodePointer& node) { m_state.revealInFinder(*node); });
+        [this](const NodePointer& node) { m_navigation.revealInFinder(*node); });
     add("arrow.up.forward.app", tr("Open"), "inspectorOpen",
-        [this](const NodePointer& node) { m_state.openInApp(*node); });
+        [this](const NodePointer& node) { m_navigation.openInApp(*node); });
     m_stage = add("trash", {}, "inspectorStage",
-                  [this](const NodePointer& node) { m_state.toggleStaged(node); });
+                  [this](const NodePointer& node) { m_staging.toggleStaged(node); });
     return actions;
 }
 
@@ -202,11 +208,11 @@ void InspectorView::addQuickLookKey(ActionTile& tile)
 
 void InspectorView::refresh()
 {
-    setVisible(m_state.inspectorVisible());
-    if (!m_state.inspectorVisible()) {
+    setVisible(m_settings.inspectorVisible());
+    if (!m_settings.inspectorVisible()) {
         return;
     }
-    const NodePointer node = m_state.selectedNode.value();
+    const NodePointer node = m_navigation.selectedNode.value();
     m_nothing->setVisible(node == nullptr);
     m_details->setVisible(node != nullptr);
     if (node) {
@@ -214,7 +220,7 @@ void InspectorView::refresh()
         showActions(*node);
         showFacts(*node);
         if (tellsCreation(*node)) {
-            m_state.readCreationDate(node);
+            m_navigation.readCreationDate(node);
         }
         showLargestInside(*node);
     }
@@ -222,16 +228,16 @@ void InspectorView::refresh()
 
 void InspectorView::refreshStage()
 {
-    const NodePointer node = m_state.selectedNode.value();
-    if (node && m_state.inspectorVisible()) {
+    const NodePointer node = m_navigation.selectedNode.value();
+    if (node && m_settings.inspectorVisible()) {
         showActions(*node);
     }
 }
 
 void InspectorView::refreshFacts()
 {
-    const NodePointer node = m_state.selectedNode.value();
-    if (node && m_state.inspectorVisible()) {
+    const NodePointer node = m_navigation.selectedNode.value();
+    if (node && m_settings.inspectorVisible()) {
         showFacts(*node);
     }
 }
@@ -244,19 +250,19 @@ void InspectorView::showHeader(const FileNode& node)
     m_symbol->setIcon(themeIconOf(node));
     m_name->setText(node.displayName());
     m_kind->setText(kindOf(node));
-    m_path->setPath(AppState::displayPath(node.path()));
+    m_path->setPath(ScanState::displayPath(node.path()));
 }
 
 void InspectorView::showActions(const FileNode& node)
 {
-    const NodePointer root = m_state.rootNode.value();
+    const NodePointer root = m_scan.rootNode.value();
     m_stage->setText(node.isStagedForTrash() ? tr("Unstage") : tr("Stage for Cleanup"));
     m_stage->setEnabled(!root || node.id() != root->id());
 }
 
 void InspectorView::showFacts(const FileNode& node)
 {
-    const CreationDate& read = m_state.creationDate.value();
+    const CreationDate& read = m_navigation.creationDate.value();
     const std::optional<std::int64_t> created =
         tellsCreation(node) && read.node.get() == &node ? read.seconds : std::nullopt;
     const std::vector<InspectorFact> facts =

@@ -11,6 +11,10 @@ namespace quorvane {
 
 class ActionTile;
 class AppState;
+class NavigationState;
+class ScanState;
+class SettingsState;
+class StagingState;
 class Card;
 class FactRow;
 class Label;
@@ -47,7 +51,10 @@ private:
     void showFacts(const FileNode& node);
     void showLargestInside(const FileNode& node);
 
-    AppState& m_state;
+    ScanState& m_scan;
+    NavigationState& m_navigation;
+    StagingState& m_staging;
+    SettingsState& m_settings;
     QWidget* m_nothing = nullptr;
     QWidget* m_details = nullptr;
     SymbolPlate* m_symbol = nullptr;

@@ -1,8 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "NodeContextMenuModifier.h"
 
-#include "AppState.h"
 #include "Menu.h"
+#include "NavigationState.h"
+#include "ScanState.h"
+#include "StagingState.h"
 
 #include <QAction>
 #include <QPoint>
@@ -22,13 +24,13 @@ bool isSameTree(const NodePointer& first, const NodePointer& second)
 /// Acts on the node as long as its tree is the one on show: a menu stays open while a scan replaces
 /// it, and neither keeps the old tree alive nor reaches into it.
 template<class Act>
-void connectEntry(const QAction& entry, Menu& menu, AppState& state, const NodePointer& node,
+void connectEntry(const QAction& entry, Menu& menu, const ScanState& scan, const NodePointer& node,
                   Act act)
 {
     QObject::connect(&entry, &QAction::triggered, &menu,
-                     [&state, weak = std::weak_ptr<FileNode>(node), act] {
+                     [&scan, weak = std::weak_ptr<FileNode>(node), act] {
                          const NodePointer current = weak.lock();
-                         if (isSameTree(current, state.rootNode.value())) {
+                         if (isSameTree(current, scan.rootNode.value())) {
                              act(current);
                          }
                      });
@@ -44,25 +46,29 @@ void NodeContextMenuModifier::popUp(QWidget& owner, const QPoint& globalPosition
     auto* const menu = new Menu(&owner);
     menu->setObjectName(QStringLiteral("nodeContextMenu"));
     menu->setAttribute(Qt::WA_DeleteOnClose);
-    const NodePointer root = state.rootNode.value();
+    const ScanState& scan = ScanState::of(state);
+    NavigationState& navigation = NavigationState::of(state);
+    const NodePointer root = scan.rootNode.value();
     const bool isStaged = node->isStagedForTrash();
     QAction* const stage = menu->addItem(
         isStaged ? QStringLiteral("arrow.uturn.backward") : QStringLiteral("trash"),
         isStaged ? QStringLiteral("Unstage from Cleanup") : QStringLiteral("Stage for Cleanup"));
     stage->setObjectName(QStringLiteral("stageAction"));
     stage->setEnabled(!root || node->id() != root->id());
-    connectEntry(*stage, *menu, state, node,
-                 [&model = state](const NodePointer& shown) { model.toggleStaged(shown); });
+    connectEntry(*stage, *menu, scan, node,
+                 [&staging = StagingState::of(state)](const NodePointer& shown) {
+                     staging.toggleStaged(shown);
+                 });
     QAction* const reveal =
         menu->addItem(QStringLiteral("folder"), QStringLiteral("Reveal in Finder"));
     reveal->setObjectName(QStringLiteral("revealAction"));
-    connectEntry(*reveal, *menu, state, node,
-                 [&model = state](const NodePointer& shown) { model.revealInFinder(*shown); });
+    connectEntry(*reveal, *menu, scan, node,
+                 [&navigation](const NodePointer& shown) { navigation.revealInFinder(*shown); });
     QAction* const open =
         menu->addItem(QStringLiteral("arrowshape.turn.up.right"), QStringLiteral("Open"));
     open->setObjectName(QStringLiteral("openAction"));
-    connectEntry(*open, *menu, state, node,
-                 [&model = state](const NodePointer& shown) { model.openInApp(*shown); });
+    connectEntry(*open, *menu, scan, node,
+                 [&navigation](const NodePointer& shown) { navigation.openInApp(*shown); });
     menu->popup(globalPosition);
 }
 

@@ -1,20 +1,22 @@
 // SPDX-License-Identifier: MIT
 #include "PreviewPanel.h"
 
-#include "AppState.h"
 #include "Button.h"
 #include "ByteFormatter.h"
 #include "DocumentView.h"
 #include "EmptyState.h"
+#include "FacetHost.h"
 #include "InspectorFacts.h"
 #include "Label.h"
 #include "MediaView.h"
+#include "NavigationState.h"
 #include "Painting.h"
 #include "PanelShadow.h"
 #include "PictureView.h"
 #include "PreviewText.h"
 #include "QuickLookPreview.h"
 #include "Refresher.h"
+#include "SettingsState.h"
 #include "Text.h"
 #include "Tokens.h"
 
@@ -71,14 +73,16 @@ QString summaryOf(const FileNode& node)
 
 PreviewPanel::PreviewPanel(AppState& state, QWidget* window)
     : QWidget(window)
-    , m_state(state)
+    , m_navigation(NavigationState::of(state))
+    , m_settings(SettingsState::of(state))
+    , m_host(FacetHost::of(state))
     , m_shadow(new PanelShadow(window))
     , m_name(new ElidedLabel({}, Qt::ElideMiddle, TextStyle::strong))
     , m_detail(new Label({}, TextStyle::caption, ThemeColor::text2))
     , m_summary(new EmptyState({}, {}, {}))
     , m_picture(new PictureView)
     , m_text(new QPlainTextEdit)
-    , m_document(new DocumentView(state.jobs()))
+    , m_document(new DocumentView(m_host.jobs()))
 {
     setObjectName(QStringLiteral("previewPanel"));
     setAccessibleName(tr("Quick Look"));
@@ -90,7 +94,7 @@ PreviewPanel::PreviewPanel(AppState& state, QWidget* window)
     connect(&m_summaryDelay, &QTimer::timeout, this, &PreviewPanel::showSummary);
     connect(m_document, &DocumentView::currentPageChanged, this, &PreviewPanel::showDetail);
     auto* const refresher = new Refresher(this, [this] { followSelection(); });
-    refresher->watch(m_state.selectedNode, m_state.section);
+    refresher->watch(m_navigation.selectedNode, m_navigation.section);
 }
 
 PreviewPanel::~PreviewPanel()
@@ -220,8 +224,8 @@ void PreviewPanel::followSelection()
     if (isHidden()) {
         return;
     }
-    const NodePointer node = m_state.selectedNode.value();
-    if (!node || m_state.section.value() != AppSection::analysis) {
+    const NodePointer node = m_navigation.selectedNode.value();
+    if (!node || m_navigation.section.value() != AppSection::analysis) {
         closePanel();
     } else if (node->path() != QuickLookPreview::shared().url()) {
         QuickLookPreview::shared().show(*node);
@@ -250,14 +254,14 @@ void PreviewPanel::read(const FilePath& path)
     m_stop = std::make_shared<LockedFlag>();
     m_summaryDelay.start(summaryDelay);
     const QSize room = m_pages->parentWidget()->size() * devicePixelRatioF();
-    m_reading = m_state.jobs().start(
+    m_reading = m_host.jobs().start(
         JobPriority::userInitiated,
         [path, room, stop = m_stop](const Job&) { return PreviewContent::read(path, room, *stop); },
         [this, stop = m_stop](PreviewContent content) {
             if (stop == m_stop) {
                 take(std::move(content));
             } else if (content.document) {
-                m_state.jobs().release(std::move(content.document));
+                m_host.jobs().release(std::move(content.document));
             }
         });
 }
@@ -308,7 +312,7 @@ void PreviewPanel::showKind(PreviewContent::Kind kind, QWidget* page)
 void PreviewPanel::showSummary()
 {
     emptyPages();
-    const NodePointer selected = m_state.selectedNode.value();
+    const NodePointer selected = m_navigation.selectedNode.value();
     const bool isSelected = selected && selected->path() == m_path;
     m_summary->setSymbol(isSelected ? symbolOf(*selected) : QStringLiteral("doc.fill"));
     m_summary->setHeading(QFontMetrics(quorvane::font(TextStyle::heading))
@@ -348,12 +352,12 @@ void PreviewPanel::moveSelection(QKeyEvent& event)
 /// In the order of the sizes, past what is hidden.
 void PreviewPanel::selectSibling(int step)
 {
-    const NodePointer node = m_state.selectedNode.value();
+    const NodePointer node = m_navigation.selectedNode.value();
     FileNode* const parent = node ? node->parent() : nullptr;
     if (parent == nullptr) {
         return;
     }
-    const BloatKeys hidden = m_state.disabledBloat();
+    const BloatKeys hidden = m_settings.disabledBloat();
     FileNode* before = nullptr;
     FileNode* after = nullptr;
     for (FileNode& sibling : parent->visibleChildren(hidden)) {
@@ -364,7 +368,7 @@ void PreviewPanel::selectSibling(int step)
         before = &sibling < node.get() ? &sibling : before;
     }
     if (FileNode* const next = step < 0 ? before : after) {
-        m_state.select(NodePointer(node, next));
+        m_navigation.select(NodePointer(node, next));
     }
 }
 

@@ -18,6 +18,9 @@ class QStackedLayout;
 namespace quorvane {
 
 class AppState;
+class FacetHost;
+class NavigationState;
+class SettingsState;
 class DocumentView;
 class ElidedLabel;
 class EmptyState;
@@ -72,7 +75,9 @@ private:
     void followSelection();
     bool takesKey(const QObject& watched, QEvent& event);
 
-    AppState& m_state;
+    NavigationState& m_navigation;
+    SettingsState& m_settings;
+    FacetHost& m_host;
     QPointer<PanelShadow> m_shadow;
     ElidedLabel* m_name;
     Label* m_detail;

@@ -2,15 +2,19 @@
 #include "VisualizerCanvas.h"
 
 #include "CanvasAccessibility.h"
+#include "FacetHost.h"
 #include "HoverTooltip.h"
 #include "LayoutSpinner.h"
+#include "NavigationState.h"
 #include "NodeColors.h"
 #include "Painting.h"
+#include "Refresher.h"
+#include "ScanState.h"
+#include "SettingsState.h"
 #include "Theme.h"
 #include "Tokens.h"
 
 #include <QApplication>
-#include <QMetaObject>
 #include <QPainter>
 #include <QPainterPath>
 #include <QPointer>
@@ -19,6 +23,7 @@
 #include <utility>
 
 namespace quorvane {
+
 QColor VisualizerCanvas::groundColor()
 {
     if (const std::optional<Color> wash = NodeColors::canvasWash()) {
@@ -28,16 +33,19 @@ QColor VisualizerCanvas::groundColor()
     return QApplication::palette().color(QPalette::Base);
 }
 
-VisualizerCanvas::VisualizerCanvas(AppState& state, MakeScene makeScene, CanvasTraits traits,
-                                   QWidget* parent)
+VisualizerCanvas::VisualizerCanvas(AppState& state, const CanvasTraits& traits, QWidget* parent)
     : QWidget(parent)
     , m_state(state)
-    , m_makeScene(makeScene)
-    , m_traits(std::move(traits))
+    , m_scan(ScanState::of(state))
+    , m_navigation(NavigationState::of(state))
+    , m_settings(SettingsState::of(state))
+    , m_host(FacetHost::of(state))
+    , m_traits(traits)
+    , m_layoutRefresher(new Refresher(this, [this] { refreshLayout(); }))
     , m_tooltip(new HoverTooltip(this))
     , m_spinner(new LayoutSpinner(this))
 {
-    setObjectName(m_traits.objectName);
+    setObjectName(QLatin1String(m_traits.objectName));
     installCanvasAccessibility();
     setMouseTracking(true);
     setFocusPolicy(Qt::StrongFocus);
@@ -54,51 +62,35 @@ VisualizerCanvas::~VisualizerCanvas()
 
 void VisualizerCanvas::observe()
 {
-    const auto relayout = [this] { scheduleLayout(); };
-    m_observers.push_back(m_state.rootNode.addNotifier(relayout));
-    m_observers.push_back(m_state.focusNode.addNotifier(relayout));
-    m_observers.push_back(m_state.storageSizeMode.addNotifier(relayout));
-    m_observers.push_back(m_state.storageBloatFilters.addNotifier(relayout));
-    m_observers.push_back(m_state.storagePalette.addNotifier(relayout));
-    m_observers.push_back(m_state.selectedNode.addNotifier([this] { refreshSelection(); }));
-    connect(&ThemeNotifier::instance(), &ThemeNotifier::themeChanged, this, relayout);
+    m_layoutRefresher->watch(m_scan.rootNode, m_navigation.focusNode, m_settings.storageSizeMode,
+                             m_settings.storageBloatFilters, m_settings.storagePalette);
+    m_selectionChanged = m_navigation.selectedNode.addNotifier([this] { refreshSelection(); });
+    connect(&ThemeNotifier::instance(), &ThemeNotifier::themeChanged, this,
+            [this] { scheduleLayout(); });
 }
 
-QString VisualizerCanvas::layoutKey() const
+VisualizerCanvas::LayoutKey VisualizerCanvas::layoutKey() const
 {
-    const NodePointer target = m_state.shownNode();
-    const SizeMode mode = m_state.sizeMode();
-    const std::string_view rawMode = rawValue(mode);
-    return QString::number(target ? target->id() : 0) + QLatin1Char('-') +
-           QString::fromUtf8(rawMode.data(), static_cast<qsizetype>(rawMode.size())) +
-           QLatin1Char('-') + QString::number(width()) + QLatin1Char('x') +
-           QString::number(height()) + QLatin1Char('-') + m_state.disabledBloatKey();
-}
-
-CanvasStyle VisualizerCanvas::canvasStyle() const
-{
-    return {quorvane::font(TextStyle::caption), groundColor(), devicePixelRatioF()};
+    const NodePointer target = m_navigation.shownNode();
+    return {target->id(),
+            target == m_scan.rootNode.value(),
+            size(),
+            m_settings.sizeMode(),
+            m_settings.disabledBloat(),
+            m_settings.palette(),
+            {quorvane::font(TextStyle::caption), groundColor(), devicePixelRatioF()}};
 }
 
 void VisualizerCanvas::scheduleLayout()
 {
     update();
-    if (m_isLayoutScheduled) {
-        return;
-    }
-    m_isLayoutScheduled = true;
-    QMetaObject::invokeMethod(
-        this,
-        [this] {
-            m_isLayoutScheduled = false;
-            refreshLayout();
-        },
-        Qt::QueuedConnection);
+    m_layoutRefresher->schedule();
 }
 
 void VisualizerCanvas::refreshLayout()
 {
-    const NodePointer target = m_state.shownNode();
+    update();
+    const NodePointer target = m_navigation.shownNode();
     if (!target) {
         clearRendering();
         return;
@@ -107,33 +99,23 @@ void VisualizerCanvas::refreshLayout()
         return;
     }
     const bool isOtherTree = m_target.owner_before(target) || target.owner_before(m_target);
-    const QString key = layoutKey();
-    const CanvasStyle style = canvasStyle();
-    const bool isCurrent = key == m_key && style == m_style && !isOtherTree;
-    if (isCurrent && m_paletteOnShow == m_state.palette()) {
-        return;
+    const LayoutKey key = layoutKey();
+    if (isOtherTree || key != m_key) {
+        startLayout(target, key);
     }
-    startLayout(key, style);
 }
 
-void VisualizerCanvas::startLayout(const QString& key, const CanvasStyle& style)
+void VisualizerCanvas::startLayout(const NodePointer& target, const LayoutKey& key)
 {
     if (m_layoutTask) {
         m_layoutTask->cancel();
     }
     m_key = key;
-    m_style = style;
-    m_paletteOnShow = m_state.palette();
-    m_target = m_state.shownNode();
-    SceneRequest request;
-    request.target = m_state.shownNode();
-    request.isScanRoot = request.target == m_state.rootNode.value();
-    request.size = size();
-    request.sizeMode = m_state.sizeMode();
-    request.hidden = m_state.disabledBloat();
-    m_layoutTask = m_state.jobs().start(
+    m_target = target;
+    const SceneRequest request{target, key.isScanRoot, key.size, key.sizeMode, key.hidden};
+    m_layoutTask = m_host.jobs().start(
         JobPriority::userInitiated,
-        [request, style, makeScene = m_makeScene](const Job& job) {
+        [request, style = key.style, makeScene = m_traits.makeScene](const Job& job) {
             return renderScene(makeScene(request, job.cancelFlag()), style, job.cancelFlag());
         },
         [canvas = QPointer<VisualizerCanvas>(this)](CanvasRendering rendering) {
@@ -148,7 +130,7 @@ void VisualizerCanvas::publish(CanvasRendering rendering)
 {
     m_layoutTask = nullptr;
     m_spinner->stop();
-    m_state.jobs().release(std::exchange(m_rendering, std::move(rendering)));
+    m_host.jobs().release(std::exchange(m_rendering, std::move(rendering)));
     announceCanvasContent(*this);
     refreshSelection();
     // The pointer rests on whatever lies below it now.
@@ -168,11 +150,11 @@ void VisualizerCanvas::clearRendering()
         m_layoutTask->cancel();
         m_layoutTask = nullptr;
     }
-    m_key.clear();
+    m_key = std::nullopt;
     m_spinner->stop();
     setHovered(std::nullopt, {});
     if (m_rendering.scene) {
-        m_state.jobs().release(std::exchange(m_rendering, {}));
+        m_host.jobs().release(std::exchange(m_rendering, {}));
         announceCanvasContent(*this);
         refreshSelection();
     }
@@ -181,32 +163,32 @@ void VisualizerCanvas::clearRendering()
 
 QString VisualizerCanvas::accessibleLabel() const
 {
-    const NodePointer shown = m_state.shownNode();
-    return m_traits.labelStart + (shown ? shown->displayName() : QString()) + QStringLiteral(", ") +
-           (shown ? shown->formattedBytes() : QStringLiteral("0 bytes"));
+    const NodePointer shown = m_navigation.shownNode();
+    return tr(m_traits.label)
+        .arg(shown ? shown->displayName() : QString(),
+             shown ? shown->formattedBytes() : tr("0 bytes"));
 }
 
 QString VisualizerCanvas::accessibleValue() const
 {
-    return QString::number(scene() ? scene()->itemCount() : 0) + m_traits.valueEnd;
+    return tr(m_traits.value).arg(scene() ? scene()->itemCount() : 0);
 }
 
 void VisualizerCanvas::refreshSelection()
 {
-    const NodePointer selected = m_state.selectedNode.value();
+    const NodePointer selected = m_navigation.selectedNode.value();
     m_selectedItem = scene() && selected ? scene()->itemOf(*selected) : std::nullopt;
     update();
 }
 
-CanvasInk VisualizerCanvas::ink() const
-{
-    return inkOn(groundColor());
-}
-
 QString VisualizerCanvas::emptyText() const
 {
-    return m_state.shownNode() ? QStringLiteral("Nothing to display")
-                               : QStringLiteral("No scan yet");
+    return m_navigation.shownNode() ? tr("Nothing to display") : tr("No scan yet");
+}
+
+QString VisualizerCanvas::caption() const
+{
+    return m_traits.caption == nullptr ? QString() : tr(m_traits.caption);
 }
 
 void VisualizerCanvas::paintEvent(QPaintEvent* event)
@@ -222,22 +204,38 @@ void VisualizerCanvas::paintEvent(QPaintEvent* event)
         painter.setClipPath(frame);
         paintContent(painter);
         painter.setClipping(false);
-    } else if (!isComputingLayout() && !m_isLayoutScheduled) {
+    } else if (!isComputingLayout() && !m_layoutRefresher->isScheduled()) {
         paintEmpty(painter);
     }
     if (hasFocus() && m_focusIsVisible) {
         paintFocusLine(painter, QRectF(rect()), radius::surface);
     }
+    if (m_traits.caption != nullptr) {
+        paintCaption(painter);
+    }
 }
 
 void VisualizerCanvas::paintEmpty(QPainter& painter) const
 {
-    paintEmptyText(painter, QRectF(rect()));
+    const QRectF area = QRectF(rect()).translated(m_traits.emptyTextShift, 0);
+    if (m_traits.paintEmptyGround != nullptr) {
+        m_traits.paintEmptyGround(painter, size(), groundColor());
+        // What is painted there stops at the words.
+        QRectF words(0, 0, textWidth(TextStyle::body, emptyText()) + 2 * spacing::s, 20);
+        words.moveCenter(area.center());
+        painter.fillRect(words, groundColor());
+    }
+    paintText(painter, area, Qt::AlignCenter, TextStyle::body, inkOn(groundColor()).secondary,
+              emptyText());
 }
 
-void VisualizerCanvas::paintEmptyText(QPainter& painter, const QRectF& area) const
+void VisualizerCanvas::paintCaption(QPainter& painter) const
 {
-    paintText(painter, area, Qt::AlignCenter, TextStyle::body, ink().secondary, emptyText());
+    constexpr int lineHeight = 16;
+    const QRectF line(spacing::m, height() - lineHeight - spacing::xs, width() - 2 * spacing::m,
+                      lineHeight);
+    paintText(painter, line, Qt::AlignLeft | Qt::AlignVCenter, TextStyle::path,
+              inkOn(groundColor()).tertiary, caption());
 }
 
 void VisualizerCanvas::paintContent(QPainter& painter) const

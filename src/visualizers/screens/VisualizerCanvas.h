@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "AppState.h"
+#include "AppPalette.h"
 #include "CanvasScene.h"
+#include "JobRunner.h"
 
 #include <QPoint>
 #include <QPointF>
@@ -11,28 +12,43 @@
 #include <QWidget>
 
 #include <cstddef>
+#include <cstdint>
 #include <memory>
 #include <optional>
-#include <vector>
 
 namespace quorvane {
 
+class AppState;
+class FacetHost;
 class HoverTooltip;
 class LayoutSpinner;
+class NavigationState;
+class Refresher;
+class ScanState;
+class SettingsState;
 
-/// What sets one drawn visualiser apart from the others beside its scene.
+/// What sets one drawn visualiser apart from the others.
 struct CanvasTraits
 {
-    QString objectName;
-    QString labelStart;                 ///< of what assistive technology reads, before the name
-    QString valueEnd;                   ///< the same, after the number of items
+    /// Makes a scene from values alone; called on a pool thread.
+    using MakeScene = ScenePointer (*)(const SceneRequest& request, const LockedFlag& stop);
+
+    MakeScene makeScene;
+    const char* objectName;
+    // The texts are translated where they are shown.
+    const char* label;             ///< for assistive technology: %1 the folder's name, %2 its size
+    const char* value;             ///< the same: %1 the number of items
+    const char* caption = nullptr; ///< written in the bottom left corner, if at all
+    /// Painted below the empty text, if at all.
+    void (*paintEmptyGround)(QPainter& painter, const QSize& size, const QColor& ground) = nullptr;
+    int emptyTextShift = 0;             ///< of the empty text from the middle to the right, points
     bool tooltipFollowsPointer = false; ///< otherwise it stands in the top left corner
     bool zoomsByWheel = false;
 };
 
 /// What all drawn visualisers share: when a layout is due, asking for it off the main thread,
 /// keeping its pictures, hover, click, wheel, keys, context menu, tooltip and accessibility. A
-/// visualiser adds the function that makes its scene, and its traits.
+/// visualiser adds its traits.
 ///
 /// A layout is asked for whenever its key changes: the folder on show, the size mode, the canvas's
 /// size in whole points, or the hidden families. The old picture stays until the new one arrives,
@@ -42,11 +58,8 @@ class VisualizerCanvas : public QWidget
     Q_OBJECT
 
 public:
-    /// Makes a scene from values alone; called on a pool thread.
-    using MakeScene = ScenePointer (*)(const SceneRequest& request, const LockedFlag& stop);
-
-    VisualizerCanvas(AppState& state, MakeScene makeScene, CanvasTraits traits,
-                     QWidget* parent = nullptr);
+    /// The traits outlive the canvas.
+    VisualizerCanvas(AppState& state, const CanvasTraits& traits, QWidget* parent = nullptr);
     ~VisualizerCanvas() override;
 
     /// The scene on show; absent before the first.
@@ -58,18 +71,12 @@ public:
     QString accessibleValue() const;
     /// Shown when there is nothing to draw.
     QString emptyText() const;
+    /// Empty for a visualiser without one.
+    QString caption() const;
     /// Acts as a click on an item, or on none.
     void activate(std::optional<std::size_t> item);
 
 protected:
-    /// For what a visualiser writes over its picture.
-    CanvasInk ink() const;
-    /// What lies behind every item, by the palette.
-    static QColor groundColor();
-    /// Writes emptyText() on the empty ground, in the middle unless a visualiser has another place.
-    virtual void paintEmpty(QPainter& painter) const;
-    void paintEmptyText(QPainter& painter, const QRectF& area) const;
-
     bool event(QEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
@@ -85,13 +92,28 @@ protected:
     void focusOutEvent(QFocusEvent* event) override;
 
 private:
+    /// What a layout depends on beside its tree.
+    struct LayoutKey
+    {
+        std::int64_t target = 0; ///< id of the folder on show
+        bool isScanRoot = false;
+        QSize size; ///< of the canvas, points
+        SizeMode sizeMode = SizeMode::disk;
+        BloatKeys hidden;
+        AppPalette palette = initialPalette;
+        CanvasStyle style;
+
+        friend bool operator==(const LayoutKey&, const LayoutKey&) = default;
+    };
+
+    /// What lies behind every item, by the palette.
+    static QColor groundColor();
     void observe();
     /// Asks for a layout at the next turn of the event loop, once for any number of changes.
     void scheduleLayout();
     void refreshLayout();
-    QString layoutKey() const;
-    CanvasStyle canvasStyle() const;
-    void startLayout(const QString& key, const CanvasStyle& style);
+    LayoutKey layoutKey() const;
+    void startLayout(const NodePointer& target, const LayoutKey& key);
     void publish(CanvasRendering rendering);
     void clearRendering();
     void setHovered(std::optional<std::size_t> item, const QPointF& location);
@@ -100,16 +122,19 @@ private:
     void moveKeyboardItem(int key);
     NodePointer nodeOf(std::optional<std::size_t> item) const;
     void paintContent(QPainter& painter) const;
+    void paintEmpty(QPainter& painter) const;
+    void paintCaption(QPainter& painter) const;
 
     AppState& m_state;
-    MakeScene m_makeScene;
-    CanvasTraits m_traits;
-    std::vector<QPropertyNotifier> m_observers;
-    bool m_isLayoutScheduled = false;
-    QString m_key; ///< of the layout on show or on its way
+    ScanState& m_scan;
+    NavigationState& m_navigation;
+    SettingsState& m_settings;
+    FacetHost& m_host;
+    const CanvasTraits& m_traits;
+    Refresher* m_layoutRefresher;
+    QPropertyNotifier m_selectionChanged;
+    std::optional<LayoutKey> m_key; ///< of the layout on show or on its way
     std::weak_ptr<FileNode> m_target;
-    CanvasStyle m_style;
-    AppPalette m_paletteOnShow = initialPalette;
     JobHandle m_layoutTask;
     CanvasRendering m_rendering;
     std::optional<std::size_t> m_hoveredItem;

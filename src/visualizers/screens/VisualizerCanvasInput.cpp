@@ -3,6 +3,7 @@
 
 #include "HoverTooltip.h"
 #include "LayoutSpinner.h"
+#include "NavigationState.h"
 #include "NodeContextMenuModifier.h"
 #include "Tokens.h"
 
@@ -146,9 +147,9 @@ void VisualizerCanvas::mouseReleaseEvent(QMouseEvent* event)
 void VisualizerCanvas::activate(std::optional<std::size_t> item)
 {
     const NodePointer node = nodeOf(item);
-    m_state.select(node);
+    m_navigation.select(node);
     if (node && node->isDirectory()) {
-        m_state.focus(node);
+        m_navigation.focus(node);
     }
 }
 
@@ -170,10 +171,10 @@ void VisualizerCanvas::wheelEvent(QWheelEvent* event)
     if (delta < -zoomDelta) {
         const NodePointer node = nodeOf(m_hoveredItem);
         if (node && node->isDirectory()) {
-            m_state.focus(node);
+            m_navigation.focus(node);
         }
     } else if (delta > zoomDelta) {
-        m_state.focusUp();
+        m_navigation.focusUp();
     }
 }
 

@@ -2,18 +2,14 @@
 #include "VisualizerHostView.h"
 
 #include "AgeMapView.h"
-#include "AppState.h"
 #include "BreadcrumbBar.h"
-#include "BubblesView.h"
-#include "FlameView.h"
+#include "CanvasViews.h"
 #include "FooterView.h"
 #include "InspectorView.h"
-#include "MindMapView.h"
+#include "NavigationState.h"
 #include "OutlineScreen.h"
-#include "SunburstView.h"
 #include "Tokens.h"
 #include "TopSizesView.h"
-#include "TreemapView.h"
 
 #include <QHBoxLayout>
 #include <QShortcut>
@@ -36,6 +32,7 @@ QWidget* makeScreen(AppState& state, QWidget* parent)
 VisualizerHostView::VisualizerHostView(AppState& state, VisualizerScreens screens, QWidget* parent)
     : QWidget(parent)
     , m_state(state)
+    , m_navigation(NavigationState::of(state))
     , m_screens(std::move(screens))
     , m_stack(new QStackedWidget(this))
 {
@@ -57,15 +54,15 @@ VisualizerHostView::VisualizerHostView(AppState& state, VisualizerScreens screen
 
     auto* const zoomOut = new QShortcut(QKeySequence(Qt::Key_Escape), this);
     zoomOut->setContext(Qt::WidgetWithChildrenShortcut);
-    connect(zoomOut, &QShortcut::activated, this, [this] { m_state.focusUp(); });
+    connect(zoomOut, &QShortcut::activated, this, [this] { m_navigation.focusUp(); });
 
-    m_visualizerChanged = state.visualizer.addNotifier([this] { showVisualizer(); });
+    m_visualizerChanged = m_navigation.visualizer.addNotifier([this] { showVisualizer(); });
     showVisualizer();
 }
 
 void VisualizerHostView::showVisualizer()
 {
-    const VisualizerType type = m_state.visualizer.value();
+    const VisualizerType type = m_navigation.visualizer.value();
     QWidget*& view = m_views[type];
     if (view == nullptr && m_screens.contains(type)) {
         view = m_screens.make(type, m_state, m_stack);

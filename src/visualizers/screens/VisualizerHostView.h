@@ -13,6 +13,7 @@ class QStackedWidget;
 namespace quorvane {
 
 class AppState;
+class NavigationState;
 
 /// The analysis of a finished scan: the way down to the folder on show, the current visualiser,
 /// the footer, and the details beside them. Esc anywhere inside zooms out one level.
@@ -27,6 +28,7 @@ private:
     void showVisualizer();
 
     AppState& m_state;
+    NavigationState& m_navigation;
     VisualizerScreens m_screens;
     QPropertyNotifier m_visualizerChanged;
     QStackedWidget* m_stack;

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "CanvasFixture.h"
-#include "TreemapView.h"
+#include "CanvasViews.h"
 
 #include <QAccessible>
 #include <QAccessibleActionInterface>

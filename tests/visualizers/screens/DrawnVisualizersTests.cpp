@@ -1,11 +1,8 @@
 // SPDX-License-Identifier: MIT
-#include "BubblesView.h"
 #include "CanvasFixture.h"
-#include "FlameView.h"
+#include "CanvasViews.h"
 #include "HoverTooltip.h"
-#include "MindMapView.h"
 #include "MovePointer.h"
-#include "SunburstView.h"
 
 #include <QContextMenuEvent>
 #include <QMenu>
@@ -262,7 +259,7 @@ TEST_F(CanvasTextsTests, EachCanvasHasItsLabelAndValue)
     EXPECT_EQ(bubbles.accessibleValue(), QStringLiteral("0 bubbles, click a bubble to drill down"));
     EXPECT_EQ(mindMap.accessibleLabel(), QStringLiteral("Mind map of scan, 1.0 KB"));
     EXPECT_EQ(mindMap.accessibleValue(), QStringLiteral("0 bands radiating from a center axis"));
-    EXPECT_EQ(FlameView::caption(),
+    EXPECT_EQ(flame.caption(),
               QStringLiteral("Depth increases downward · width is proportional to size"));
 }
 

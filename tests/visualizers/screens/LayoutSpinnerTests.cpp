@@ -121,7 +121,8 @@ protected:
 
     bool isSettled() const { return m_canvas.scene() && !m_canvas.isComputingLayout(); }
 
-    VisualizerCanvas m_canvas{m_state, &heldScene, {QStringLiteral("held"), {}, {}}};
+    CanvasTraits m_traits{&heldScene, "held", "%1, %2", "%1"};
+    VisualizerCanvas m_canvas{m_state, m_traits};
     LayoutSpinner& m_spinner = *m_canvas.findChild<LayoutSpinner*>();
 };
 

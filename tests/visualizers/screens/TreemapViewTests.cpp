@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
-#include "TreemapView.h"
-
 #include "CanvasFixture.h"
+#include "CanvasViews.h"
 #include "HoverTooltip.h"
 #include "MovePointer.h"
 

@@ -4,7 +4,7 @@
 #include "BreadcrumbBar.h"
 #include "CanvasFixture.h"
 #include "FooterView.h"
-#include "TreemapView.h"
+#include "VisualizerCanvas.h"
 
 #include <QLabel>
 
@@ -28,7 +28,7 @@ protected:
 TEST_F(VisualizerHostViewTests, StacksBreadcrumbCanvasAndFooter)
 {
     const auto* const crumbs = m_host.findChild<BreadcrumbBar*>();
-    const auto* const canvas = m_host.findChild<TreemapView*>();
+    const auto* const canvas = m_host.findChild<VisualizerCanvas*>();
     const auto* const footer = m_host.findChild<FooterView*>();
     ASSERT_TRUE(crumbs && canvas && footer);
     const auto top = [this](const QWidget* widget) {
@@ -41,7 +41,7 @@ TEST_F(VisualizerHostViewTests, StacksBreadcrumbCanvasAndFooter)
 TEST_F(VisualizerHostViewTests, EscapeZoomsOutOneLevelFromAnywhereInside)
 {
     m_state.focus(node("a/b"));
-    auto* const canvas = m_host.findChild<TreemapView*>();
+    auto* const canvas = m_host.findChild<VisualizerCanvas*>();
     canvas->setFocus();
     ASSERT_TRUE(waitFor([&] { return canvas->hasFocus(); }));
     QTest::keyClick(canvas, Qt::Key_Escape);
