@@ -92,17 +92,21 @@ public:
     bool isFull() const { return m_into.size() >= TreemapLayout::maxSlices; }
     bool isStopped() const { return m_stop != nullptr && m_stop->get(); }
 
-    /// A folder on the way down, and whether its path goes through a documents folder.
+    /// A folder on the way down.
     struct Folder
     {
         FileNode* node;
-        bool isInDocuments;
+        bool isInDocuments;               ///< its path goes through a documents folder
+        std::optional<std::size_t> slice; ///< place of its own slice, if it has one
 
-        Folder child(FileNode& node_) const
+        Folder child(FileNode& node_, std::optional<std::size_t> slice_ = {}) const
         {
-            return {&node_, isInDocuments || treemapIsDocumentsName(node_.name())};
+            return {&node_, isInDocuments || treemapIsDocumentsName(node_.name()), slice_};
         }
     };
+
+    /// Place of the slice that was appended last.
+    std::size_t last() const { return m_into.size() - 1; }
 
     void append(const Placed& tile, const Folder& parent, int depth, int rootIndex)
     {
@@ -122,6 +126,7 @@ public:
         slice.aggregateBytes = tile.aggregateBytes;
         slice.aggregateCategory = tile.aggregateCategory;
         slice.rootIndex = rootIndex;
+        slice.parent = parent.slice;
         m_into.push_back(std::move(slice));
     }
 
@@ -137,7 +142,7 @@ public:
         }
         std::vector<FileNode*> visible = visibleChildren(*folder.node, m_excludedBloat);
         while (visible.size() == 1 && visible.front()->isDirectory()) {
-            folder = folder.child(*visible.front());
+            folder = folder.child(*visible.front(), folder.slice);
             chainNames.push_back(folder.node->name());
             visible = visibleChildren(*folder.node, m_excludedBloat);
         }
@@ -146,6 +151,7 @@ public:
         }
         if (!chainNames.empty()) {
             appendChain(folder, tile, depth, joined(chainNames));
+            folder.slice = last();
             --budget;
         }
         if (m_applySizeFold &&
@@ -172,6 +178,7 @@ private:
         slice.isFolder = true;
         slice.labelOverride = std::move(label);
         slice.folderBodyCategory = categoryOf(folder);
+        slice.parent = folder.slice;
         m_into.push_back(std::move(slice));
     }
 
@@ -191,7 +198,7 @@ private:
             append(tile, folder, depth, 0);
             --budget;
             if (!tile.isAggregateTile && depth + 1 <= TreemapLayout::maxContainerDepth) {
-                subdivide(folder.child(*tile.node), tile.rect, depth + 1, budget, {});
+                subdivide(folder.child(*tile.node, last()), tile.rect, depth + 1, budget, {});
             }
         }
     }
@@ -271,7 +278,8 @@ void subdividePlainly(const SliceWriter::Folder& folder, const Rect& body, int d
         writer.append(tile, folder, depth, depth == 0 ? static_cast<int>(i) : 0);
         const std::optional<Rect> inner = bodyOf(tile.rect);
         if (tile.node->isDirectory() && inner) {
-            subdividePlainly(folder.child(*tile.node), *inner, depth + 1, disk, writer);
+            subdividePlainly(folder.child(*tile.node, writer.last()), *inner, depth + 1, disk,
+                             writer);
         }
     }
 }
@@ -289,19 +297,18 @@ std::vector<Slice> TreemapLayout::layoutSlate(FileNode& root, const Rect& rect, 
     const std::vector<Placed> placed = placeZones(root, children, rect, disk);
     std::vector<Slice> slices;
     SliceWriter writer(disk, applySizeFold, excludedBloat, stop, slices);
-    const SliceWriter::Folder top{&root, treemapIsInDocuments(root)};
+    const SliceWriter::Folder top{&root, treemapIsInDocuments(root), {}};
+    std::vector<std::optional<std::size_t>> topSlices(placed.size());
     for (std::size_t i = 0; i < placed.size() && !writer.isFull(); ++i) {
         if (isLargeEnough(placed[i].rect, minSliceDimension)) {
             writer.append(placed[i], top, 0, static_cast<int>(i));
+            topSlices[i] = writer.last();
         }
     }
-    for (const Placed& tile : placed) {
-        if (writer.isFull()) {
-            break;
-        }
+    for (std::size_t i = 0; i < placed.size() && !writer.isFull(); ++i) {
         const auto left = static_cast<std::int64_t>((maxSlices - slices.size()) / placed.size());
         std::int64_t budget = std::max<std::int64_t>(left, 1);
-        writer.subdivide(top.child(*tile.node), tile.rect, 1, budget, {});
+        writer.subdivide(top.child(*placed[i].node, topSlices[i]), placed[i].rect, 1, budget, {});
     }
     return writer.isStopped() ? std::vector<Slice>() : slices;
 }
@@ -312,7 +319,8 @@ void TreemapLayout::subdivideSquarify(FileNode& node, const Rect& rect, int dept
                                       const BloatKeys& excludedBloat, std::vector<Slice>& into)
 {
     SliceWriter(disk, applySizeFold, excludedBloat, nullptr, into)
-        .subdivide({&node, treemapIsInDocuments(node)}, rect, depth, budget, std::move(chainNames));
+        .subdivide({&node, treemapIsInDocuments(node), {}}, rect, depth, budget,
+                   std::move(chainNames));
 }
 
 std::vector<Slice> TreemapLayout::layout(FileNode& root, const Rect& rect, bool disk)
@@ -320,7 +328,7 @@ std::vector<Slice> TreemapLayout::layout(FileNode& root, const Rect& rect, bool 
     std::vector<Slice> slices;
     const BloatKeys nothingHidden;
     SliceWriter writer(disk, false, nothingHidden, nullptr, slices);
-    subdividePlainly({&root, treemapIsInDocuments(root)}, rect, 0, disk, writer);
+    subdividePlainly({&root, treemapIsInDocuments(root), {}}, rect, 0, disk, writer);
     return slices;
 }
 

@@ -76,6 +76,8 @@ struct TreemapLayout
         FileTypeCategory aggregateCategory = FileTypeCategory::other;
         /// On tiles of the top level the place in the list of placed tiles; 0 below.
         int rootIndex = 0;
+        /// Place of the slice that this one lies in; absent on the top level.
+        std::optional<std::size_t> parent;
     };
 
     /// A tile before it becomes a slice.

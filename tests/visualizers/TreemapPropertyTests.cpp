@@ -164,6 +164,31 @@ TEST(TreemapProperties, SiblingsDoNotOverlapAndLieInTheirFoldersBody)
     }
 }
 
+TEST(TreemapProperties, EverySliceKnowsTheSliceThatItLiesIn)
+{
+    for (std::uint64_t seed = 7001; seed <= 8000; ++seed) {
+        SCOPED_TRACE("seed " + std::to_string(seed));
+        const Case given = randomCase(seed);
+        for (std::size_t i = 0; i < given.slices.size(); ++i) {
+            const Slice& slice = given.slices[i];
+            ASSERT_EQ(slice.parent.has_value(), slice.depth > 0);
+            if (!slice.parent) {
+                continue;
+            }
+            ASSERT_LT(*slice.parent, i);
+            const Slice& parent = given.slices[*slice.parent];
+            if (slice.labelOverride) {
+                // A chain covers the tile of its first folder.
+                ASSERT_EQ(parent.rect, slice.rect);
+                ASSERT_EQ(parent.depth, slice.depth - 1);
+            } else {
+                ASSERT_EQ(parent.node, containerOf(slice));
+                ASSERT_TRUE(isInside(slice.rect, parent.rect, 0));
+            }
+        }
+    }
+}
+
 /// One random folder laid into one random rectangle.
 struct PartitionCase
 {

@@ -28,42 +28,6 @@ QRectF toRectF(const Rect& rect)
     return {rect.x, rect.y, rect.width, rect.height};
 }
 
-bool holds(const Rect& outer, const Rect& inner)
-{
-    constexpr double slack = 1e-6;
-    return inner.x >= outer.x - slack && inner.y >= outer.y - slack &&
-           inner.maxX() <= outer.maxX() + slack && inner.maxY() <= outer.maxY() + slack;
-}
-
-/// Slices come top level first, then each top tile's content from the outside in: so a slice lies
-/// in the last one before it that holds it, else in a top tile at or after the last one that was
-/// used.
-std::vector<std::size_t> parentsOf(const std::vector<Slice>& slices)
-{
-    std::vector<std::size_t> parents(slices.size());
-    std::vector<std::size_t> open;
-    std::size_t top = 0;
-    for (std::size_t i = 0; i < slices.size(); ++i) {
-        parents[i] = i;
-        if (slices[i].depth == 0) {
-            continue;
-        }
-        while (!open.empty() && !holds(slices[open.back()].rect, slices[i].rect)) {
-            open.pop_back();
-        }
-        if (open.empty()) {
-            while (top < i && slices[top].depth == 0 && !holds(slices[top].rect, slices[i].rect)) {
-                ++top;
-            }
-            parents[i] = slices[top].depth == 0 ? top : i;
-        } else {
-            parents[i] = open.back();
-        }
-        open.push_back(i);
-    }
-    return parents;
-}
-
 } // namespace
 
 ScenePointer TreemapScene::make(const SceneRequest& request, const LockedFlag& stop)
@@ -79,7 +43,6 @@ ScenePointer TreemapScene::make(const SceneRequest& request, const LockedFlag& s
 TreemapScene::TreemapScene(const SceneRequest& request, std::vector<Slice> slices)
     : CanvasScene(request)
     , m_slices(std::move(slices))
-    , m_parents(parentsOf(m_slices))
 {}
 
 Rect TreemapScene::body(const Slice& slice)
@@ -163,7 +126,7 @@ void TreemapScene::restoreItem(QPainter& painter, std::size_t item, const QImage
     // The slice's own area is what its children leave; they stay dimmed.
     copy(bright, boundsOf(item).toAlignedRect());
     for (std::size_t i = item + 1; i < m_slices.size(); ++i) {
-        if (m_parents[i] == item && i != item) {
+        if (m_slices[i].parent == item) {
             copy(dimmed, toRectF(body(m_slices[i])).toAlignedRect());
         }
     }

@@ -42,8 +42,6 @@ public:
 
 private:
     std::vector<TreemapLayout::Slice> m_slices;
-    /// For each slice the one that it lies in; its own place for the top level.
-    std::vector<std::size_t> m_parents;
 };
 
 } // namespace quorvane
