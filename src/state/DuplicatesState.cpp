@@ -4,6 +4,8 @@
 #include "FacetHost.h"
 #include "FlashState.h"
 
+#include <QCoreApplication>
+
 #include <algorithm>
 #include <iterator>
 #include <utility>
@@ -66,7 +68,8 @@ void DuplicatesState::runDuplicateSearch(bool background)
         return;
     }
     if (duplicateSearchIsRunning) {
-        m_host.flashBanner().flash(QStringLiteral("A duplicate scan is already running."));
+        m_host.flashBanner().flash(
+            QCoreApplication::translate("AppState", "A duplicate scan is already running."));
         return;
     }
     dropDuplicates();
@@ -154,14 +157,17 @@ void DuplicatesState::trashOthers(const FileNode& keep)
     const QString name = keep.displayName();
     if (toStage.empty()) {
         m_host.flashBanner().flash(
-            QStringLiteral("Kept \"%1\" — the duplicate copies are already staged for Trash.")
+            QCoreApplication::translate(
+                "AppState", "Kept \"%1\" — the duplicate copies are already staged for Trash.")
                 .arg(name));
         return;
     }
     // The plural reads "copys".
-    m_host.flashBanner().flash(QStringLiteral("Kept \"%1\" — staged %2 duplicate copy%3 for Trash.")
-                                   .arg(name, QString::number(toStage.size()),
-                                        toStage.size() == 1 ? QString() : QStringLiteral("s")));
+    m_host.flashBanner().flash(
+        QCoreApplication::translate("AppState",
+                                    "Kept \"%1\" — staged %2 duplicate copy%3 for Trash.")
+            .arg(name, QString::number(toStage.size()),
+                 toStage.size() == 1 ? QString() : QStringLiteral("s")));
 }
 
 bool DuplicatesState::isKeeper(const FileNode& file) const
@@ -195,9 +201,10 @@ void DuplicatesState::unkeep(const FileNode& file)
     }
     m_host.changeQueue(others, {});
     // The plural reads "copyies".
-    m_host.flashBanner().flash(QStringLiteral("Un-kept \"%1\" — %2 copy%3 removed from Trash.")
-                                   .arg(file.displayName(), QString::number(others.size()),
-                                        others.size() == 1 ? QString() : QStringLiteral("ies")));
+    m_host.flashBanner().flash(
+        QCoreApplication::translate("AppState", "Un-kept \"%1\" — %2 copy%3 removed from Trash.")
+            .arg(file.displayName(), QString::number(others.size()),
+                 others.size() == 1 ? QString() : QStringLiteral("ies")));
 }
 
 } // namespace quorvane

@@ -6,6 +6,8 @@
 #include "FolderChooser.h"
 #include "Text.h"
 
+#include <QCoreApplication>
+
 #include <algorithm>
 #include <string>
 #include <utility>
@@ -53,7 +55,8 @@ NodePointer ScanState::share(FileNode* node) const
 void ScanState::pickFolder()
 {
     m_host.platform().folderChooser.chooseFolder(
-        QStringLiteral("Scan"), QStringLiteral("Choose a folder or volume to analyze"),
+        QCoreApplication::translate("AppState", "Scan"),
+        QCoreApplication::translate("AppState", "Choose a folder or volume to analyze"),
         [this, post = m_host.jobs().poster()](const FilePath& folder) {
             if (folder.isEmpty()) {
                 return;

@@ -163,7 +163,7 @@ void TooltipCard::paintEvent(QPaintEvent*)
 FlashBanner::FlashBanner(const QString& text, std::function<void()> onDismiss, QWidget* parent)
     : QWidget(parent)
     , m_label(new ShortenedName(bannerLines, TextStyle::row, this))
-    , m_dismiss(new ToolButton(QStringLiteral("xmark.small"), QStringLiteral("Dismiss"), this))
+    , m_dismiss(new ToolButton(QStringLiteral("xmark.small"), tr("Dismiss"), this))
 {
     m_dismiss->setSide(bannerButton);
     m_dismiss->setSymbolSide(measure::iconRow);

@@ -89,7 +89,7 @@ BreadcrumbBar::BreadcrumbBar(AppState& state, QWidget* parent)
     , m_navigation(NavigationState::of(state))
 {
     setObjectName(QStringLiteral("breadcrumbBar"));
-    setAccessibleName(QStringLiteral("Path"));
+    setAccessibleName(tr("Path"));
     setFixedHeight(measure::crumbsHeight);
     const auto changed = [this] { rebuild(); };
     m_observers.push_back(m_scan.rootNode.addNotifier(changed));

@@ -5,14 +5,17 @@
 #include "FileTypeCategory.h"
 #include "RelativeDate.h"
 
+#include <QCoreApplication>
+
 namespace quorvane {
 
 QString kindOf(const FileNode& node)
 {
     if (node.isDirectory()) {
-        return QStringLiteral("Folder");
+        return QCoreApplication::translate("InspectorView", "Folder");
     }
-    return node.isSymbolicLink() ? QStringLiteral("Symbolic Link") : QStringLiteral("File");
+    return node.isSymbolicLink() ? QCoreApplication::translate("InspectorView", "Symbolic Link")
+                                 : QCoreApplication::translate("InspectorView", "File");
 }
 
 QString symbolOf(const FileNode& node)
@@ -49,27 +52,35 @@ bool tellsCreation(const FileNode& node)
 std::vector<InspectorFact> inspectorFacts(const FileNode& node, std::optional<std::int64_t> created,
                                           std::int64_t now)
 {
-    std::vector<InspectorFact> facts{{QStringLiteral("Size"), node.formattedBytes()},
-                                     {QStringLiteral("Size on disk"), node.formattedBytesOnDisk()}};
+    std::vector<InspectorFact> facts{
+        {QCoreApplication::translate("InspectorView", "Size"), node.formattedBytes()},
+        {QCoreApplication::translate("InspectorView", "Size on disk"),
+         node.formattedBytesOnDisk()}};
     const std::int64_t saved = node.scannedBytes() - node.scannedBytesOnDisk();
     if (saved >= 1) {
-        facts.push_back({QStringLiteral("Saved by FS"), ByteFormatter::string(saved)});
+        facts.push_back({QCoreApplication::translate("InspectorView", "Saved by FS"),
+                         ByteFormatter::string(saved)});
     }
     if (node.isDirectory()) {
-        facts.push_back({QStringLiteral("Folders"), QString::number(node.directoryCount())});
-        facts.push_back({QStringLiteral("Files"), QString::number(node.fileCount())});
+        facts.push_back({QCoreApplication::translate("InspectorView", "Folders"),
+                         QString::number(node.directoryCount())});
+        facts.push_back({QCoreApplication::translate("InspectorView", "Files"),
+                         QString::number(node.fileCount())});
     }
     const FileNode* const parent = node.parent();
     if (parent != nullptr && parent->scannedBytes() >= 1) {
         const double share = static_cast<double>(node.scannedBytes()) /
                              static_cast<double>(parent->scannedBytes()) * 100;
-        facts.push_back({QStringLiteral("Share of parent"), QString::asprintf("%.1f%%", share)});
+        facts.push_back({QCoreApplication::translate("InspectorView", "Share of parent"),
+                         QString::asprintf("%.1f%%", share)});
     }
     if (const std::optional<std::int64_t> modified = node.dateModified()) {
-        facts.push_back({QStringLiteral("Modified"), relativeDate(*modified, now)});
+        facts.push_back({QCoreApplication::translate("InspectorView", "Modified"),
+                         relativeDate(*modified, now)});
     }
     if (created && tellsCreation(node)) {
-        facts.push_back({QStringLiteral("Created"), relativeDate(*created, now)});
+        facts.push_back(
+            {QCoreApplication::translate("InspectorView", "Created"), relativeDate(*created, now)});
     }
     return facts;
 }

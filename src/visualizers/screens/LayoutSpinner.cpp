@@ -18,7 +18,7 @@ LayoutSpinner::LayoutSpinner(QWidget* screen)
     setAttribute(Qt::WA_TransparentForMouseEvents);
     auto* const row = new QHBoxLayout(this);
     row->setContentsMargins(spacing::m, spacing::s, spacing::m, spacing::s);
-    row->addWidget(new Spinner(QStringLiteral("Computing layout…"), this));
+    row->addWidget(new Spinner(tr("Computing layout…"), this));
     m_delay.setSingleShot(true);
     m_delay.setInterval(delayOverContent);
     connect(&m_delay, &QTimer::timeout, this, &LayoutSpinner::appear);

@@ -7,6 +7,7 @@
 #include "StagingState.h"
 
 #include <QAction>
+#include <QCoreApplication>
 #include <QPoint>
 
 #include <memory>
@@ -52,7 +53,8 @@ void NodeContextMenuModifier::popUp(QWidget& owner, const QPoint& globalPosition
     const bool isStaged = node->isStagedForTrash();
     QAction* const stage = menu->addItem(
         isStaged ? QStringLiteral("arrow.uturn.backward") : QStringLiteral("trash"),
-        isStaged ? QStringLiteral("Unstage from Cleanup") : QStringLiteral("Stage for Cleanup"));
+        isStaged ? QCoreApplication::translate("NodeContextMenu", "Unstage from Cleanup")
+                 : QCoreApplication::translate("NodeContextMenu", "Stage for Cleanup"));
     stage->setObjectName(QStringLiteral("stageAction"));
     stage->setEnabled(!root || node->id() != root->id());
     connectEntry(*stage, *menu, scan, node,
@@ -60,12 +62,13 @@ void NodeContextMenuModifier::popUp(QWidget& owner, const QPoint& globalPosition
                      staging.toggleStaged(shown);
                  });
     QAction* const reveal =
-        menu->addItem(QStringLiteral("folder"), QStringLiteral("Reveal in Finder"));
+        menu->addItem(QStringLiteral("folder"),
+                      QCoreApplication::translate("NodeContextMenu", "Reveal in Finder"));
     reveal->setObjectName(QStringLiteral("revealAction"));
     connectEntry(*reveal, *menu, scan, node,
                  [&navigation](const NodePointer& shown) { navigation.revealInFinder(*shown); });
-    QAction* const open =
-        menu->addItem(QStringLiteral("arrowshape.turn.up.right"), QStringLiteral("Open"));
+    QAction* const open = menu->addItem(QStringLiteral("arrowshape.turn.up.right"),
+                                        QCoreApplication::translate("NodeContextMenu", "Open"));
     open->setObjectName(QStringLiteral("openAction"));
     connectEntry(*open, *menu, scan, node,
                  [&navigation](const NodePointer& shown) { navigation.openInApp(*shown); });
