@@ -10,7 +10,7 @@ namespace quorvane {
 namespace {
 
 /// Bytes.
-constexpr std::size_t longestShownPath = 1024;
+constexpr std::size_t maxShownPathLength = 1024;
 
 QString translated(const char* text)
 {
@@ -36,7 +36,7 @@ ScanLiveLine scanLiveLine(const std::optional<ScanProgress>& progress, bool hasR
         return {displayText(path.lastComponent()), {}};
     }
     // A path can run to megabytes; no line shows more of it than this.
-    const std::string_view front = utf8Prefix(parent.bytes(), longestShownPath);
+    const std::string_view front = utf8Prefix(parent.bytes(), maxShownPathLength);
     QString shown = displayText(front);
     if (front.size() < parent.bytes().size()) {
         shown += QChar(0x2026);

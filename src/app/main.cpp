@@ -31,7 +31,7 @@ namespace quorvane {
 namespace {
 
 /// How long the end of the program waits for a job that does not react.
-constexpr std::chrono::seconds longestFarewell{1};
+constexpr std::chrono::seconds shutdownTimeout{1};
 constexpr int usageError = 2;
 
 /// The bytes of the home folder's path, whatever their encoding.
@@ -86,9 +86,9 @@ int run(QApplication& application, const StartArguments& arguments)
         program.openFolder(*arguments.folder);
     }
     const int result = QApplication::exec();
-    if (!program.finishJobs(longestFarewell)) {
+    if (!program.finishJobs(shutdownTimeout)) {
         // A call to the system hangs, on a dead network drive for example.
-        preferences.finish(longestFarewell);
+        preferences.finish(shutdownTimeout);
         std::_Exit(result);
     }
     return result;

@@ -37,8 +37,8 @@ std::string_view utf8Prefix(std::string_view bytes, std::size_t most)
     if (bytes.size() <= most) {
         return bytes;
     }
-    constexpr std::size_t longestSequence = 4;
-    for (std::size_t back = 0; back < longestSequence && back <= most; ++back) {
+    constexpr std::size_t maxSequenceLength = 4;
+    for (std::size_t back = 0; back < maxSequenceLength && back <= most; ++back) {
         // A byte of the form 10xxxxxx continues a sequence.
         if ((static_cast<unsigned char>(bytes[most - back]) & 0xC0U) != 0x80U) {
             return bytes.substr(0, most - back);

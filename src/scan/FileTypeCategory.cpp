@@ -84,7 +84,7 @@ struct PackedPiece
 };
 
 constexpr std::size_t wordBytes = sizeof(std::uint64_t);
-constexpr std::size_t longestPiece = 12;
+constexpr std::size_t maxPieceLength = 12;
 
 constexpr PackedPiece packed(std::string_view piece)
 {
@@ -133,7 +133,7 @@ constexpr std::size_t slotOf(std::span<const Slot, slotCount> pieceSlots, const 
 }
 
 /// Every piece in an open-addressed table. Naming a piece twice or one that is longer than
-/// longestPiece does not compile.
+/// maxPieceLength does not compile.
 constexpr std::array<Slot, slotCount> makeSlots()
 {
     std::array<Slot, slotCount> pieceSlots{};
@@ -143,7 +143,7 @@ constexpr std::array<Slot, slotCount> makeSlots()
             const std::string_view piece = rest.substr(0, rest.find(' '));
             rest.remove_prefix(std::min(piece.size() + 1, rest.size()));
             Slot& slot = pieceSlots[slotOf(pieceSlots, packed(piece))];
-            if (slot.piece == packed(piece) || piece.size() > longestPiece) {
+            if (slot.piece == packed(piece) || piece.size() > maxPieceLength) {
                 throw "a piece stands twice or is too long";
             }
             slot = {packed(piece), list.category};
@@ -164,7 +164,7 @@ FileTypeCategory lookUp(const PackedPiece& piece)
 FileTypeCategory lookUpText(std::string_view piece)
 {
     const std::string text = lowercased(piece);
-    return text.size() > longestPiece ? FileTypeCategory::other : lookUp(packed(text));
+    return text.size() > maxPieceLength ? FileTypeCategory::other : lookUp(packed(text));
 }
 
 } // namespace
@@ -197,7 +197,7 @@ CategoryRgb rgb(FileTypeCategory category)
 FileTypeCategory fileTypeCategoryForName(std::string_view name)
 {
     // Lower-casing makes a text at most three times shorter.
-    constexpr std::size_t longestRaw = longestPiece * 3;
+    constexpr std::size_t maxRawLength = maxPieceLength * 3;
     std::size_t end = name.size();
     while (end > 0 && name[end - 1] == '.') {
         --end;
@@ -208,7 +208,7 @@ FileTypeCategory fileTypeCategoryForName(std::string_view name)
     for (; begin > 0 && name[begin - 1] != '.'; --begin) {
         const std::uint64_t byte = static_cast<unsigned char>(name[begin - 1]);
         const std::size_t fromEnd = end - begin;
-        if (fromEnd >= longestRaw) {
+        if (fromEnd >= maxRawLength) {
             return FileTypeCategory::other;
         }
         seen |= static_cast<unsigned>(byte);
@@ -217,7 +217,7 @@ FileTypeCategory fileTypeCategoryForName(std::string_view name)
     if (seen >= 0x80) {
         return lookUpText(name.substr(begin, end - begin));
     }
-    if (end - begin > longestPiece) {
+    if (end - begin > maxPieceLength) {
         return FileTypeCategory::other;
     }
     return lookUp({lowered(piece.tail), lowered(piece.head)});

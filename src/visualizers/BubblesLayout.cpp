@@ -65,7 +65,7 @@ std::vector<BubbleNode> BubblesLayout::layout(FileNode& root, double containerRa
 std::optional<double> BubblesLayout::screenRadius(double width, double height)
 {
     const double radius = std::min(width, height) * 0.5 - screenMargin;
-    return radius > leastContainerRadius ? std::optional(radius) : std::nullopt;
+    return radius > minContainerRadius ? std::optional(radius) : std::nullopt;
 }
 
 std::vector<FlatBubble> BubblesLayout::flatten(std::vector<BubbleNode> bubbles)

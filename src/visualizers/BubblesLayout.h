@@ -52,7 +52,7 @@ struct BubblesLayout
     static constexpr double screenMargin = 30;
     static constexpr double screenInset = 40; ///< on both sides together
     /// Containers of this radius or less are not packed.
-    static constexpr double leastContainerRadius = 20;
+    static constexpr double minContainerRadius = 20;
 
     /// The bubbles by id. A folder's only child shows what lies in it down to maxDepth levels; no
     /// other bubble does. Polls `stop`, if given, once a bubble; a stopped layout is empty. A byte

@@ -20,7 +20,7 @@ using Index = std::uint32_t;
 
 inline constexpr Index noSight = std::numeric_limits<Index>::max();
 /// In how many pieces a line can be seen.
-inline constexpr Index mostPieces = 4;
+inline constexpr Index maxPieces = 4;
 /// By how many times the largest line among like ones exceeds the smallest.
 inline constexpr double largeLine = 8;
 inline constexpr double infinity = std::numeric_limits<double>::infinity();

@@ -14,12 +14,12 @@ bool CirclePacking::isSpecial(const Pair& pair) const
     constexpr double nestedSlack = 1 + 1e-9;
     constexpr double nestedSlackNearby = 1 + 1e-6;
     constexpr double nearShare = 1e-3;
-    constexpr double leastShare = 1e-7;
+    constexpr double minShare = 1e-7;
     const double distance = distanceOf(pair);
     const double sum = m_radii[pair.a] + m_radii[pair.b];
     const double nested = (m_radii[pair.a] - m_radii[pair.b]) *
                           (distance < nearShare * sum ? nestedSlackNearby : nestedSlack);
-    return distance > 0 && distance < std::max(nested, leastShare * sum);
+    return distance > 0 && distance < std::max(nested, minShare * sum);
 }
 
 void CirclePacking::searchSpecialPairs()

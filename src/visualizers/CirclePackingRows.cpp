@@ -32,8 +32,8 @@ void CirclePacking::arrangeRows()
 /// it cannot meet anything beyond them. What is not apart from them leaves the row.
 void CirclePacking::arrangeRow(std::vector<Index>& members)
 {
-    constexpr std::size_t leastMembers = 8;
-    if (members.size() < leastMembers) {
+    constexpr std::size_t minMembers = 8;
+    if (members.size() < minMembers) {
         for (const Index member : members) {
             m_sights[member].row = 0;
         }

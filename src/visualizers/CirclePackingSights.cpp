@@ -12,7 +12,7 @@ namespace {
 constexpr double turnSlack = 1e-12;
 
 /// By insertion, unless that takes more moves than given.
-void sortNearlySorted(std::vector<std::pair<double, Index>>& list, std::size_t mostMoves)
+void sortNearlySorted(std::vector<std::pair<double, Index>>& list, std::size_t maxMoves)
 {
     std::size_t moves = 0;
     for (std::size_t i = 1; i < list.size(); ++i) {
@@ -23,7 +23,7 @@ void sortNearlySorted(std::vector<std::pair<double, Index>>& list, std::size_t m
         }
         list[at] = item;
         moves += i - at;
-        if (moves > mostMoves) {
+        if (moves > maxMoves) {
             std::sort(list.begin(), list.end());
             return;
         }
@@ -95,7 +95,7 @@ void CirclePacking::appendSights(Index index, double nearest, double farthest, d
         Sight& sight = m_sights.emplace_back();
         sight.arc = m_arcs[side];
         sight.circle = index;
-        sight.key = index * mostPieces + static_cast<Index>(side);
+        sight.key = index * maxPieces + static_cast<Index>(side);
         sight.isCrossing = isCrossing;
         if (isCrossing) {
             sight.ends = ends[side];
@@ -141,7 +141,7 @@ ArcPlace CirclePacking::placeOf(const Sight& sight, const Sight& other) const
 /// what has moved is pushed back to its place.
 void CirclePacking::orderSights()
 {
-    m_sightsByKey.assign(m_circles.size() * mostPieces, noSight);
+    m_sightsByKey.assign(m_circles.size() * maxPieces, noSight);
     for (Index i = 0; i < m_sights.size(); ++i) {
         m_sightsByKey[m_sights[i].key] = i;
     }

@@ -14,9 +14,9 @@ using RectSlice = FlameLayout::RectSlice;
 
 /// No row shows more: each item takes at least its least width and a gap, and the one that reaches
 /// the canvas's edge ends the row.
-std::size_t mostShown(double width)
+std::size_t maxShown(double width)
 {
-    const double step = FlameLayout::leastWidth + FlameLayout::gap;
+    const double step = FlameLayout::minWidth + FlameLayout::gap;
     return static_cast<std::size_t>(std::max(std::ceil(width / step), 0.0)) + 1;
 }
 
@@ -64,7 +64,7 @@ void appendRow(const std::vector<WeightedNode>& row, double y, double width, dou
     double x = FlameLayout::firstX;
     for (const WeightedNode& item : row) {
         const double share = width * static_cast<double>(item.weight) / maxBytes;
-        const double w = std::min(std::max(share, FlameLayout::leastWidth), width - x);
+        const double w = std::min(std::max(share, FlameLayout::minWidth), width - x);
         if (w > FlameLayout::thinnestShown) {
             out.push_back({item.node, {x, y, w, FlameLayout::rowHeight - FlameLayout::gap}});
         }
@@ -85,7 +85,7 @@ std::vector<RectSlice> FlameLayout::layout(FileNode& root, double width, double 
                                            const LockedFlag* stop)
 {
     const Rows rows =
-        collectRows(root, maxRows(height), mostShown(width), sizeMode, excludedBloat, stop);
+        collectRows(root, maxRows(height), maxShown(width), sizeMode, excludedBloat, stop);
     std::vector<RectSlice> slices;
     if (rows.isStopped) {
         return slices;

@@ -27,7 +27,7 @@ struct FlameLayout
     /// Between neighbours, in both directions.
     static constexpr double gap = 3;
     /// Width that every item has as long as its row has room.
-    static constexpr double leastWidth = 2;
+    static constexpr double minWidth = 2;
     /// An item that is cut to this or less is not shown.
     static constexpr double thinnestShown = 1;
 

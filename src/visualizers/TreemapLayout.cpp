@@ -20,14 +20,14 @@ using Slice = TreemapLayout::Slice;
 
 constexpr std::array<std::string_view, 2> bottomZoneNames{"Library", "Documents"};
 
-constexpr double smallestCanvasSide = 4.0;
+constexpr double minCanvasSide = 4.0;
 /// Each zone ends this far from the line between them.
 constexpr double halfGutter = 2.0;
-constexpr double smallestOpenedSide = 2.0;
-constexpr double smallestHalfWidth = 6.0;
-constexpr double smallestHalfHeight = 5.0;
-constexpr double smallestBodyWidth = 6.0;
-constexpr double smallestBodyHeight = 8.0;
+constexpr double minOpenedSide = 2.0;
+constexpr double minHalfWidth = 6.0;
+constexpr double minHalfHeight = 5.0;
+constexpr double minBodyWidth = 6.0;
+constexpr double minBodyHeight = 8.0;
 constexpr double headerMinHeight = 26.0;
 constexpr double headerMinWidth = 40.0;
 constexpr double headerShare = 0.3;
@@ -41,16 +41,16 @@ bool isLargeEnough(const Rect& rect, double side)
 /// little.
 std::optional<Rect> bodyOf(const Rect& tile)
 {
-    if (!isLargeEnough(tile, smallestOpenedSide) ||
+    if (!isLargeEnough(tile, minOpenedSide) ||
         tile.width * tile.height < TreemapLayout::minimumRecurseArea ||
-        tile.width * 0.5 < smallestHalfWidth || tile.height * 0.5 < smallestHalfHeight) {
+        tile.width * 0.5 < minHalfWidth || tile.height * 0.5 < minHalfHeight) {
         return std::nullopt;
     }
     constexpr double padding = TreemapLayout::nestedPadding;
     const double header = TreemapLayout::headerHeightFor(tile);
     const Rect body{tile.x + padding, tile.y + header + padding, tile.width - 2 * padding,
                     tile.height - header - 2 * padding};
-    if (body.height < smallestBodyHeight || body.width < smallestBodyWidth) {
+    if (body.height < minBodyHeight || body.width < minBodyWidth) {
         return std::nullopt;
     }
     return body;
@@ -291,7 +291,7 @@ std::vector<Slice> TreemapLayout::layoutSlate(FileNode& root, const Rect& rect, 
                                               const LockedFlag* stop)
 {
     const std::vector<FileNode*> children = visibleChildren(root, excludedBloat);
-    if (children.empty() || !isLargeEnough(rect, smallestCanvasSide)) {
+    if (children.empty() || !isLargeEnough(rect, minCanvasSide)) {
         return {};
     }
     const std::vector<Placed> placed = placeZones(root, children, rect, disk);

@@ -10,7 +10,7 @@
 namespace quorvane {
 namespace {
 
-constexpr double smallestPlacedSide = 0.5;
+constexpr double minPlacedSide = 0.5;
 
 /// Sum and extremes of the items of a row: enough to judge it.
 struct Row
@@ -88,7 +88,7 @@ private:
         const Rect mapped{m_rect.x + normal.x / m_scale, m_rect.y + normal.y / m_scale,
                           normal.width / m_scale, normal.height / m_scale};
         const Rect tile = mapped.intersected(m_rect);
-        if (!(tile.width > smallestPlacedSide) || !(tile.height > smallestPlacedSide)) {
+        if (!(tile.width > minPlacedSide) || !(tile.height > minPlacedSide)) {
             return;
         }
         TreemapLayout::Placed placed;

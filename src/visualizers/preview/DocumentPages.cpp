@@ -43,7 +43,7 @@ std::shared_ptr<DocumentPages> DocumentPages::open(std::unique_ptr<PreviewFile> 
         return nullptr;
     }
     pages->m_pageCount = document.pageCount();
-    const int shown = std::min(pages->m_pageCount, mostPages);
+    const int shown = std::min(pages->m_pageCount, maxPages);
     for (int page = 0; page < shown; ++page) {
         const QSizeF size = document.pagePointSize(page);
         pages->m_pageSizes.push_back(size.width() >= 1 && size.height() >= 1 ? size : usualPage);

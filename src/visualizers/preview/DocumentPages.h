@@ -22,7 +22,7 @@ class DocumentPages
 {
 public:
     /// Most pages that are shown of one document.
-    static constexpr int mostPages = 2000;
+    static constexpr int maxPages = 2000;
 
     /// Whether the device begins like a PDF file. Moves the device.
     static bool isDocument(QIODevice& device);
@@ -35,7 +35,7 @@ public:
 
     /// Of the whole document.
     int pageCount() const { return m_pageCount; }
-    /// Sizes of the first pages, at most mostPages, in points; none is empty.
+    /// Sizes of the first pages, at most maxPages, in points; none is empty.
     const std::vector<QSizeF>& pageSizes() const { return m_pageSizes; }
     /// The page on white paper, in device pixels. One call at a time; others wait.
     QImage render(int page, const QSize& pixels);

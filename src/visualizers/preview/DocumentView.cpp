@@ -18,19 +18,19 @@ namespace {
 constexpr int margin = spacing::l;
 constexpr int pageGap = spacing::m;
 /// Widest page that stands upright, in points of the screen.
-constexpr int widestUpright = 720;
+constexpr int maxUprightWidth = 720;
 /// A page is never longer than so many of its widths.
-constexpr double longestShare = 4;
+constexpr double maxShare = 4;
 constexpr int lineStep = 48;
 
 QSize sizeOnScreen(const QSizeF& page, const QSize& room)
 {
     const bool isUpright = page.height() >= page.width();
     const double width =
-        std::max(1, isUpright ? std::min(room.width(), widestUpright) : room.width());
+        std::max(1, isUpright ? std::min(room.width(), maxUprightWidth) : room.width());
     double scale = width / page.width();
     if (isUpright) {
-        scale = std::min(scale, width * longestShare / page.height());
+        scale = std::min(scale, width * maxShare / page.height());
     } else {
         scale = std::min(scale, std::max(1, room.height()) / page.height());
     }

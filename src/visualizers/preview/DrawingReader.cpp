@@ -15,8 +15,8 @@ namespace {
 
 /// Most characters that a name from the document type may stand for, and most bytes of a drawing
 /// that has such names: each mention of one takes their room.
-constexpr int longestEntity = 256;
-constexpr qsizetype mostBytesWithEntities = 1024 * 1024;
+constexpr int maxEntityLength = 256;
+constexpr qsizetype maxBytesWithEntities = 1024 * 1024;
 
 /// What zlib needs to look for the head of a gzip file by itself.
 constexpr int gzipWindow = 15 + 32;
@@ -28,7 +28,7 @@ QByteArray unpacked(QByteArray packed)
     if (inflateInit2(&stream, gzipWindow) != Z_OK) {
         return {};
     }
-    QByteArray contents(mostDrawingBytes + 1, Qt::Uninitialized);
+    QByteArray contents(maxDrawingBytes + 1, Qt::Uninitialized);
     stream.next_in = reinterpret_cast<Bytef*>(packed.data());
     stream.avail_in = static_cast<uInt>(packed.size());
     stream.next_out = reinterpret_cast<Bytef*>(contents.data());
@@ -49,7 +49,7 @@ public:
         , m_writer(&m_result)
     {
         m_reader.setNamespaceProcessing(false);
-        m_reader.setEntityExpansionLimit(longestEntity);
+        m_reader.setEntityExpansionLimit(maxEntityLength);
     }
 
     QByteArray make()
@@ -57,11 +57,11 @@ public:
         while (!m_reader.atEnd()) {
             m_reader.readNext();
             if (m_reader.isDTD() && !m_reader.entityDeclarations().isEmpty() &&
-                m_size > mostBytesWithEntities) {
+                m_size > maxBytesWithEntities) {
                 return {};
             }
             copyToken();
-            if (m_result.size() > 2 * mostDrawingBytes) {
+            if (m_result.size() > 2 * maxDrawingBytes) {
                 return {};
             }
         }
@@ -153,7 +153,7 @@ private:
             return false;
         }
         m_pixels += qint64{size.width()} * size.height();
-        return m_pixels <= mostHeldPixels && !picture.read().isNull();
+        return m_pixels <= maxHeldPixels && !picture.read().isNull();
     }
 
     qsizetype m_size;
@@ -172,11 +172,11 @@ QByteArray selfContained(const QByteArray& drawing)
 
 Picture readDrawing(QIODevice& device, const QSize& room)
 {
-    QByteArray bytes = device.read(mostDrawingBytes + 1);
+    QByteArray bytes = device.read(maxDrawingBytes + 1);
     if (bytes.startsWith("\x1f\x8b")) {
         bytes = unpacked(std::move(bytes));
     }
-    if (bytes.size() > mostDrawingBytes) {
+    if (bytes.size() > maxDrawingBytes) {
         return {};
     }
     QByteArray drawing = selfContained(bytes);

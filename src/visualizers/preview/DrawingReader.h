@@ -8,9 +8,9 @@
 namespace quorvane {
 
 /// Most bytes of an SVG drawing, unpacked.
-constexpr qint64 mostDrawingBytes = 16 * 1024 * 1024;
+constexpr qint64 maxDrawingBytes = 16 * 1024 * 1024;
 /// Most pixels of all pictures together that stand in one drawing.
-constexpr qint64 mostHeldPixels = 64'000'000;
+constexpr qint64 maxHeldPixels = 64'000'000;
 
 /// Draws an SVG file, packed with gzip or not, as large as the room allows. The device stands at
 /// its beginning. Shapes, texts and pictures that stand in the file itself are drawn; what it

@@ -15,7 +15,7 @@ namespace {
 constexpr qint64 shortHead = 8;
 constexpr qint64 longHead = 16;
 /// More boxes than any camera writes side by side.
-constexpr int mostBoxes = 4096;
+constexpr int maxBoxes = 4096;
 /// Places inside a track header, by its version: of the first row of the matrix.
 constexpr qint64 matrixPlace = 40;
 constexpr qint64 longMatrixPlace = 52;
@@ -62,7 +62,7 @@ std::optional<Box> boxAt(QIODevice& device, qint64 place, qint64 limit)
 /// The first box of that name, found among those from a place on.
 std::optional<Box> find(QIODevice& device, const char* name, qint64 place, qint64 limit)
 {
-    for (int i = 0; i < mostBoxes && place < limit; ++i) {
+    for (int i = 0; i < maxBoxes && place < limit; ++i) {
         std::optional<Box> box = boxAt(device, place, limit);
         if (!box || box->name == name) {
             return box;
@@ -110,7 +110,7 @@ int filmRotation(QIODevice& device)
         return 0;
     }
     qint64 place = movie->begin;
-    for (int i = 0; i < mostBoxes; ++i) {
+    for (int i = 0; i < maxBoxes; ++i) {
         const std::optional<Box> track = find(device, "trak", place, movie->end);
         if (!track) {
             return 0;

@@ -16,8 +16,8 @@ namespace {
 /// As many bytes as name the kinds of a file.
 constexpr qint64 headBytes = 64;
 /// Longest side that the decoder may make room for, whatever the file claims.
-constexpr int longestSide = 16384;
-constexpr std::size_t mostProfileBytes = 4 * 1024 * 1024;
+constexpr int maxSide = 16384;
+constexpr std::size_t maxProfileBytes = 4 * 1024 * 1024;
 
 template<auto release>
 struct Release
@@ -75,7 +75,7 @@ QSize sizeOf(const heif_image_handle& handle)
 
 bool isWithinBounds(const QSize& size)
 {
-    return !size.isEmpty() && qint64{size.width()} * size.height() <= mostHeifPixels;
+    return !size.isEmpty() && qint64{size.width()} * size.height() <= maxHeifPixels;
 }
 
 Handle thumbnailOf(const heif_image_handle& whole)
@@ -92,7 +92,7 @@ Handle thumbnailOf(const heif_image_handle& whole)
 QColorSpace colorSpaceOf(const heif_image_handle& handle)
 {
     const std::size_t size = heif_image_handle_get_raw_color_profile_size(&handle);
-    if (size == 0 || size > mostProfileBytes) {
+    if (size == 0 || size > maxProfileBytes) {
         return {};
     }
     QByteArray profile(static_cast<qsizetype>(size), '\0');
@@ -161,7 +161,7 @@ Picture readHeif(QIODevice& device, const QSize& room)
     if (!context || !device.seek(0)) {
         return {};
     }
-    heif_context_set_maximum_image_size_limit(context.get(), longestSide);
+    heif_context_set_maximum_image_size_limit(context.get(), maxSide);
     heif_image_handle* raw = nullptr;
     if (!isFine(heif_context_read_from_reader(context.get(), &deviceReader, &device, nullptr)) ||
         !isFine(heif_context_get_primary_image_handle(context.get(), &raw))) {

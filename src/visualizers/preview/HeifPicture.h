@@ -6,7 +6,7 @@
 namespace quorvane {
 
 /// Most pixels of a HEIF picture; of a larger one the thumbnail is taken, if it has one.
-constexpr qint64 mostHeifPixels = 64'000'000;
+constexpr qint64 maxHeifPixels = 64'000'000;
 
 /// Whether the device begins like a picture that libheif reads (HEIC, AVIF). Moves the device.
 bool isHeif(QIODevice& device);

@@ -10,7 +10,7 @@
 namespace quorvane {
 namespace {
 
-constexpr unsigned long longestFarewell = 1000; // milliseconds
+constexpr unsigned long shutdownTimeout = 1000; // milliseconds
 
 /// The toolkit may bring several decoders and starts with one that ends the process where its
 /// plug-ins are not installed. Before main(), while no thread reads the environment. A choice of
@@ -55,7 +55,7 @@ MediaPlayer::~MediaPlayer()
 {
     close();
     m_thread->quit();
-    if (m_thread->wait(longestFarewell)) {
+    if (m_thread->wait(shutdownTimeout)) {
         delete m_thread;
     }
 }

@@ -14,7 +14,7 @@ namespace quorvane {
 namespace {
 
 constexpr int sliderHeight = 20;
-constexpr int leastWidth = 64;
+constexpr int minWidth = 64;
 constexpr int knob = 12;
 constexpr double knobEdge = 2;
 
@@ -31,7 +31,7 @@ MediaSlider::MediaSlider(const QString& name, QWidget* parent)
 
 QSize MediaSlider::sizeHint() const
 {
-    return {leastWidth, sliderHeight};
+    return {minWidth, sliderHeight};
 }
 
 QSize MediaSlider::minimumSizeHint() const

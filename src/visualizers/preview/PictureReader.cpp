@@ -18,12 +18,12 @@ bool isLarger(const QSize& size, const QSize& room)
 
 /// Megabytes that one picture may take, for the whole program: pictures of most formats are held
 /// whole before they are scaled.
-constexpr int mostMegabytes = 512;
+constexpr int maxMegabytes = 512;
 
 void allowLargePictures()
 {
     static const bool isSet = [] {
-        QImageReader::setAllocationLimit(mostMegabytes);
+        QImageReader::setAllocationLimit(maxMegabytes);
         return true;
     }();
     Q_UNUSED(isSet);
@@ -51,7 +51,7 @@ Picture readWithQt(QIODevice& device, const QSize& room)
     QSize size = reader.size();
     if (size.isValid()) {
         const qint64 pixels = qint64{size.width()} * size.height();
-        if (!isReadByLines(format) && pixels > mostPicturePixels) {
+        if (!isReadByLines(format) && pixels > maxPicturePixels) {
             return {};
         }
         const bool isTurned =

@@ -18,7 +18,7 @@ struct Picture
 };
 
 /// Most pixels of a picture whose decoder has to hold all of them at once.
-constexpr qint64 mostPicturePixels = 200'000'000;
+constexpr qint64 maxPicturePixels = 200'000'000;
 
 /// Reads the picture in any format that Qt or libheif knows: turned and mirrored as its metadata
 /// says, in sRGB, and scaled into the room (device pixels) while it is decoded where the format

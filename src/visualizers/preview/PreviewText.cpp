@@ -76,14 +76,14 @@ BrokenText brokenIntoLines(const QString& text)
     while (begin < text.size()) {
         const qsizetype newline = text.indexOf(QLatin1Char('\n'), begin);
         qsizetype end = newline < 0 ? text.size() : newline + 1;
-        const bool isLong = end - begin > longestTextLine + 1;
+        const bool isLong = end - begin > maxTextLineLength + 1;
         if (isLong) {
-            end = begin + longestTextLine;
+            end = begin + maxTextLineLength;
             end -= text[end - 1].isHighSurrogate() ? 1 : 0;
         }
         broken.text += QStringView(text).mid(begin, end - begin);
         begin = end;
-        if (begin < text.size() && lines++ == mostTextLines) {
+        if (begin < text.size() && lines++ == maxTextLines) {
             broken.isCut = true;
             return broken;
         }

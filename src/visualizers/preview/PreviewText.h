@@ -10,8 +10,8 @@ namespace quorvane {
 
 /// Most lines of a text that are shown, and most characters of one: what goes on behind them stands
 /// in lines of its own. Laying out more would hold the window up.
-constexpr int mostTextLines = 5000;
-constexpr int longestTextLine = 500;
+constexpr int maxTextLines = 5000;
+constexpr int maxTextLineLength = 500;
 
 /// The beginning of a file as text: in the encoding that its byte order mark names, else in UTF-8,
 /// else in Latin-1 when hardly anything in it is a control character. A character that the end

@@ -23,12 +23,12 @@ constexpr int chevronBefore = 4;
 constexpr int chevronAfter = 1;
 constexpr int crumbPadding = 4;
 constexpr int crumbHeight = 24;
-constexpr int widestCrumb = 260;
+constexpr int maxCrumbWidth = 260;
 constexpr int summaryGap = 24;
 constexpr int leftMargin = spacing::s;
 constexpr int rightMargin = 18;
 /// A chain of ten thousand folders needs no ten thousand buttons: no window shows more of them.
-constexpr std::size_t mostCrumbs = 64;
+constexpr std::size_t maxCrumbs = 64;
 
 } // namespace
 
@@ -47,7 +47,7 @@ CrumbButton::CrumbButton(const QString& name, bool isCurrent, QWidget* parent)
 QSize CrumbButton::sizeHint() const
 {
     const TextStyle style = m_isCurrent ? TextStyle::captionMedium : TextStyle::caption;
-    return {std::min(textWidth(style, text()) + 2 * crumbPadding, widestCrumb), crumbHeight};
+    return {std::min(textWidth(style, text()) + 2 * crumbPadding, maxCrumbWidth), crumbHeight};
 }
 
 void CrumbButton::paintEvent(QPaintEvent* event)
@@ -130,8 +130,8 @@ void BreadcrumbBar::rebuild()
     const NodePointer focus = m_navigation.focusNode.value();
     const NodePointer shown = m_navigation.shownNode();
     std::vector<FileNode*> nodes = chain(shown.get());
-    if (nodes.size() > mostCrumbs) {
-        nodes.erase(nodes.begin(), nodes.end() - static_cast<std::ptrdiff_t>(mostCrumbs));
+    if (nodes.size() > maxCrumbs) {
+        nodes.erase(nodes.begin(), nodes.end() - static_cast<std::ptrdiff_t>(maxCrumbs));
     }
     for (FileNode* const node : nodes) {
         auto* const crumb = new CrumbButton(node->displayName(), node == focus.get(), this);

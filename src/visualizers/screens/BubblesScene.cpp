@@ -20,7 +20,7 @@ constexpr double darkening = 0.22;
 /// The light comes from the upper left.
 constexpr double lightOffset = 0.35;
 constexpr double lightReach = 1.6;
-constexpr double leastLabelRadius = 18;
+constexpr double minLabelRadius = 18;
 constexpr int labelSize = 10;
 
 } // namespace
@@ -111,7 +111,7 @@ void BubblesScene::paintBubble(QPainter& painter, std::size_t item, double opaci
     gradient.setColorAt(0.5, stop(base));
     gradient.setColorAt(1, stop(NodeColors::darkened(base, darkening)));
     painter.fillPath(outlineOf(item), gradient);
-    if (radius > leastLabelRadius) {
+    if (radius > minLabelRadius) {
         // A name is not shortened: it may reach beyond its bubble.
         QPainterPath canvas;
         canvas.addRect(QRectF(QPointF(0, 0), QSizeF(request().size)));

@@ -14,7 +14,7 @@ namespace {
 constexpr double dimOpacity = 0.5;
 constexpr double cornerRadius = 2;
 constexpr float glossOpacity = 0.2F;
-constexpr double leastLabelWidth = 34;
+constexpr double minLabelWidth = 34;
 constexpr int labelSize = 9;
 
 QPainterPath outlineOf(const QRectF& rect)
@@ -88,7 +88,7 @@ void FlameScene::paint(QImage& picture, const CanvasStyle& style, bool dimmed) c
         gloss.setColorAt(0, QColor::fromRgbF(1, 1, 1, glossOpacity));
         gloss.setColorAt(1, QColor::fromRgbF(1, 1, 1, 0));
         painter.fillPath(outline, gloss);
-        if (rect.width() > leastLabelWidth) {
+        if (rect.width() > minLabelWidth) {
             drawShadedLabel(painter, outline, rect, m_rects[i].node->displayName());
         }
     }

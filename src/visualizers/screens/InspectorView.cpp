@@ -36,9 +36,9 @@
 namespace quorvane {
 namespace {
 
-constexpr int mostFacts = 8;
-constexpr std::size_t mostChildren = 9;
-constexpr int mostNameLines = 3;
+constexpr int maxFacts = 8;
+constexpr std::size_t maxChildren = 9;
+constexpr int maxNameLines = 3;
 constexpr int headerGap = 12;
 constexpr int nothingTextWidth = 220;
 
@@ -113,7 +113,7 @@ QWidget* InspectorView::makeDetails()
     column->addWidget(makeActions());
     auto* const facts = new Card;
     facts->setObjectName(QStringLiteral("inspectorFacts"));
-    m_facts = fillCard(*facts, mostFacts);
+    m_facts = fillCard(*facts, maxFacts);
     column->addWidget(facts);
 
     m_largest = new QWidget;
@@ -123,7 +123,7 @@ QWidget* InspectorView::makeDetails()
     largest->setSpacing(spacing::s);
     largest->addWidget(new Label(tr("Largest inside"), TextStyle::captionStrong));
     auto* const children = new Card;
-    m_children = fillCard(*children, static_cast<int>(mostChildren));
+    m_children = fillCard(*children, static_cast<int>(maxChildren));
     largest->addWidget(children);
     column->addWidget(m_largest);
     column->addStretch();
@@ -150,7 +150,7 @@ QWidget* InspectorView::makeHeader()
     row->addWidget(m_symbol, 0, Qt::AlignTop);
     auto* const words = new QVBoxLayout;
     words->setSpacing(0);
-    m_name = new ShortenedName(mostNameLines, TextStyle::heading);
+    m_name = new ShortenedName(maxNameLines, TextStyle::heading);
     m_name->setObjectName(QStringLiteral("inspectorName"));
     m_kind = new Label({}, TextStyle::caption, ThemeColor::text2);
     m_kind->setObjectName(QStringLiteral("inspectorKind"));
@@ -278,7 +278,7 @@ void InspectorView::showFacts(const FileNode& node)
 void InspectorView::showLargestInside(const FileNode& node)
 {
     const auto children = node.children();
-    const std::size_t count = std::min(children.size(), mostChildren);
+    const std::size_t count = std::min(children.size(), maxChildren);
     m_largest->setVisible(count > 0);
     for (std::size_t i = 0; i < m_children.size(); ++i) {
         m_children[i]->setVisible(i < count);

@@ -21,13 +21,13 @@ constexpr double axisOpacity = 0.15;
 constexpr double axisWidth = 1;
 /// A file's spoke is as thick as this share of its ring's circle times its weight.
 constexpr double spokeShare = 0.9;
-constexpr double leastSpokeWidth = 1;
+constexpr double minSpokeWidth = 1;
 constexpr double arcWidth = 3;
 constexpr double selectedArcWidth = 4;
 constexpr double hoveredArcWidth = 5;
 constexpr double haloWidth = 7;
 constexpr float haloOpacity = 0.55F;
-constexpr double leastLabelArc = 14;
+constexpr double minLabelArc = 14;
 constexpr int labelSize = 9;
 constexpr double labelOpacity = 0.85;
 
@@ -38,7 +38,7 @@ QPen flatPen(const QColor& color, double width)
 
 double spokeWidth(const MindMapLayout::Band& band)
 {
-    return std::max(band.outer * band.weight * spokeShare, leastSpokeWidth);
+    return std::max(band.outer * band.weight * spokeShare, minSpokeWidth);
 }
 
 } // namespace
@@ -129,7 +129,7 @@ void MindMapScene::paintBand(QPainter& painter, std::size_t item, const QColor& 
 void MindMapScene::paintLabel(QPainter& painter, std::size_t item, const QColor& ground) const
 {
     const MindMapLayout::Band& band = m_bands[item];
-    if (band.arcLength() * band.outer <= leastLabelArc) {
+    if (band.arcLength() * band.outer <= minLabelArc) {
         return;
     }
     painter.save();

@@ -43,7 +43,7 @@ namespace {
 
 constexpr int headerHeight = 44;
 constexpr int panelMargin = 48;
-constexpr QSize largestPanel{960, 760};
+constexpr QSize maxPanel{960, 760};
 /// The whole name stands in the header's tip.
 constexpr int summaryNameWidth = 560;
 /// A reading that takes longer shows the summary meanwhile.
@@ -174,7 +174,7 @@ void PreviewPanel::place()
 {
     const QRect window = parentWidget()->rect();
     const QSize room = window.size() - QSize(2 * panelMargin, 2 * panelMargin);
-    QRect area(QPoint(), room.boundedTo(largestPanel));
+    QRect area(QPoint(), room.boundedTo(maxPanel));
     area.moveCenter(window.center());
     setGeometry(area);
     m_shadow->place(this);
@@ -333,7 +333,7 @@ void PreviewPanel::showDetail()
         detail = tr("%1 of %2").arg(m_document->currentPage() + 1).arg(m_document->pageCount());
     } else if (m_kind == PreviewContent::Kind::text && m_content.isCut) {
         detail = m_content.isCutByLines
-                     ? tr("First %1 lines").arg(mostTextLines)
+                     ? tr("First %1 lines").arg(maxTextLines)
                      : tr("First %1").arg(ByteFormatter::string(PreviewContent::textLimit));
     }
     m_detail->setText(detail);

@@ -190,7 +190,7 @@ void SunburstScene::fillSlice(QPainter& painter, std::size_t item,
     painter.fillPath(outline, gradient);
 }
 
-std::vector<SunburstScene::Piece> SunburstScene::piecesOf(const Ring& ring, double leastAngle) const
+std::vector<SunburstScene::Piece> SunburstScene::piecesOf(const Ring& ring, double minAngle) const
 {
     const QRectF canvas(QPointF(0, 0), QSizeF(request().size));
     std::vector<Piece> pieces;
@@ -201,8 +201,8 @@ std::vector<SunburstScene::Piece> SunburstScene::piecesOf(const Ring& ring, doub
         }
         const Color color = NodeColors::leafColor(*slice.node);
         const bool joins = !pieces.empty() && pieces.back().end == slice.startAngle &&
-                           pieces.back().angle() < leastAngle &&
-                           slice.endAngle - slice.startAngle < leastAngle;
+                           pieces.back().angle() < minAngle &&
+                           slice.endAngle - slice.startAngle < minAngle;
         if (!joins) {
             pieces.push_back({slice.startAngle, slice.endAngle, color, false});
             continue;

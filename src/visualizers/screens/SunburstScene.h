@@ -74,7 +74,7 @@ private:
     std::optional<std::size_t> firstHit(const Ring& ring, double angle) const;
     void fillSlice(QPainter& painter, std::size_t item, const QPainterPath& outline) const;
     /// What can be seen of a ring. Neighbours below the least angle are joined until they reach it.
-    std::vector<Piece> piecesOf(const Ring& ring, double leastAngle) const;
+    std::vector<Piece> piecesOf(const Ring& ring, double minAngle) const;
     void paintRing(QPainter& painter, const Ring& ring, double opacity,
                    const CanvasStyle& style) const;
     void shadeRing(QPainter& painter, const Ring& ring, double opacity, const QColor& ground) const;

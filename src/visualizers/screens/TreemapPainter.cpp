@@ -14,7 +14,7 @@ namespace quorvane {
 namespace {
 
 /// Bytes of a label that can matter on the widest screen.
-constexpr std::size_t longestLabel = 65536;
+constexpr std::size_t maxLabelLength = 65536;
 
 constexpr float dimOpacity = 0.5F;
 constexpr float dimTextOpacity = 0.72F;
@@ -171,7 +171,7 @@ void TreemapPainter::drawHeaderTexts(const Slice& slice, const Rect& body, doubl
     const QString bytes = sizeText(*slice.node);
     const double bytesWidth = sizeFont.width(bytes);
     const QString name = slice.labelOverride
-                             ? displayText(utf8Prefix(*slice.labelOverride, longestLabel))
+                             ? displayText(utf8Prefix(*slice.labelOverride, maxLabelLength))
                              : slice.node->displayName();
     const double middle = body.y + header / 2;
     const double nameWidth = std::max(body.width - 8 - bytesWidth - 6, 10.0);

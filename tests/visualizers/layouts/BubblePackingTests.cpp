@@ -292,11 +292,11 @@ TEST(BubblePacking, PrunedSearchAnswersAsThePlainOneInLongRowsOfDust)
 TEST(BubblePacking, WorkGrowsWithTheSquareOfTheCircles)
 {
     static constexpr std::size_t count = 900;
-    static constexpr std::size_t mostPerSquare = 16;
+    static constexpr std::size_t maxPerSquare = 16;
     const auto expectLittleWork = [](const std::vector<double>& radii, const char* name) {
         PackingWork work;
         EXPECT_EQ(packCircles(radii, nullptr, &work).size(), count) << name;
-        EXPECT_LE(work.pairs + work.looks, mostPerSquare * count * count) << name;
+        EXPECT_LE(work.pairs + work.looks, maxPerSquare * count * count) << name;
     };
     for (const Family& family : families()) {
         expectLittleWork(radiiOf(weights(9, count, family.draw), family.container), family.name);

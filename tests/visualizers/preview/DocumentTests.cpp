@@ -63,11 +63,11 @@ TEST_F(DocumentTests, IsNoneWhenBrokenOrLocked)
 
 TEST_F(DocumentTests, ManyPagesAreCounted)
 {
-    const int count = DocumentPages::mostPages + 1;
+    const int count = DocumentPages::maxPages + 1;
     const auto pages = open(test::documentOfPages(count).toStdString());
     ASSERT_NE(pages, nullptr);
     EXPECT_EQ(pages->pageCount(), count);
-    EXPECT_EQ(pages->pageSizes().size(), static_cast<std::size_t>(DocumentPages::mostPages));
+    EXPECT_EQ(pages->pageSizes().size(), static_cast<std::size_t>(DocumentPages::maxPages));
 }
 
 TEST_F(DocumentTests, TheViewDrawsWhatIsOnShow)

@@ -159,7 +159,7 @@ TEST_F(DrawingReaderTests, KeepsWhatRefersToItself)
 TEST_F(DrawingReaderTests, HoldsItsBoundOnHeldPictures)
 {
     // Two of 6000 x 6000 pixels are more than all may have together.
-    ASSERT_GT(2 * 6000 * 6000, mostHeldPixels);
+    ASSERT_GT(2 * 6000 * 6000, maxHeldPixels);
     QImage image(6000, 6000, QImage::Format_Mono);
     image.fill(0);
     const QByteArray large = pictureAt(held(pngOf(image)));
@@ -171,7 +171,7 @@ TEST_F(DrawingReaderTests, APackedDrawingIsDrawnToo)
     const QByteArray drawing = drawingWith({});
     EXPECT_EQ(middleOf(packed(drawing)), QColor(Qt::blue));
     // A little file that unpacks to more than the bound.
-    const QByteArray endless = "<!--" + QByteArray(mostDrawingBytes, ' ') + "-->" + drawing;
+    const QByteArray endless = "<!--" + QByteArray(maxDrawingBytes, ' ') + "-->" + drawing;
     EXPECT_EQ(read(packed(endless)).kind, PreviewContent::Kind::summary);
     EXPECT_EQ(read(packed("no drawing")).kind, PreviewContent::Kind::summary);
     EXPECT_EQ(read(packed(drawing).left(30)).kind, PreviewContent::Kind::summary);
@@ -182,7 +182,7 @@ TEST_F(DrawingReaderTests, WhatIsBrokenOrTooLongShowsItsText)
     const QByteArray broken = "<svg xmlns='http://www.w3.org/2000/svg'><rect></svg>";
     EXPECT_EQ(read(broken).kind, PreviewContent::Kind::text);
     EXPECT_EQ(read(drawingWith("<a:b:c/>")).kind, PreviewContent::Kind::text);
-    EXPECT_EQ(read("<!--" + QByteArray(mostDrawingBytes, ' ') + "-->" + drawingWith({})).kind,
+    EXPECT_EQ(read("<!--" + QByteArray(maxDrawingBytes, ' ') + "-->" + drawingWith({})).kind,
               PreviewContent::Kind::text);
     // Each mention of a name takes the room of what it stands for.
     const QByteArray names = QByteArray("&e;").repeated(400'000);

@@ -227,7 +227,7 @@ TEST_F(PreviewContentTests, ReadsOnlyTheBeginningOfALongText)
 
 TEST_F(PreviewContentTests, ALineThatIsTooLongGoesOnInTheNext)
 {
-    const int longest = longestTextLine;
+    const int longest = maxTextLineLength;
     m_disk.fileWithContents("long", std::string(static_cast<std::size_t>(longest), 'a') + "\n" +
                                         std::string(static_cast<std::size_t>(longest) + 2, 'b'));
     const PreviewContent content = read("long");
@@ -239,20 +239,20 @@ TEST_F(PreviewContentTests, ALineThatIsTooLongGoesOnInTheNext)
 TEST_F(PreviewContentTests, ALineIsNotBrokenInsideACharacter)
 {
     std::string faces = "x";
-    for (int i = 0; i < longestTextLine; ++i) {
+    for (int i = 0; i < maxTextLineLength; ++i) {
         faces += "\xf0\x9f\x98\x80";
     }
     m_disk.fileWithContents("faces", faces);
     const QStringList lines = read("faces").text.split(QLatin1Char('\n'));
     ASSERT_GE(lines.size(), 2);
-    EXPECT_EQ(lines[0].size(), longestTextLine - 1);
+    EXPECT_EQ(lines[0].size(), maxTextLineLength - 1);
     EXPECT_TRUE(lines[1].at(0).isHighSurrogate());
 }
 
 TEST_F(PreviewContentTests, ShowsOnlyTheFirstLinesOfMany)
 {
     std::string text;
-    for (int i = 0; i < mostTextLines; ++i) {
+    for (int i = 0; i < maxTextLines; ++i) {
         text += "line\n";
     }
     m_disk.fileWithContents("all", text);
@@ -261,7 +261,7 @@ TEST_F(PreviewContentTests, ShowsOnlyTheFirstLinesOfMany)
     const PreviewContent content = read("more");
     EXPECT_TRUE(content.isCutByLines);
     EXPECT_TRUE(content.isCut);
-    EXPECT_EQ(content.text.count(QLatin1Char('\n')), mostTextLines);
+    EXPECT_EQ(content.text.count(QLatin1Char('\n')), maxTextLines);
     EXPECT_TRUE(content.text.endsWith(QStringLiteral("line\n")));
 }
 
