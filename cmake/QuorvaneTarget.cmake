@@ -1,8 +1,9 @@
 # SPDX-License-Identifier: MIT
-# How a target of ours is declared. Each takes SOURCES and LINK lists:
+# How a target of ours is declared. Each takes SOURCES and LINK lists; without SOURCES a library or a
+# test program is made of the .cpp files of its folder but those of EXCLUDE, looked up at each build:
 #
-#   quorvane_library(NAME CORE|GUI SOURCES ... [LINK ...] [PRIVATE_LINK ...])
-#   quorvane_test(NAME [GUI] SOURCES ... [LINK ...])
+#   quorvane_library(NAME CORE|GUI [SOURCES ... | EXCLUDE ...] [LINK ...] [PRIVATE_LINK ...])
+#   quorvane_test(NAME [GUI] [SOURCES ... | EXCLUDE ...] [LINK ...])
 #   quorvane_fuzz(NAME SOURCES ... [LINK ...])
 
 include(${CMAKE_CURRENT_LIST_DIR}/Fence.cmake)
@@ -42,10 +43,19 @@ function(quorvane_keep_in_logic target)
   endforeach()
 endfunction()
 
+# Sets ARG_SOURCES to the folder's .cpp files if it is not set.
+macro(quorvane_default_sources)
+  if(NOT ARG_SOURCES)
+    file(GLOB ARG_SOURCES CONFIGURE_DEPENDS RELATIVE ${CMAKE_CURRENT_SOURCE_DIR} *.cpp)
+    list(REMOVE_ITEM ARG_SOURCES "" ${ARG_EXCLUDE})
+  endif()
+endmacro()
+
 # One library for each folder of src/. It puts only its own folder on the include path, so that the
 # headers of a folder that is not linked cannot be included.
 function(quorvane_library name)
-  cmake_parse_arguments(ARG "CORE;GUI" "" "SOURCES;LINK;PRIVATE_LINK" ${ARGN})
+  cmake_parse_arguments(ARG "CORE;GUI" "" "SOURCES;EXCLUDE;LINK;PRIVATE_LINK" ${ARGN})
+  quorvane_default_sources()
   add_library(${name} STATIC ${ARG_SOURCES})
   target_include_directories(${name} PUBLIC ${CMAKE_CURRENT_SOURCE_DIR})
   target_link_libraries(${name} PUBLIC ${ARG_LINK} Threads::Threads
@@ -76,7 +86,8 @@ endfunction()
 # One GoogleTest program, registered with CTest under its name. A GUI test brings its own main. Every
 # program gets a home of its own, so that no test can reach the user's settings or Trash.
 function(quorvane_test name)
-  cmake_parse_arguments(ARG "GUI" "" "SOURCES;LINK" ${ARGN})
+  cmake_parse_arguments(ARG "GUI" "" "SOURCES;EXCLUDE;LINK" ${ARGN})
+  quorvane_default_sources()
   if(ARG_GUI)
     quorvane_program(${name} GUI
                      SOURCES ${ARG_SOURCES} LINK ${ARG_LINK} Qt6::Test GTest::gtest GTest::gmock)

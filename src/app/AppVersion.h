@@ -3,7 +3,7 @@
 
 namespace quorvane {
 
-/// The version that the program shows where its bundle tells none.
+/// The version that the program shows where its bundle has none.
 struct AppVersion
 {
     static constexpr const char* string = QUORVANE_VERSION;

@@ -128,7 +128,7 @@ void ContentView::refresh()
 }
 
 /// A screen that is shown for the first time takes the focus itself, not with whatever button comes
-/// first on it: a key must not set off what the user has not looked at yet.
+/// first on it: a key must not trigger what the user has not seen yet.
 void ContentView::show(QWidget& screen)
 {
     const QWidget* const before = m_stack->currentWidget();

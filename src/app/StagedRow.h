@@ -5,7 +5,7 @@
 
 namespace quorvane {
 
-/// The row of the side bar that tells what is staged, 44 high, in two lines on a card.
+/// The row of the side bar that shows what is staged, 44 high, in two lines on a card.
 class StagedRow : public QPushButton
 {
     Q_OBJECT

@@ -65,7 +65,7 @@ bool TaskPool::drain(std::chrono::milliseconds timeout)
 
 void TaskPool::close()
 {
-    // What a dropped job holds is let go outside the lock: it may call back into the pool.
+    // What a dropped job holds is released outside the lock: it may call back into the pool.
     std::deque<std::function<void()>> dropped[2];
     {
         const std::lock_guard guard(m_lock);

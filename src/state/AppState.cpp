@@ -24,7 +24,8 @@ AppState::~AppState()
     jobs().close();
 }
 
-/// The fields in the order in which screens hear of them, then the jobs that read the old tree.
+/// Clears the fields in the order in which screens are notified, then discards the jobs that read
+/// the old tree.
 void AppState::dropOldScan()
 {
     auto oldTree = std::make_tuple(rootNode.value(), nodesByID.value());
@@ -36,7 +37,7 @@ void AppState::dropOldScan()
     dropQueue();
     nodesByID = std::make_shared<const NodeIndex>();
     dropDuplicates();
-    // The fields have let go of it by now, so a tree of millions of nodes ends in the background.
+    // The fields no longer hold it, so a tree of millions of nodes is destroyed in the background.
     jobs().release(std::move(oldTree));
     for (JobSlot* const slot : {&duplicateSlot(), &cautionSlot()}) {
         slot->stop();

@@ -88,7 +88,8 @@ void DuplicatesState::runDuplicateSearch(bool background)
                 root, DuplicateFinder::defaultMinimumBytes,
                 [&run](double fraction) { run.report(fraction); }, isCancelled, options);
             searches->leave(run.stopFlag());
-            // What nobody waits for any longer ends here, tree and all, not on the main thread.
+            // A result that is no longer wanted is destroyed here, with its tree, not on the main
+            // thread.
             if (!run.isUnwanted()) {
                 found.groups = std::make_shared<const Groups>(std::move(groups));
                 found.index = std::make_shared<const DuplicateIndex>(found.groups);

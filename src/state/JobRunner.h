@@ -33,8 +33,8 @@ private:
 
 using JobHandle = std::shared_ptr<Job>;
 
-/// What waits for the main thread. The blocks pass through a lock of our own and are run and let go
-/// on the main thread, whatever thread has posted them.
+/// What waits for the main thread. The blocks pass through a lock of our own and are run and
+/// destroyed on the main thread, whatever thread has posted them.
 class Mailbox
 {
 public:
@@ -53,19 +53,21 @@ private:
     std::atomic<bool> m_isClosed = false; ///< written under the lock
 };
 
-/// Posts work to the main thread from any thread, as long as the runner that made it lives.
+/// Posts work to the main thread from any thread, as long as the runner that made it exists.
 class MainThreadPoster
 {
 public:
     explicit MainThreadPoster(std::shared_ptr<Mailbox> mailbox)
         : m_mailbox(std::move(mailbox))
     {}
-    /// In the order of the calls from one thread. Dropped when the runner has gone meanwhile.
+    /// In the order of the calls from one thread. Discarded when the runner has been destroyed
+    /// meanwhile.
     void operator()(std::function<void()> block) const;
     /// Any thread but the main one: returns when the block has run there. False when it will not be
-    /// waited for any longer, because the job is cancelled or the runner has gone.
+    /// waited for any longer, because the job is cancelled or the runner is destroyed.
     bool andWait(const Job& job, std::function<void()> block) const;
-    /// Any thread: the runner is gone or drains, so that no work of its jobs is of use any more.
+    /// Any thread: the runner is destroyed or shutting down: the work of its jobs is no longer
+    /// needed.
     bool isClosed() const { return m_mailbox->isClosed(); }
 
 private:

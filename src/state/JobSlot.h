@@ -35,7 +35,7 @@ public:
     /// The same for the progress field, 0 to 1.
     void report(double progress) const;
     /// Sets the progress and status fields and returns when the main thread has done so. False when
-    /// there is nobody to show it to any more: the work had better end.
+    /// the run is discarded or the model shuts down: the work should end.
     bool reportAndWait(double progress, const QString& status) const;
 
 private:

@@ -168,7 +168,7 @@ void ScanState::rescanAfter(const std::vector<FilePath>& changed)
     if (hasScan()) {
         rescan();
     } else if (isScanning && !m_scanSlot.isStopRequested() && concerns(m_scannedURL, changed)) {
-        // It was asked for during the batch and may have listed what has gone since.
+        // It was started during the batch and may have listed what has been moved since.
         m_startsScanOver = true;
         m_scanSlot.requestStop();
     }

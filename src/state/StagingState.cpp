@@ -146,7 +146,7 @@ void StagingState::changeStaged(const std::vector<FileNode*>& unstaged,
         node->setStagedForTrash(true);
         queue.push_back(node);
     }
-    // One write, whatever its length, and none without a change: each tells every screen.
+    // One write for all of them, and none without a change: each notifies every screen.
     if (isChanged) {
         setQueue(std::move(queue));
     }

@@ -13,7 +13,7 @@ namespace quorvane {
 class LatestFrame
 {
 public:
-    /// True when none was waiting, so that somebody is to be told.
+    /// True when none was waiting: the receiver has to be notified.
     bool put(const QImage& frame);
     /// Null when there is none.
     QImage take();

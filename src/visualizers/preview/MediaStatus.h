@@ -16,8 +16,8 @@ struct MediaStatus
 
     Phase phase = Phase::opening;
     bool hasFilm = false;
-    bool hasSound = false; ///< and something to hear it with
-    bool isSilent = false; ///< a sound with nothing to hear it with, and no film: it stands still
+    bool hasSound = false; ///< and an audio output
+    bool isSilent = false; ///< audio without an output, and no video: it does not play
     bool isPlaying = false;
     qint64 position = 0; ///< milliseconds
     qint64 duration = 0; ///< milliseconds; 0 while it is unknown

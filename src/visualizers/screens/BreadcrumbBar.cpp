@@ -156,7 +156,7 @@ void BreadcrumbBar::placeCrumbs()
     const int room =
         width() - leftMargin - rightMargin -
         (m_summary.isEmpty() ? 0 : textWidth(TextStyle::caption, m_summary) + summaryGap);
-    // The last crumbs matter most: they are kept from the end as far as there is room.
+    // The last crumbs matter most: they are kept, from the end, as far as they fit.
     std::size_t first = m_crumbs.size();
     int used = 0;
     while (first > 0) {

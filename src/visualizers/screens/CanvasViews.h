@@ -1,15 +1,71 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "BubblesScene.h"
+#include "FlameScene.h"
+#include "MindMapScene.h"
+#include "SunburstScene.h"
+#include "TreemapScene.h"
 #include "VisualizerCanvas.h"
 #include "VisualizerType.h"
 
+#include <QCoreApplication>
+
 namespace quorvane {
 
-/// What sets a drawn visualiser apart. The type is one that is drawn on a canvas.
-const CanvasTraits& canvasTraits(VisualizerType type);
+struct CanvasRow
+{
+    VisualizerType type;
+    CanvasTraits traits;
+};
 
-/// A drawn visualiser on screen.
+/// The visualisers that are drawn on a canvas.
+inline constexpr CanvasRow canvasRows[]{
+    {VisualizerType::treemap,
+     {.makeScene = &TreemapScene::make,
+      .objectName = "treemapView",
+      .label = QT_TRANSLATE_NOOP("VisualizerCanvas", "Treemap of %1, %2"),
+      .value = QT_TRANSLATE_NOOP("VisualizerCanvas", "%1 regions, grow by clicking a folder"),
+      .tooltipFollowsPointer = true,
+      .zoomsByWheel = true}},
+    {VisualizerType::sunburst,
+     {.makeScene = &SunburstScene::make,
+      .objectName = "sunburstView",
+      .label = QT_TRANSLATE_NOOP("VisualizerCanvas", "Sunburst of %1, %2"),
+      .value = QT_TRANSLATE_NOOP("VisualizerCanvas", "%1 rings, click a slice to drill down")}},
+    {VisualizerType::flame,
+     {.makeScene = &FlameScene::make,
+      .objectName = "flameView",
+      .label = QT_TRANSLATE_NOOP("VisualizerCanvas", "Flame graph of %1, %2"),
+      .value =
+          QT_TRANSLATE_NOOP("VisualizerCanvas", "%1 rectangles; width is proportional to size"),
+      .caption = QT_TRANSLATE_NOOP("VisualizerCanvas",
+                                   "Depth increases downward · width is proportional to size")}},
+    {VisualizerType::bubbles,
+     {.makeScene = &BubblesScene::make,
+      .objectName = "bubblesView",
+      .label = QT_TRANSLATE_NOOP("VisualizerCanvas", "Bubble map of %1, %2"),
+      .value = QT_TRANSLATE_NOOP("VisualizerCanvas", "%1 bubbles, click a bubble to drill down")}},
+    {VisualizerType::mindMap,
+     {.makeScene = &MindMapScene::make,
+      .objectName = "mindMapView",
+      .label = QT_TRANSLATE_NOOP("VisualizerCanvas", "Mind map of %1, %2"),
+      .value = QT_TRANSLATE_NOOP("VisualizerCanvas", "%1 bands radiating from a center axis"),
+      .paintEmptyGround = &MindMapScene::paintAxis,
+      .emptyTextShift = 60}},
+};
+
+/// The type is one of the table.
+constexpr const CanvasTraits& canvasTraits(VisualizerType type)
+{
+    const CanvasRow* row = canvasRows;
+    while (row->type != type) {
+        ++row;
+    }
+    return row->traits;
+}
+
+/// A visualiser of the table on screen.
 template<VisualizerType type>
 class CanvasView final : public VisualizerCanvas
 {

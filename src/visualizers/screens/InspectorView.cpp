@@ -296,7 +296,7 @@ void InspectorView::paintEvent(QPaintEvent*)
     painter.fillRect(QRect(0, 0, 1, height()), themeColor(ThemeColor::hairline));
 }
 
-/// What the dates are told against has moved on meanwhile.
+/// The dates are relative to a time that has passed meanwhile.
 void InspectorView::showEvent(QShowEvent* event)
 {
     QWidget::showEvent(event);

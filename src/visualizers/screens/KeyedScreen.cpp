@@ -52,7 +52,7 @@ void KeyedScreen::refresh()
 {
     const NodePointer node = target();
     if (!node) {
-        // The old tree is let go even where nobody sees it.
+        // A hidden screen releases the old tree, too.
         stop();
         m_key.clear();
         m_hasContent = false;

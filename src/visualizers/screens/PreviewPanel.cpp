@@ -187,7 +187,7 @@ void PreviewPanel::bringToFront()
         return;
     }
     const std::optional<FilePath>& url = source.previewItemAt(0);
-    // Who has gone on beside the open panel keeps the keyboard there.
+    // A user who works beside the open panel keeps the keyboard focus there.
     if (isHidden()) {
         m_focusBefore = QApplication::focusWidget();
         place();
@@ -232,7 +232,7 @@ void PreviewPanel::followSelection()
     }
 }
 
-/// The job is not cancelled: what it has opened comes back, to be let go of off this thread.
+/// The job is not cancelled: what it has opened is returned, to be released on another thread.
 void PreviewPanel::stopReading()
 {
     m_summaryDelay.stop();

@@ -49,7 +49,7 @@ Color mean(const Color& first, const Color& second, double share)
 }
 
 /// Draws the edges of a sector one after the other, in half the time of the whole outline. The pen
-/// is opaque, so that nobody sees where they meet.
+/// is opaque, so that the seam is invisible.
 void strokeEdges(QPainter& painter, const RingSector& sector, QPen pen)
 {
     pen.setCapStyle(Qt::SquareCap);

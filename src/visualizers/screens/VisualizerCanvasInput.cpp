@@ -229,7 +229,7 @@ void VisualizerCanvas::moveKeyboardItem(int key)
 
 void VisualizerCanvas::focusInEvent(QFocusEvent* event)
 {
-    // Focus that falls to the canvas because another widget goes is nobody's wish.
+    // Focus that moves to the canvas because another widget is hidden was not asked for.
     const Qt::FocusReason reason = event->reason();
     m_focusIsVisible = reason == Qt::TabFocusReason || reason == Qt::BacktabFocusReason ||
                        reason == Qt::ShortcutFocusReason;

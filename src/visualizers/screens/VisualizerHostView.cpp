@@ -77,14 +77,14 @@ VisualizerScreens makeVisualizerScreens()
 {
     VisualizerScreens screens;
     screens.add(VisualizerType::folders, makeScreen<FoldersView>);
-    screens.add(VisualizerType::treemap, makeScreen<TreemapView>);
     screens.add(VisualizerType::list, makeScreen<ListView>);
     screens.add(VisualizerType::topSizes, makeScreen<TopSizesView>);
     screens.add(VisualizerType::ageMap, makeScreen<AgeMapView>);
-    screens.add(VisualizerType::sunburst, makeScreen<SunburstView>);
-    screens.add(VisualizerType::flame, makeScreen<FlameView>);
-    screens.add(VisualizerType::bubbles, makeScreen<BubblesView>);
-    screens.add(VisualizerType::mindMap, makeScreen<MindMapView>);
+    for (const CanvasRow& row : canvasRows) {
+        screens.add(row.type, [&row](AppState& state, QWidget* parent) -> QWidget* {
+            return new VisualizerCanvas(state, row.traits, parent);
+        });
+    }
     return screens;
 }
 
