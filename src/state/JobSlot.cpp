@@ -16,13 +16,13 @@ void JobRun::report(std::function<void()> write) const
             return;
         }
     }
-    m_post([slot = m_slot, shared = m_shared] {
+    m_post([shared = m_shared] {
         std::function<void()> latest;
         {
             const std::lock_guard guard(shared->lock);
             latest = std::exchange(shared->waiting, nullptr);
         }
-        if (slot->m_shared == shared) {
+        if (shared->slot != nullptr) {
             latest();
         }
     });
@@ -30,17 +30,24 @@ void JobRun::report(std::function<void()> write) const
 
 void JobRun::report(double progress) const
 {
-    report([slot = m_slot, progress] { slot->m_fields.progress->setValue(progress); });
+    report([shared = m_shared, progress] { *shared->slot->m_fields.progress = progress; });
 }
 
 bool JobRun::reportAndWait(double progress, const QString& status) const
 {
-    return m_post.andWait(*m_job, [slot = m_slot, shared = m_shared, progress, status] {
-        if (slot->m_shared == shared) {
-            slot->m_fields.progress->setValue(progress);
-            slot->m_fields.status->setValue(status);
+    return m_post.andWait(*m_job, [shared = m_shared, progress, status] {
+        if (JobSlot* const slot = shared->slot) {
+            *slot->m_fields.progress = progress;
+            *slot->m_fields.status = status;
         }
     });
+}
+
+JobSlot::~JobSlot()
+{
+    requestStop();
+    discard();
+    detach();
 }
 
 void JobSlot::requestStop()
@@ -69,13 +76,23 @@ void JobSlot::stop()
 void JobSlot::begin()
 {
     discard();
+    detach();
     // Before the fields: who reacts to them may already ask the new run to stop.
     m_shared = std::make_shared<JobRun::Shared>();
+    m_shared->slot = this;
     if (m_fields.running != nullptr) {
         *m_fields.running = true;
     }
     if (m_fields.progress != nullptr) {
         *m_fields.progress = 0;
+    }
+}
+
+/// Nothing that the latest run has reported is written any more.
+void JobSlot::detach()
+{
+    if (m_shared) {
+        m_shared->slot = nullptr;
     }
 }
 

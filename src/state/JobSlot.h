@@ -29,6 +29,9 @@ public:
     /// The flag that JobSlot::requestStop() and stop() set; one for each run.
     std::shared_ptr<const LockedFlag> stopFlag() const { return {m_shared, &m_shared->stop}; }
 
+    /// The flag that is set when the run's result will be discarded, for work that polls a flag.
+    const LockedFlag& discardFlag() const { return m_job->cancelFlag(); }
+
     /// Calls write on the main thread, in the order of the reports. A report that still waits there
     /// is replaced by the next one. Dropped once the run is stopped or the slot has begun another.
     void report(std::function<void()> write) const;
@@ -46,16 +49,15 @@ private:
         LockedFlag stop;
         std::mutex lock;
         std::function<void()> waiting; ///< the report on its way to the main thread
+        JobSlot* slot = nullptr;       ///< main thread; null when the slot has begun another run
     };
 
-    JobRun(JobSlot& slot, const Job& job, std::shared_ptr<Shared> shared, MainThreadPoster post)
-        : m_slot(&slot)
-        , m_job(&job)
+    JobRun(const Job& job, std::shared_ptr<Shared> shared, MainThreadPoster post)
+        : m_job(&job)
         , m_shared(std::move(shared))
         , m_post(std::move(post))
     {}
 
-    JobSlot* m_slot; ///< for the main thread
     const Job* m_job;
     std::shared_ptr<Shared> m_shared;
     MainThreadPoster m_post;
@@ -71,7 +73,7 @@ struct JobFields
 
 /// A kind of background job of the model and its current run: handle, stop flag, identity, and the
 /// fields that show it. There is one current run at a time, and the result of no other is
-/// published. Lives as long as its runner accepts work. Main thread.
+/// published. The runner outlives it. Main thread.
 class JobSlot
 {
 public:
@@ -81,6 +83,8 @@ public:
     {}
     JobSlot(const JobSlot&) = delete;
     JobSlot& operator=(const JobSlot&) = delete;
+    /// Stops the run and discards what it will find; does not wait for it.
+    ~JobSlot();
 
     /// Discards the run before, sets running and a progress of 0, and runs work(const JobRun&) on a
     /// pool thread. When it returns, on the main thread: running becomes false, then
@@ -94,8 +98,8 @@ public:
         begin();
         m_job = m_jobs.start(
             priority,
-            [this, shared = m_shared, post = m_jobs.poster(), work = std::move(work)](
-                const Job& job) mutable { return work(JobRun(*this, job, shared, post)); },
+            [shared = m_shared, post = m_jobs.poster(), work = std::move(work)](
+                const Job& job) mutable { return work(JobRun(job, shared, post)); },
             [this, publish = std::move(publish)](auto result) mutable {
                 end();
                 publish(std::move(result));
@@ -123,6 +127,7 @@ private:
     friend class JobRun;
 
     void begin();
+    void detach();
     void end();
 
     JobRunner& m_jobs;

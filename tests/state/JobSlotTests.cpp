@@ -276,6 +276,34 @@ TEST_F(JobSlotTest, AwaitedReportReturnsWhenTheRunIsDiscarded)
     EXPECT_EQ(m_progress.value(), 0);
 }
 
+TEST_F(JobSlotTest, RunOutlivesItsSlotWithoutReportingOrPublishing)
+{
+    Gate gate;
+    std::atomic<bool> hasEnded = false;
+    std::atomic<bool> wasUnwanted = false;
+    auto slot = std::make_unique<JobSlot>(*m_runner, JobFields{&m_running, &m_progress});
+    slot->restart(
+        JobPriority::userInitiated,
+        [&](const JobRun& run) {
+            run.report(0.25);
+            gate.pass();
+            wasUnwanted = run.isStopped() && run.discardFlag().get();
+            run.report(0.5);
+            hasEnded = true;
+            return 1;
+        },
+        [this](int found) { m_published.push_back(found); });
+    gate.awaitVisitor();
+    slot.reset();
+    gate.open();
+    ASSERT_TRUE(waitFor([&hasEnded] { return hasEnded.load(); }));
+    end();
+    QCoreApplication::processEvents();
+    EXPECT_TRUE(wasUnwanted);
+    EXPECT_EQ(m_progress.value(), 0);
+    EXPECT_TRUE(m_published.empty());
+}
+
 TEST_F(JobSlotTest, EndOfTheRunnerStopsTheWork)
 {
     std::atomic<bool> hasStarted = false;

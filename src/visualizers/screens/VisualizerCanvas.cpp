@@ -17,7 +17,6 @@
 #include <QApplication>
 #include <QPainter>
 #include <QPainterPath>
-#include <QPointer>
 
 #include <optional>
 #include <utility>
@@ -42,6 +41,7 @@ VisualizerCanvas::VisualizerCanvas(AppState& state, const CanvasTraits& traits, 
     , m_host(FacetHost::of(state))
     , m_traits(traits)
     , m_layoutRefresher(new Refresher(this, [this] { refreshLayout(); }))
+    , m_layoutSlot(m_host.jobs())
     , m_tooltip(new HoverTooltip(this))
     , m_spinner(new LayoutSpinner(this))
 {
@@ -51,13 +51,6 @@ VisualizerCanvas::VisualizerCanvas(AppState& state, const CanvasTraits& traits, 
     setFocusPolicy(Qt::StrongFocus);
     m_tooltip->hide();
     observe();
-}
-
-VisualizerCanvas::~VisualizerCanvas()
-{
-    if (m_layoutTask) {
-        m_layoutTask->cancel();
-    }
 }
 
 void VisualizerCanvas::observe()
@@ -107,28 +100,21 @@ void VisualizerCanvas::refreshLayout()
 
 void VisualizerCanvas::startLayout(const NodePointer& target, const LayoutKey& key)
 {
-    if (m_layoutTask) {
-        m_layoutTask->cancel();
-    }
     m_key = key;
     m_target = target;
     const SceneRequest request{target, key.isScanRoot, key.size, key.sizeMode, key.hidden};
-    m_layoutTask = m_host.jobs().start(
+    m_layoutSlot.restart(
         JobPriority::userInitiated,
-        [request, style = key.style, makeScene = m_traits.makeScene](const Job& job) {
-            return renderScene(makeScene(request, job.cancelFlag()), style, job.cancelFlag());
+        [request, style = key.style, makeScene = m_traits.makeScene](const JobRun& run) {
+            const LockedFlag& stop = run.discardFlag();
+            return renderScene(makeScene(request, stop), style, stop);
         },
-        [canvas = QPointer<VisualizerCanvas>(this)](CanvasRendering rendering) {
-            if (canvas) {
-                canvas->publish(std::move(rendering));
-            }
-        });
+        [this](CanvasRendering rendering) { publish(std::move(rendering)); });
     m_spinner->start(m_rendering.scene != nullptr);
 }
 
 void VisualizerCanvas::publish(CanvasRendering rendering)
 {
-    m_layoutTask = nullptr;
     m_spinner->stop();
     m_host.jobs().release(std::exchange(m_rendering, std::move(rendering)));
     announceCanvasContent(*this);
@@ -146,10 +132,7 @@ void VisualizerCanvas::publish(CanvasRendering rendering)
 
 void VisualizerCanvas::clearRendering()
 {
-    if (m_layoutTask) {
-        m_layoutTask->cancel();
-        m_layoutTask = nullptr;
-    }
+    m_layoutSlot.discard();
     m_key = std::nullopt;
     m_spinner->stop();
     setHovered(std::nullopt, {});

@@ -3,7 +3,7 @@
 
 #include "AppPalette.h"
 #include "CanvasScene.h"
-#include "JobRunner.h"
+#include "JobSlot.h"
 
 #include <QPoint>
 #include <QPointF>
@@ -60,11 +60,10 @@ class VisualizerCanvas : public QWidget
 public:
     /// The traits outlive the canvas.
     VisualizerCanvas(AppState& state, const CanvasTraits& traits, QWidget* parent = nullptr);
-    ~VisualizerCanvas() override;
 
     /// The scene on show; absent before the first.
     const ScenePointer& scene() const { return m_rendering.scene; }
-    bool isComputingLayout() const { return m_layoutTask != nullptr; }
+    bool isComputingLayout() const { return m_layoutSlot.isRunning(); }
     std::optional<std::size_t> hoveredItem() const { return m_hoveredItem; }
     /// What assistive technology reads for the canvas as a whole.
     QString accessibleLabel() const;
@@ -135,7 +134,7 @@ private:
     QPropertyNotifier m_selectionChanged;
     std::optional<LayoutKey> m_key; ///< of the layout on show or on its way
     std::weak_ptr<FileNode> m_target;
-    JobHandle m_layoutTask;
+    JobSlot m_layoutSlot;
     CanvasRendering m_rendering;
     std::optional<std::size_t> m_hoveredItem;
     std::optional<std::size_t> m_selectedItem;
