@@ -139,6 +139,7 @@ struct Row
     std::vector<RowCell> cells = {};
     std::vector<RowAction> actions = {}; ///< at the right end
 
+    int lineGap = 0; ///< points between the lines of words
     bool isEnabled = true;
     bool isDimmed = false; ///< steps back: text in the third level
     bool isInWell = false; ///< on a darker ground, below an open row

@@ -32,6 +32,7 @@ constexpr int copyPadding = 7;
 constexpr int copySymbol = 11;
 constexpr double wellOpacityDark = 0.16;
 constexpr double wellOpacityLight = 0.025;
+constexpr int focusInset = 2;
 constexpr int beyond = 2 * radius::surface; ///< of a card, out of sight
 
 constexpr int leftCentre = Qt::AlignLeft | Qt::AlignVCenter;
@@ -379,7 +380,13 @@ void paintGround(QPainter& painter, const QRect& area, const Row& row, const Row
         painter.fillRect(QRect(area.left(), area.bottom(), area.width(), 1),
                          themeColor(ThemeColor::hairline));
     }
-    paintRowGround(painter, ground, metrics.inset > 0 ? radius::control : 0, look.state);
+    const int corner = metrics.inset > 0 ? radius::control : 0;
+    paintRowGround(painter, ground, corner, look.state & ~QStyle::State_HasFocus);
+    if (look.state & QStyle::State_HasFocus) {
+        // Inside the row, so that the corners of a card cut nothing off.
+        const int inset = metrics.inset > 0 ? 0 : focusInset;
+        paintFocusLine(painter, ground.adjusted(inset, inset, -inset, -inset), radius::control);
+    }
     painter.restore();
 }
 
@@ -389,7 +396,7 @@ void paintRow(QPainter& painter, const QRect& area, const Row& row, const RowMet
               const RowLook& look)
 {
     const RowPlaces places = layOutRow(row, metrics, area, look.level, look.hasChevron);
-    if (row.kind == RowKind::item) {
+    if (row.kind != RowKind::section) {
         paintGround(painter, area, row, metrics, look);
     }
     RowPainter(painter, row, places, look).paintAll();

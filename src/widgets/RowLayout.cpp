@@ -167,7 +167,11 @@ private:
         int fixed = 0;
         int stretch = m_row.titleWidth > 0 ? 0 : 1;
         for (const RowCell& cell : cells) {
-            widths.push_back(cell.stretch > 0 ? 0 : cellWidth(cell));
+            const std::size_t i = widths.size();
+            const bool isChosen = i < m_metrics.cellWidths.size() && m_metrics.cellWidths[i] > 0;
+            widths.push_back(isChosen           ? m_metrics.cellWidths[i]
+                             : cell.stretch > 0 ? 0
+                                                : cellWidth(cell));
             fixed += widths.back() + m_metrics.gap;
             stretch += cell.stretch;
         }
@@ -199,7 +203,7 @@ private:
         int height = 0;
         const auto line = [&](bool isThere, TextStyle style) {
             const int own = isThere ? typeMeasure(style).lineHeight : 0;
-            height += own == 0 ? 0 : own + (height > 0 ? m_metrics.lineGap : 0);
+            height += own == 0 ? 0 : own + (height > 0 ? m_row.lineGap : 0);
             return own;
         };
         const int title = line(!m_row.title.isEmpty(), m_row.titleStyle);
@@ -209,14 +213,14 @@ private:
         int top = words.top() + (words.height() - height) / 2;
         const auto place = [&](int own) {
             const QRect rect(words.left(), top, words.width(), own);
-            top += own == 0 ? 0 : own + m_metrics.lineGap;
+            top += own == 0 ? 0 : own + m_row.lineGap;
             return own == 0 ? QRect() : rect;
         };
         placeTitleLine(place(title));
         placeDetail(place(detail));
         m_places.path = place(path);
         if (!m_row.command.isEmpty()) {
-            placeCommand(words, top - m_metrics.lineGap + commandGap);
+            placeCommand(words, top - m_row.lineGap + commandGap);
         }
     }
 

@@ -18,12 +18,14 @@ struct RowMetrics
     int paddingRight = 16;
     int gap = 12; ///< between the parts of a row
     int symbolSide = 16;
-    int lineGap = 0; ///< between the lines of words
 
     bool hasLevels = false; ///< rows open and close by a chevron
     int chevronSide = 11;
     int chevronGap = 8; ///< behind the chevron
     int levelIndent = 19;
+
+    /// Widths of cells that the user has chosen; 0 or absent: the cell's own.
+    std::vector<int> cellWidths = {};
 
     bool hasSeparators = true;
     /// Above 0: rows keep this far from the list's sides, and their grounds have round corners.

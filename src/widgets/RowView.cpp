@@ -9,18 +9,23 @@
 #include <QClipboard>
 #include <QGuiApplication>
 #include <QHeaderView>
+#include <QMouseEvent>
 #include <QPainter>
 #include <QScopedValueRollback>
 #include <QScrollBar>
 
 #include <algorithm>
+#include <cstdlib>
 #include <utility>
 
 namespace quorvane {
 namespace {
 
 constexpr int minRows = 2;
-constexpr int maxHint = 100000; ///< far above any screen, far below what layouts can add up
+constexpr int maxHint = 100000;    ///< far above any screen, far below what layouts can add up
+constexpr int maxMeasured = 10000; ///< of rows of several heights; above any screen
+constexpr int minCellWidth = 60;
+constexpr int grip = 4; ///< to both sides of the edge that is dragged
 
 /// The titles of the columns, drawn as one row.
 class TitleHeader : public QHeaderView
@@ -34,6 +39,7 @@ public:
         setStretchLastSection(true);
         viewport()->setAutoFillBackground(false);
         setSectionsClickable(false);
+        setMouseTracking(true);
     }
 
     QSize sizeHint() const override { return {0, measure::tableHeader}; }
@@ -54,9 +60,46 @@ protected:
         paintRowHeader(painter, area, m_titles, m_view.metrics());
     }
 
+    void mouseMoveEvent(QMouseEvent* event) override
+    {
+        const int x = event->position().toPoint().x();
+        if (m_dragged) {
+            m_view.setCellWidth(*m_dragged, m_end - x);
+            return;
+        }
+        viewport()->setCursor(edgeAt(x) ? Qt::SplitHCursor : Qt::ArrowCursor);
+    }
+    void mousePressEvent(QMouseEvent* event) override
+    {
+        m_dragged = event->button() == Qt::LeftButton ? edgeAt(event->position().toPoint().x())
+                                                      : std::nullopt;
+        if (m_dragged) {
+            m_end = places().cells[*m_dragged].right() + 1;
+        }
+    }
+    void mouseReleaseEvent(QMouseEvent*) override { m_dragged.reset(); }
+
 private:
+    RowPlaces places() const
+    {
+        return layOutRow(m_titles, m_view.metrics(), viewport()->rect(), 0, false);
+    }
+    /// The cell whose left edge is there.
+    std::optional<std::size_t> edgeAt(int x) const
+    {
+        const RowPlaces now = places();
+        for (std::size_t i = 0; m_view.areCellsResizable() && i < now.cells.size(); ++i) {
+            if (std::abs(now.cells[i].left() - x) <= grip) {
+                return i;
+            }
+        }
+        return std::nullopt;
+    }
+
     Row m_titles;
     RowView& m_view;
+    std::optional<std::size_t> m_dragged;
+    int m_end = 0; ///< right edge of what is dragged
 };
 
 } // namespace
@@ -83,7 +126,16 @@ RowView::RowView(QAbstractItemModel& model, const RowMetrics& metrics, QWidget* 
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Preferred);
     connect(this, &QTreeView::expanded, this, &RowView::rowsChanged);
-    connect(this, &QTreeView::collapsed, this, &RowView::rowsChanged);
+    connect(this, &QTreeView::collapsed, this, [this](const QModelIndex& closed) {
+        for (QModelIndex above = currentIndex().parent(); above.isValid(); above = above.parent()) {
+            if (above == closed) {
+                // The keys act on nothing that is out of sight.
+                setCurrent(closed);
+                break;
+            }
+        }
+        rowsChanged();
+    });
     setModel(&model);
 }
 
@@ -141,6 +193,16 @@ void RowView::setTitles(const Row& titles)
     m_titles = titles;
 }
 
+void RowView::setCellWidth(std::size_t cell, int width)
+{
+    if (cell >= m_metrics.cellWidths.size()) {
+        m_metrics.cellWidths.resize(cell + 1);
+    }
+    m_metrics.cellWidths[cell] = width > 0 ? std::max(width, minCellWidth) : 0;
+    viewport()->update();
+    header()->viewport()->update();
+}
+
 void RowView::setPlaceholder(const QString& text)
 {
     m_placeholder = text;
@@ -156,7 +218,7 @@ int RowView::rowsHeight() const
         return titles + static_cast<int>(std::min<qint64>(rows, maxHint));
     }
     int height = titles;
-    for (QModelIndex index = model()->index(0, 0); index.isValid() && height < maxHint;
+    for (QModelIndex index = model()->index(0, 0); index.isValid() && height < maxMeasured;
          index = indexBelow(index)) {
         const QVariant own = index.data(rowrole::height);
         height += own.isValid() ? own.toInt() : m_metrics.height;
@@ -287,6 +349,7 @@ void RowView::toggle(const QModelIndex& index)
     // A second movement would begin on the picture of the first.
     setAnimated(state() != AnimatingState && animationDuration(duration::expand) > 0);
     setExpanded(index, !isExpanded(index));
+    setAnimated(false);
 }
 
 void RowView::press(const QModelIndex& index, const std::optional<RowPart>& part)

@@ -39,6 +39,12 @@ public:
     void setActivatesOnDoubleClick(bool doubleClick) { m_activatesOnDoubleClick = doubleClick; }
     /// Titles above the columns, 28 high; the row has the shape of the rows below.
     void setTitles(const Row& titles);
+    const std::optional<Row>& titles() const { return m_titles; }
+    /// Lets the user drag the left edges of the titles.
+    void setCellsResizable(bool resizable) { m_cellsResizable = resizable; }
+    bool areCellsResizable() const { return m_cellsResizable; }
+    /// points; 0 for the cell's own width.
+    void setCellWidth(std::size_t cell, int width);
     /// Shown in the middle while there is no row.
     void setPlaceholder(const QString& text);
 
@@ -60,6 +66,8 @@ public:
     void press(const QModelIndex& index, const std::optional<RowPart>& part = {});
     /// Opens a closed row and closes an open one.
     void toggle(const QModelIndex& index);
+    /// Whether the keys have the lead, not the pointer.
+    bool isLedByKeys() const { return m_showsFocus; }
     /// Counts the changes after which a row's index may stand for another one.
     int revision() const { return m_revision; }
 
@@ -140,6 +148,7 @@ private:
     QString m_placeholder;
     bool m_rowsToggle = false;
     bool m_activatesOnDoubleClick = false;
+    bool m_cellsResizable = false;
     bool m_showsFocus = false;  ///< the keys have the lead, not the pointer
     bool m_isFollowing = false; ///< the selection comes from outside
     std::optional<RowPart> m_part;

@@ -133,9 +133,11 @@ void RowView::keyPressEvent(QKeyEvent* event)
         return;
     }
     if (!currentIndex().isValid()) {
+        // The first key shows where it stands, and goes and presses nothing.
         const QModelIndex first = moveCursor(MoveHome, Qt::NoModifier);
         setCurrentIndex(first);
-        if (event->key() == Qt::Key_Up || event->key() == Qt::Key_Down || !first.isValid()) {
+        if (event->key() == Qt::Key_Up || event->key() == Qt::Key_Down || isPressKey(*event) ||
+            !first.isValid()) {
             return;
         }
     }
@@ -173,13 +175,14 @@ void RowView::focusInEvent(QFocusEvent* event)
 {
     const bool isTab = event->reason() == Qt::TabFocusReason;
     const bool isBacktab = event->reason() == Qt::BacktabFocusReason;
-    const QModelIndex before = currentIndex();
-    QTreeView::focusInEvent(event);
+    // Not QTreeView's: it makes a row current that nobody has gone to.
+    QAbstractScrollArea::focusInEvent(event);
+    viewport()->update();
     if (!isTab && !isBacktab) {
         return;
     }
     m_showsFocus = true;
-    if (!before.isValid()) {
+    if (!currentIndex().isValid()) {
         const QModelIndex first = moveCursor(MoveHome, Qt::NoModifier);
         selectionModel()->setCurrentIndex(first, QItemSelectionModel::NoUpdate);
     }

@@ -99,7 +99,7 @@ void ToolFrame::makeProgress()
     auto* const column = new QVBoxLayout;
     column->setSpacing(spacing::s);
     auto* const words = new QHBoxLayout;
-    m_status = new Label({}, TextStyle::body, ThemeColor::text2);
+    m_status = new Label({}, TextStyle::caption, ThemeColor::text2);
     m_status->setObjectName(QStringLiteral("progressStatus"));
     m_count = new Label({}, TextStyle::captionStrong);
     m_count->setObjectName(QStringLiteral("progressCount"));
@@ -112,6 +112,7 @@ void ToolFrame::makeProgress()
     column->addWidget(m_bar);
     outer->addLayout(column, 1);
     m_progressLine = outer;
+    m_progressColumn = column;
     m_progress->setObjectName(QStringLiteral("progress"));
     m_progress->hide();
 }
@@ -193,6 +194,11 @@ void ToolFrame::setProgressName(const QString& name)
     m_bar->setAccessibleName(name);
 }
 
+void ToolFrame::setStatusBelowBar()
+{
+    m_progressColumn->setDirection(QBoxLayout::BottomToTop);
+}
+
 Button* ToolFrame::addProgressCancel(const QString& text)
 {
     auto* const cancel = new Button(text);
@@ -249,8 +255,9 @@ void ToolFrame::setShown(QWidget& widget, bool shown)
         setFocus(Qt::OtherFocusReason);
     }
     widget.setVisible(shown);
-    if (shown && &widget == m_body && window()->focusWidget() == this) {
-        if (QWidget* const back = std::exchange(m_lostFocus, nullptr)) {
+    if (shown && &widget == m_body) {
+        const QPointer<QWidget> back = std::exchange(m_lostFocus, nullptr);
+        if (back != nullptr && window()->focusWidget() == this) {
             back->setFocus(Qt::OtherFocusReason);
         }
     }

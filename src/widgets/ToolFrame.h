@@ -4,6 +4,7 @@
 #include "Button.h"
 #include "Theme.h"
 
+#include <QPointer>
 #include <QString>
 #include <QWidget>
 
@@ -84,6 +85,8 @@ public:
     /// Shows the progress block; absent: none. `name` of the bar is its accessible name.
     void setProgress(const std::optional<Progress>& progress);
     void setProgressName(const QString& name);
+    /// Puts the words below the bar instead of above it.
+    void setStatusBelowBar();
     /// Puts "Cancel" into the progress block; progressCancelled() tells of it.
     Button* addProgressCancel(const QString& text);
 
@@ -140,6 +143,7 @@ private:
     std::vector<Label*> m_rightNotes;
     QWidget* m_progress;
     QBoxLayout* m_progressLine = nullptr;
+    QBoxLayout* m_progressColumn = nullptr;
     Label* m_status = nullptr;
     Label* m_count = nullptr;
     ProgressBar* m_bar = nullptr;
@@ -150,7 +154,7 @@ private:
     QWidget* m_bottom;
     QBoxLayout* m_bottomLeft = nullptr;
     QBoxLayout* m_bottomRight = nullptr;
-    QWidget* m_lostFocus = nullptr; ///< had it when the body went
+    QPointer<QWidget> m_lostFocus; ///< had it when the body went
 };
 
 } // namespace quorvane

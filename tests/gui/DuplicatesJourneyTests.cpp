@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: MIT
-#include "DuplicatesList.h"
+#include "DuplicateRows.h"
+#include "DuplicatesModel.h"
 #include "PreviewPanel.h"
 #include "ProgramFixture.h"
-#include "StagedList.h"
+#include "RowView.h"
 
 #include <QLabel>
 
@@ -15,7 +16,8 @@
 namespace quorvane {
 namespace {
 
-using Kind = DuplicateRow::Kind;
+constexpr RowPart keepLatestPart{duplicaterows::keepLatest, 0};
+constexpr RowPart keepPart{duplicaterows::keep, 1};
 
 class DuplicatesJourney : public ProgramFixture
 {
@@ -38,17 +40,25 @@ protected:
         start();
     }
 
-    DuplicatesList& list() { return *find<DuplicatesList>("duplicatesList"); }
-    QPoint pointOf(const DuplicatePlace& place)
+    RowView& list() { return *find<RowView>("duplicatesList"); }
+    const DuplicatesModel& model() { return static_cast<const DuplicatesModel&>(*list().model()); }
+    QModelIndex group() { return model().index(0); }
+    QModelIndex member(int place) { return model().index(place, 0, group()); }
+    QString wordOf(const QModelIndex& row, std::size_t action)
     {
-        const QRect area = list().placeRect(place);
-        return place.part == 0 ? area.topLeft() + QPoint(200, 10) : area.center();
+        return list().rowOf(row).actions[action].text;
     }
-    void press(const DuplicatePlace& place)
+    QPoint pointOf(const QModelIndex& row, const std::optional<RowPart>& part)
+    {
+        const QRect area = list().partRect(row, part);
+        return part ? area.center() : area.topLeft() + QPoint(200, 10);
+    }
+    void press(const QModelIndex& row, const std::optional<RowPart>& part = {})
     {
         // The list grows a little later than its rows.
-        ASSERT_TRUE(waitFor([&] { return list().viewport()->rect().contains(pointOf(place)); }));
-        QTest::mouseClick(list().viewport(), Qt::LeftButton, {}, pointOf(place));
+        ASSERT_TRUE(
+            waitFor([&] { return list().viewport()->rect().contains(pointOf(row, part)); }));
+        QTest::mouseClick(list().viewport(), Qt::LeftButton, {}, pointOf(row, part));
     }
 };
 
@@ -61,14 +71,14 @@ TEST_F(DuplicatesJourney, LeadsFromAScanToTheCopiesOnTheCleanupScreen)
               QStringLiteral("2 extra copies across 1 groups"));
     EXPECT_EQ(find<QLabel>("duplicateReclaimable")->text(), QStringLiteral("1.3 MB"));
 
-    press({{Kind::group, 0, 0}, 0});
-    ASSERT_TRUE(waitFor([this] { return list().rows().openness(0) >= 1; }));
-    ASSERT_EQ(list().rows().count(), 1 + 3);
-    std::size_t kept = 0;
-    while (list().rows().file({Kind::member, 0, kept}).name() != "trip copy.mov") {
+    press(group());
+    ASSERT_TRUE(list().isExpanded(group()));
+    ASSERT_EQ(model().rowCount(group()), 3);
+    int kept = 0;
+    while (model().fileOf(member(kept))->name() != "trip copy.mov") {
         ++kept;
     }
-    press({{Kind::member, 0, kept}, keepPart});
+    press(member(kept), keepPart);
     const std::optional<QString> message = state().flashMessage.value();
     EXPECT_EQ(message,
               QStringLiteral("Kept \"trip copy.mov\" — staged 2 duplicate copys for Trash."));
@@ -76,10 +86,8 @@ TEST_F(DuplicatesJourney, LeadsFromAScanToTheCopiesOnTheCleanupScreen)
     state().dismissFlash();
     state().flashMessage = message;
     ASSERT_TRUE(waitUntilShown("flashBanner"));
-    EXPECT_EQ(list().accessibleNameOf({{Kind::member, 0, kept}, keepPart}),
-              QStringLiteral("Kept ✓"));
-    EXPECT_EQ(list().accessibleNameOf({{Kind::group, 0, 0}, keepLatestPart}),
-              QStringLiteral("Keep latest"))
+    EXPECT_EQ(wordOf(member(kept), 1), QStringLiteral("Kept ✓"));
+    EXPECT_EQ(wordOf(group(), 0), QStringLiteral("Keep latest"))
         << "another copy than the latest was kept";
 
     ASSERT_TRUE(waitUntilShown("stagedRow"));
@@ -91,12 +99,12 @@ TEST_F(DuplicatesJourney, LeadsFromAScanToTheCopiesOnTheCleanupScreen)
     }
     EXPECT_EQ(staged, (std::set{m_disk.path("home/Movies/trip.mov").bytes(),
                                 m_disk.path("home/Downloads/trip.mov").bytes()}));
-    auto* const queue = find<StagedList>("stagedList");
+    auto* const queue = find<RowView>("stagedList");
     ASSERT_EQ(queue->model()->rowCount(), 2);
     // One of them taken out there, and nothing is kept any more.
-    QTest::mouseClick(queue->viewport(), Qt::LeftButton, {}, queue->buttonRect(0).center());
-    EXPECT_EQ(list().accessibleNameOf({{Kind::member, 0, kept}, keepPart}),
-              QStringLiteral("Keep this"));
+    QTest::mouseClick(queue->viewport(), Qt::LeftButton, {},
+                      queue->placesOf(queue->model()->index(0, 0)).actions[0].center());
+    EXPECT_EQ(wordOf(member(kept), 1), QStringLiteral("Keep this"));
 
     // The other one goes to the Trash.
     click("moveToTrashButton");
@@ -125,20 +133,19 @@ TEST_F(DuplicatesJourney, ACopyUnstagedOnTheCleanupScreenEndsTheKeeping)
     scanHome();
     click("toolRow.duplicates");
     ASSERT_TRUE(waitUntilShown("duplicatesList"));
-    const DuplicatePlace keepLatest{{Kind::group, 0, 0}, keepLatestPart};
-    press(keepLatest);
-    EXPECT_EQ(list().accessibleNameOf(keepLatest), QStringLiteral("Kept"));
+    press(group(), keepLatestPart);
+    EXPECT_EQ(wordOf(group(), 0), QStringLiteral("Kept"));
     ASSERT_TRUE(waitUntilShown("stagedRow"));
     click("stagedRow");
     ASSERT_TRUE(waitUntilShown("stagedList"));
-    auto* const queue = find<StagedList>("stagedList");
+    auto* const queue = find<RowView>("stagedList");
     ASSERT_EQ(queue->model()->rowCount(), 2);
     queue->setFocus();
     queue->setCurrentIndex(queue->model()->index(1, 0));
     QTest::keyClick(queue, Qt::Key_Delete);
     click("toolRow.duplicates");
     ASSERT_TRUE(waitUntilShown("duplicatesList"));
-    EXPECT_EQ(list().accessibleNameOf(keepLatest), QStringLiteral("Keep latest"));
+    EXPECT_EQ(wordOf(group(), 0), QStringLiteral("Keep latest"));
     EXPECT_EQ(state().stagedNodes.value().size(), 1U);
 }
 
@@ -153,24 +160,25 @@ TEST_F(DuplicatesJourney, KeysAloneChooseWhatToKeep)
         key(Qt::Key_Tab);
     }
     ASSERT_TRUE(list().hasFocus());
-    ASSERT_EQ(list().current(), (DuplicatePlace{{Kind::group, 0, 0}, 0}));
+    ASSERT_EQ(list().currentIndex(), group());
     key(Qt::Key_Right);
     key(Qt::Key_Down);
     key(Qt::Key_Down);
     key(Qt::Key_Right);
     key(Qt::Key_Right);
-    ASSERT_EQ(list().current(), (DuplicatePlace{{Kind::member, 0, 1}, keepPart}));
+    ASSERT_EQ(list().currentIndex(), member(1));
+    ASSERT_EQ(list().currentPart(), keepPart);
     key(Qt::Key_Space);
-    EXPECT_TRUE(state().isKeeper(list().rows().file({Kind::member, 0, 1})));
+    EXPECT_TRUE(state().isKeeper(*model().fileOf(member(1))));
     EXPECT_EQ(state().stagedNodes.value().size(), 2U);
     // Another copy takes its place: it leaves the queue, and the first one joins it.
     key(Qt::Key_Up);
-    EXPECT_EQ(list().accessibleNameOf(*list().current()), QStringLiteral("Unstage"));
+    EXPECT_EQ(wordOf(list().currentIndex(), 1), QStringLiteral("Unstage"));
     key(Qt::Key_Return);
-    EXPECT_EQ(list().accessibleNameOf(*list().current()), QStringLiteral("Keep this"));
+    EXPECT_EQ(wordOf(list().currentIndex(), 1), QStringLiteral("Keep this"));
     key(Qt::Key_Return);
-    EXPECT_EQ(list().accessibleNameOf(*list().current()), QStringLiteral("Kept ✓"));
-    EXPECT_TRUE(list().rows().file({Kind::member, 0, 1}).isStagedForTrash());
+    EXPECT_EQ(wordOf(list().currentIndex(), 1), QStringLiteral("Kept ✓"));
+    EXPECT_TRUE(model().fileOf(member(1))->isStagedForTrash());
     // And nothing is kept in the end.
     key(Qt::Key_Return);
     EXPECT_TRUE(state().stagedNodes.value().empty());

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "OutlineTable.h"
+#include "NodeRows.h"
 #include "PreviewPanel.h"
 #include "ProgramFixture.h"
 #include "QuickLookPreview.h"
@@ -37,14 +37,14 @@ protected:
     }
 
     /// Shows the list and clicks its row of that number.
-    OutlineTable& clickRow(int row)
+    NodeRowView& clickRow(int row)
     {
         state().visualizer = VisualizerType::list;
         EXPECT_TRUE(waitFor([this] {
-            auto* const table = window().findChild<OutlineTable*>();
+            auto* const table = window().findChild<NodeRowView*>(QStringLiteral("listTable"));
             return table != nullptr && table->isVisible() && table->model()->rowCount() > 0;
         }));
-        auto& table = *window().findChild<OutlineTable*>();
+        auto& table = *window().findChild<NodeRowView*>(QStringLiteral("listTable"));
         const QRect place = table.visualRect(table.model()->index(row, 0));
         QTest::mouseClick(table.viewport(), Qt::LeftButton, {}, place.center());
         return table;
@@ -87,7 +87,7 @@ TEST_F(PreviewJourney, SpaceOpensAndClosesOverTheRealWindow)
 
 TEST_F(PreviewJourney, ArrowsMoveTheSelectionInTheListBelow)
 {
-    OutlineTable& table = clickRow(0);
+    NodeRowView& table = clickRow(0);
     EXPECT_EQ(state().selectedNode.value()->displayName(), QStringLiteral("one.txt"));
     QTest::keyClick(&table, Qt::Key_Space);
     ASSERT_TRUE(isPreviewed("home/one.txt"));

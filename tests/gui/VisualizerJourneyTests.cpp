@@ -4,10 +4,8 @@
 #include "HoverTooltip.h"
 #include "Label.h"
 #include "MovePointer.h"
-#include "NodeListModel.h"
-#include "NodeListView.h"
+#include "NodeRows.h"
 #include "OutlineModel.h"
-#include "OutlineTable.h"
 #include "ProgramFixture.h"
 #include "SegmentedPicker.h"
 #include "VisualizerCanvas.h"
@@ -174,7 +172,7 @@ TEST_F(VisualizerJourney, FiveCanvasesHoverSelectAndZoom)
 void VisualizerJourney::walkOutline(VisualizerType type, const char* objectName, bool opensFolders)
 {
     show(type);
-    auto& table = *find<OutlineTable>(objectName);
+    auto& table = *find<NodeRowView>(objectName);
     const auto& model = static_cast<const OutlineModel&>(*table.model());
     ASSERT_TRUE(waitFor([&] { return table.isVisible() && model.rowCount() == 3; }));
     const auto rowOf = [&](const char* name) {
@@ -213,19 +211,17 @@ void VisualizerJourney::walkOutline(VisualizerType type, const char* objectName,
     EXPECT_EQ(focusName(), "home");
 
     // The edge of a column can be dragged.
-    QHeaderView& header = *table.header();
-    for (const int column : {1, 0}) {
-        const int width = header.sectionSize(column);
-        const QPoint edge(header.sectionViewportPosition(column) + width - 1, header.height() / 2);
-        QWidget* const handle = header.viewport();
-        QTest::mousePress(handle, Qt::LeftButton, {}, edge);
-        const QPoint dragged = edge + QPoint(24, 0);
-        QMouseEvent move(QEvent::MouseMove, dragged, handle->mapToGlobal(dragged), Qt::NoButton,
-                         Qt::LeftButton, Qt::NoModifier);
-        QApplication::sendEvent(handle, &move);
-        QTest::mouseRelease(handle, Qt::LeftButton, {}, dragged);
-        EXPECT_EQ(header.sectionSize(column), width + 24) << column;
-    }
+    const QModelIndex shown = rowOf("Movies");
+    const QRect cell = table.placesOf(shown).cells[0];
+    QWidget* const handle = table.header()->viewport();
+    const QPoint edge(cell.left(), handle->height() / 2);
+    const QPoint dragged = edge - QPoint(24, 0);
+    QTest::mousePress(handle, Qt::LeftButton, {}, edge);
+    QMouseEvent move(QEvent::MouseMove, dragged, handle->mapToGlobal(dragged), Qt::NoButton,
+                     Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(handle, &move);
+    QTest::mouseRelease(handle, Qt::LeftButton, {}, dragged);
+    EXPECT_EQ(table.placesOf(shown).cells[0].width(), cell.width() + 24);
 }
 
 TEST_F(VisualizerJourney, ListOpensFindsWalksAndResizes)
@@ -248,7 +244,7 @@ TEST_F(VisualizerJourney, SelectionIsInStepBetweenTheVisualizers)
 
     // The outline opens the folders on the way to it.
     show(VisualizerType::folders);
-    auto& table = *find<OutlineTable>("foldersTable");
+    auto& table = *find<NodeRowView>("foldersTable");
     ASSERT_TRUE(waitFor(
         [&] { return table.currentIndex().data().toString() == QLatin1String("glacier.mov"); }));
     EXPECT_TRUE(table.selectionModel()->isSelected(table.currentIndex()));
@@ -256,7 +252,7 @@ TEST_F(VisualizerJourney, SelectionIsInStepBetweenTheVisualizers)
     EXPECT_EQ(selectedName(), "harbour.mov");
 
     show(VisualizerType::topSizes);
-    auto& ranked = *find<NodeListView>("topSizesList");
+    auto& ranked = *find<NodeRowView>("topSizesList");
     ASSERT_TRUE(waitFor([&] {
         return ranked.isVisible() &&
                ranked.currentIndex().data().toString() == QLatin1String("harbour.mov");
@@ -267,7 +263,7 @@ TEST_F(VisualizerJourney, SelectionIsInStepBetweenTheVisualizers)
 TEST_F(VisualizerJourney, TopSizesRankTheScanAndOpenFolders)
 {
     show(VisualizerType::topSizes);
-    auto& list = *find<NodeListView>("topSizesList");
+    auto& list = *find<NodeRowView>("topSizesList");
     const QAbstractItemModel& model = *list.model();
     ASSERT_TRUE(waitFor([&] { return list.isVisible() && model.rowCount() > 3; }));
     EXPECT_EQ(model.index(0, 0).data().toString(), QStringLiteral("home"));
@@ -297,7 +293,7 @@ TEST_F(VisualizerJourney, AgeMapListsWhatNobodyTouched)
     auto& view = *find<AgeMapView>("ageMapView");
     ASSERT_TRUE(waitFor([&] { return view.isVisible() && view.untouched().rowCount() == 1; }));
     EXPECT_EQ(view.chart().buckets().size(), 2U);
-    auto& list = *find<NodeListView>("untouchedList");
+    auto& list = *find<NodeRowView>("untouchedList");
     const QPoint row = list.visualRect(list.model()->index(0, 0)).center();
     useMenu(*list.viewport(), row, "old.tar");
     QTest::mouseClick(list.viewport(), Qt::LeftButton, {}, row);

@@ -3,22 +3,18 @@
 
 #include "AppState.h"
 #include "ByteFormatter.h"
-#include "Card.h"
 #include "CleanupCautions.h"
 #include "Dialog.h"
 #include "EmptyState.h"
 #include "Label.h"
 #include "Painting.h"
-#include "Progress.h"
 #include "Refresher.h"
-#include "ScreenHeader.h"
-#include "StagedList.h"
+#include "RowView.h"
 #include "Tokens.h"
 
 #include <QHBoxLayout>
 #include <QPainter>
 #include <QShortcut>
-#include <QVBoxLayout>
 
 #include <utility>
 
@@ -26,10 +22,18 @@ namespace quorvane {
 namespace {
 
 constexpr int emptyTextWidth = 420;
+constexpr int rowHeight = 52;
+constexpr int filesWidth = 110;
+constexpr int sizeWidth = 88;
 constexpr int totalHeight = 44;
 constexpr int totalLeft = 16;
 /// Ends where the sizes of the rows end.
 constexpr int totalRight = 56;
+
+QString nothing()
+{
+    return QStringLiteral("cleanupEmpty");
+}
 
 /// The last row of the card, set off by its ground.
 class TotalRow : public QWidget
@@ -49,30 +53,26 @@ protected:
 } // namespace
 
 CleanupView::CleanupView(AppState& state, QWidget* parent)
-    : QWidget(parent)
+    : ToolFrame(QStringLiteral("trash"), tr("Staged cleanup"), parent)
     , m_state(state)
     , m_refresher(new Refresher(this, [this] { refresh(); }))
     , m_queueRefresher(new Refresher(this, [this] { refreshQueue(); }))
     , m_cautionRefresher(new Refresher(this, [this] { refreshCautions(); }))
 {
     setObjectName(QStringLiteral("cleanupView"));
-    m_empty = new EmptyState(QStringLiteral("checkmark.circle"), tr("Nothing staged yet"),
-                             tr("Right-click any folder or file in Analysis and choose “Stage for "
-                                "Cleanup”. Review the list, then trash it in one move — nothing is "
-                                "ever deleted in the background."),
-                             this);
-    m_empty->setObjectName(QStringLiteral("cleanupEmpty"));
-    m_empty->setTextWidth(emptyTextWidth);
-
-    auto* const column = new QVBoxLayout(this);
-    column->setContentsMargins(0, 0, 0, 0);
-    column->setSpacing(0);
-    column->addWidget(makeHeader());
-    column->addWidget(makeProgress());
-    column->addWidget(m_empty, 1);
-    column->addWidget(makeQueue());
-    column->addStretch();
-
+    addEmpty(nothing(), QStringLiteral("checkmark.circle"), tr("Nothing staged yet"),
+             tr("Right-click any folder or file in Analysis and choose “Stage for Cleanup”. Review "
+                "the list, then trash it in one move — nothing is ever deleted in the "
+                "background."),
+             emptyTextWidth)
+        ->setObjectName(nothing());
+    m_move = addAction(QStringLiteral("trash.fill"), {}, ButtonRole::destructive);
+    m_move->setObjectName(QStringLiteral("moveToTrashButton"));
+    m_move->setToolTip(QKeySequence(Qt::CTRL | Qt::Key_Delete).toString(QKeySequence::NativeText));
+    connect(m_move, &QAbstractButton::clicked, this, [this] { setConfirmTrash(true); });
+    setProgressName(tr("Share of the staged items that is in the Trash"));
+    setStatusBelowBar();
+    makeList();
     for (const auto key : {Qt::Key_Backspace, Qt::Key_Delete}) {
         auto* const shortcut = new QShortcut(QKeySequence(Qt::CTRL | key), this);
         connect(shortcut, &QShortcut::activated, this, [this] { setConfirmTrash(true); });
@@ -84,50 +84,22 @@ CleanupView::CleanupView(AppState& state, QWidget* parent)
     refreshQueue();
 }
 
-ScreenHeader* CleanupView::makeHeader()
+void CleanupView::makeList()
 {
-    auto* const header = new ScreenHeader(QStringLiteral("trash"), tr("Staged cleanup"), this);
-    m_move = new Button(QStringLiteral("trash.fill"), {}, ButtonRole::destructive);
-    m_move->setObjectName(QStringLiteral("moveToTrashButton"));
-    m_move->setToolTip(QKeySequence(Qt::CTRL | Qt::Key_Delete).toString(QKeySequence::NativeText));
-    connect(m_move, &QAbstractButton::clicked, this, [this] { setConfirmTrash(true); });
-    header->addAction(m_move);
-    return header;
-}
-
-QWidget* CleanupView::makeProgress()
-{
-    m_progress = new QWidget(this);
-    m_progress->setObjectName(QStringLiteral("trashProgress"));
-    auto* const column = new QVBoxLayout(m_progress);
-    column->setContentsMargins(measure::screenMargin, spacing::xs, measure::screenMargin,
-                               spacing::l);
-    column->setSpacing(spacing::s);
-    m_bar = new ProgressBar(tr("Share of the staged items that is in the Trash"));
-    m_bar->setObjectName(QStringLiteral("trashProgressBar"));
-    m_status = new Label({}, TextStyle::caption, ThemeColor::text2);
-    m_status->setObjectName(QStringLiteral("trashStatus"));
-    column->addWidget(m_bar);
-    column->addWidget(m_status);
-    return m_progress;
-}
-
-QWidget* CleanupView::makeQueue()
-{
-    m_queue = new QWidget(this);
-    auto* const margins = new QVBoxLayout(m_queue);
-    margins->setContentsMargins(measure::screenMargin, 0, measure::screenMargin,
-                                measure::screenMargin);
-    auto* const card = new Card;
-    margins->addWidget(card);
-    auto* const column = new QVBoxLayout(card);
-    column->setContentsMargins(1, 1, 1, 1);
-    column->setSpacing(0);
-    m_list = new StagedList;
-    connect(m_list, &StagedList::unstageRequested, this,
-            [this](const NodePointer& node) { m_state.unstage(*node); });
-    column->addWidget(m_list);
-    column->addWidget(new Hairline);
+    m_rows = new RowModel(this);
+    RowMetrics metrics;
+    metrics.height = rowHeight;
+    metrics.paddingRight = spacing::m;
+    metrics.gap = 14;
+    metrics.symbolSide = measure::iconTile;
+    metrics.clipsBottom = false; // the total goes on below
+    auto* const list = new RowView(*m_rows, metrics);
+    list->setObjectName(QStringLiteral("stagedList"));
+    list->setAccessibleName(tr("Staged cleanup"));
+    connect(list, &RowView::actionTriggered, this,
+            [this](const QModelIndex& index) { unstageRow(index.row()); });
+    connect(list, &RowView::removeRequested, this,
+            [this](const QModelIndex& index) { unstageRow(index.row()); });
 
     auto* const footer = new TotalRow;
     footer->setObjectName(QStringLiteral("totalStagedSpace"));
@@ -138,8 +110,28 @@ QWidget* CleanupView::makeQueue()
     m_total = new Label({}, TextStyle::heading);
     m_total->setObjectName(QStringLiteral("stagedTotal"));
     row->addWidget(m_total);
-    column->addWidget(footer);
-    return m_queue;
+    addList(*list, footer);
+}
+
+Row CleanupView::rowOf(const FileNode& node)
+{
+    const bool isFolder = node.isDirectory();
+    Row row;
+    row.symbol = isFolder ? QStringLiteral("folder.fill") : QStringLiteral("doc.fill");
+    row.symbolColor = isFolder ? ThemeColor::accentText : ThemeColor::text3;
+    row.title = node.displayName();
+    row.path = AppState::displayPath(node.path());
+    row.cells = {
+        RowCell::note(isFolder ? tr("%1 files").arg(node.fileCount()) : QString(), filesWidth),
+        RowCell::number(node.formattedBytes(), sizeWidth)};
+    row.actions = {RowAction::icon(unstage, QStringLiteral("xmark.circle"), tr("Unstage"))};
+    return row;
+}
+
+void CleanupView::unstageRow(int row)
+{
+    const NodePointer node = m_shown[static_cast<std::size_t>(row)];
+    m_state.unstage(*node);
 }
 
 QString CleanupView::confirmationTitle(std::size_t count)
@@ -192,10 +184,10 @@ void CleanupView::openConfirmation()
 
 void CleanupView::refresh()
 {
-    m_progress->setVisible(m_state.isTrashingStaged.value());
-    m_bar->setFraction(m_state.trashProgress.value());
-    m_status->setText(m_state.trashStatus.value().value_or(QString()));
-    m_status->setVisible(m_state.trashStatus.value().has_value());
+    setProgress(m_state.isTrashingStaged.value()
+                    ? std::optional(Progress{m_state.trashProgress.value(),
+                                             m_state.trashStatus.value().value_or(QString())})
+                    : std::nullopt);
 }
 
 /// What the question says, and so what a yes to it means, is what the last look at this very queue
@@ -203,7 +195,8 @@ void CleanupView::refresh()
 void CleanupView::refreshCautions()
 {
     const std::shared_ptr<const QueueCautions>& found = m_state.queueCautions.value();
-    if (m_confirmTrash && m_cautions && found->queue == m_asked) {
+    m_rows->refreshRows();
+    if (m_confirmTrash && m_cautions && found && found->queue == m_asked) {
         m_cautions->setLines(cautionLines(*found));
         m_accepted = found->losses;
     }
@@ -225,19 +218,34 @@ void CleanupView::refreshQueue()
     if (staged != m_asked) {
         setConfirmTrash(false);
     }
-    if (isEmpty) {
-        if (isAncestorOf(window()->focusWidget())) {
-            // The button and the list are about to go; the focus stays on this screen.
-            setFocus(Qt::OtherFocusReason);
-        }
-    }
-    m_move->setVisible(!isEmpty);
+    setShown(*m_move, !isEmpty);
     m_move->setEnabled(!m_state.isTrashingStaged.value());
     m_move->setText(tr("Move %1 to Trash").arg(staged.size()));
-    m_empty->setVisible(isEmpty && !m_state.isTrashingStaged.value());
-    m_queue->setVisible(!isEmpty);
-    m_list->setNodes(staged);
+    m_shown = staged;
+    RowModel::Keys keys;
+    for (const NodePointer& node : m_shown) {
+        keys.push_back(reinterpret_cast<quintptr>(node.get()));
+    }
+    m_rows->setRows(
+        static_cast<int>(m_shown.size()),
+        [this](int place) {
+            const FileNode& node = *m_shown[static_cast<std::size_t>(place)];
+            Row row = rowOf(node);
+            const std::shared_ptr<const QueueCautions>& found = m_state.queueCautions.value();
+            if (const auto badge = found ? cautionBadge(found->of(node)) : std::nullopt) {
+                row.badges.push_back(*badge);
+            }
+            return row;
+        },
+        std::move(keys));
     m_total->setText(ByteFormatter::string(m_state.stagedSpace()));
+    if (!isEmpty) {
+        showBody();
+    } else if (m_state.isTrashingStaged.value()) {
+        showNothing();
+    } else {
+        showEmpty(nothing());
+    }
 }
 
 } // namespace quorvane

@@ -3,30 +3,24 @@
 
 #include "FileNode.h"
 #include "LastCopyGuard.h"
+#include "Row.h"
+#include "ToolFrame.h"
 
 #include <QPointer>
-#include <QWidget>
 
 #include <vector>
-
-class QShortcut;
 
 namespace quorvane {
 
 class AppState;
-class Button;
 class CautionPanel;
 class Dialog;
-class EmptyState;
-class Label;
-class ProgressBar;
 class Refresher;
-class ScreenHeader;
-class StagedList;
+class RowModel;
 
 /// The Trash queue on review, and the one way from it to the Trash: a button that asks first. Main
 /// thread.
-class CleanupView : public QWidget
+class CleanupView : public ToolFrame
 {
     Q_OBJECT
 
@@ -40,30 +34,30 @@ public:
 
     /// "Move {n} staged item{s} to Trash?"
     static QString confirmationTitle(std::size_t count);
+    /// What the row of a staged node shows.
+    static Row rowOf(const FileNode& node);
+
+    /// The button of a row.
+    enum Action { unstage };
 
 protected:
     /// What stands in the way of the queue is looked at while the screen is on show.
     void showEvent(QShowEvent* event) override;
 
 private:
-    ScreenHeader* makeHeader();
-    QWidget* makeProgress();
-    QWidget* makeQueue();
+    void makeList();
     void openConfirmation();
     void refresh();
     void refreshQueue();
     void refreshCautions();
+    void unstageRow(int row);
 
     AppState& m_state;
     Button* m_move = nullptr;
-    QWidget* m_progress = nullptr;
-    ProgressBar* m_bar = nullptr;
-    Label* m_status = nullptr;
-    EmptyState* m_empty = nullptr;
-    QWidget* m_queue = nullptr;
-    StagedList* m_list = nullptr;
+    RowModel* m_rows = nullptr;
     Label* m_total = nullptr;
     QPointer<Dialog> m_dialog;
+    std::vector<NodePointer> m_shown;
     /// The queue that the dialog asks about: nothing else is sent by it.
     std::vector<NodePointer> m_asked;
     QPointer<CautionPanel> m_cautions; ///< of the dialog

@@ -1,264 +1,229 @@
 // SPDX-License-Identifier: MIT
 #include "DuplicateRows.h"
 
+#include "AppState.h"
+#include "ListRow.h"
+#include "Painting.h"
+
+#include <QCoreApplication>
+
 #include <algorithm>
-#include <cmath>
-#include <utility>
+#include <initializer_list>
 
-namespace quorvane {
+namespace quorvane::duplicaterows {
+namespace {
 
-using Kind = DuplicateRow::Kind;
+constexpr int minKeepLatestWidth = 118;
+constexpr int minKeepWidth = 104;
+constexpr int minSizeWidth = 76;
+constexpr int minCountWidth = 26;
+constexpr int revealWidth = 72;
 
-void DuplicateRows::setGroups(GroupsPointer groups)
+QString tr(const char* text)
 {
-    m_groups = std::move(groups);
-    m_bodies.clear();
-    showBodies(0);
+    return QCoreApplication::translate("DuplicatesView", text);
 }
 
-void DuplicateRows::showMoreGroups()
+/// "{n} copy{ies}": the stem keeps its "y".
+QString copies(std::size_t count)
 {
-    const std::size_t first = shownGroups();
-    m_visibleLimit += addedGroups;
-    showBodies(first);
+    return QString::number(count) %
+           (count == 1 ? QStringLiteral(" copy") : QStringLiteral(" copyies"));
 }
 
-void DuplicateRows::showBodies(std::size_t first)
+RowAction sealButton(int id, const QString& text, ControlSize size)
 {
-    for (std::size_t i = first; !m_expanded.isEmpty() && i < shownGroups(); ++i) {
-        if (isExpanded(i)) {
-            m_bodies[i].openness = 1;
-        }
+    RowAction action;
+    action.id = id;
+    action.text = text;
+    action.symbol = QStringLiteral("checkmark.seal");
+    action.size = size;
+    return action;
+}
+
+void showKept(RowAction& action, const QString& text)
+{
+    action.text = text;
+    action.symbol = QStringLiteral("checkmark.seal.fill");
+    action.role = ButtonRole::kept;
+}
+
+int widestButton(int minWidth, ControlSize size, std::initializer_list<QString> texts)
+{
+    int widest = minWidth;
+    for (const QString& text : texts) {
+        const ButtonFace face{QStringLiteral("checkmark.seal"), text, ButtonRole::bordered, size};
+        widest = std::max(widest, buttonSize(face).width());
     }
+    return widest;
 }
 
-bool DuplicateRows::isExpanded(std::size_t group) const
+RowAction keepLatestButton(const AppState& state, const DuplicateFinder::Group& group)
 {
-    return m_expanded.contains((*m_groups)[group].id());
-}
-
-void DuplicateRows::toggle(std::size_t group)
-{
-    const QString& id = (*m_groups)[group].id();
-    if (m_expanded.remove(id)) {
-        m_bodies[group].visibleCount = firstMembers;
+    FileNode* const newest = group.newestFile();
+    RowAction action = sealButton(keepLatest, tr("Keep latest"), ControlSize::regular);
+    if (newest == nullptr) {
+        action.isEnabled = false;
+        action.toolTip =
+            tr("No modification date on these copies — pick one with “Keep this” instead.");
+        return action;
+    }
+    const QString others = copies(group.files().size() - 1);
+    if (state.isKeeper(*newest)) {
+        showKept(action, tr("Kept"));
+        action.toolTip = tr("This copy is the keeper — click to undo and send the other %1 back "
+                            "from Trash.")
+                             .arg(others);
     } else {
-        m_expanded.insert(id);
-        m_bodies.try_emplace(group);
+        action.toolTip = tr("Keeps the most recently modified copy (marked “Keep”), stages the "
+                            "other %1 for Trash review. Override on any copy with “Keep this”.")
+                             .arg(others);
     }
+    return action;
 }
 
-double DuplicateRows::openness(std::size_t group) const
+RowAction keepButton(const AppState& state, const FileNode& file, std::size_t others)
 {
-    const auto body = m_bodies.find(group);
-    return body == m_bodies.end() ? 0 : body->second.openness;
-}
-
-void DuplicateRows::setOpenness(std::size_t group, double openness)
-{
-    if (openness <= 0 && !isExpanded(group)) {
-        m_bodies.erase(group);
+    RowAction action = sealButton(keep, tr("Keep this"), ControlSize::small);
+    if (file.isStagedForTrash()) {
+        action.text = tr("Unstage");
+        action.symbol = QStringLiteral("trash.slash");
+        action.toolTip = tr("Removes this copy from the Trash queue — it stays on disk. (The "
+                            "others remain staged.)");
+    } else if (state.isKeeper(file)) {
+        showKept(action, tr("Kept ✓"));
+        action.toolTip = tr("This copy is the keeper — the other %1 are staged for Trash. Click "
+                            "to undo, which sends them back from Trash.")
+                             .arg(others);
     } else {
-        m_bodies[group].openness = openness;
+        action.toolTip = tr("Keeps this copy on your Mac and stages the other %1 for Trash review "
+                            "— nothing is deleted until you confirm Trash.")
+                             .arg(copies(others));
+    }
+    return action;
+}
+
+} // namespace
+
+Widths measure(const AppState& state)
+{
+    Widths widths;
+    widths.size =
+        std::max(minSizeWidth, textWidth(TextStyle::heading, QStringLiteral("1023.9 MB")));
+    widths.count =
+        std::max(minCountWidth, textWidth(TextStyle::body,
+                                          QStringLiteral("× %1").arg(state.mostDuplicateCopies())));
+    widths.keepLatest =
+        widestButton(minKeepLatestWidth, ControlSize::regular, {tr("Keep latest"), tr("Kept")});
+    widths.keep = widestButton(minKeepWidth, ControlSize::small,
+                               {tr("Unstage"), tr("Kept ✓"), tr("Keep this")});
+    widths.date = textWidth(TextStyle::caption, QStringLiteral("Mmm 30, 2000 at 10:00 PM"));
+    return widths;
+}
+
+Row groupRow(const AppState& state, const DuplicateFinder::Group& group, bool isOpen,
+             const Widths& widths)
+{
+    Row row;
+    row.title = group.formattedSize();
+    row.titleStyle = TextStyle::heading;
+    row.titleWidth = widths.size;
+    row.titleCells = {
+        {.text = QStringLiteral("× %1").arg(group.files().size()),
+         .width = widths.count,
+         .style = TextStyle::body,
+         .color = ThemeColor::text1},
+        {.text = tr("%1 reclaimable").arg(group.formattedReclaimable()), .style = TextStyle::body}};
+    QStringList folders;
+    for (const QString& folder : group.topFolders()) {
+        folders.push_back(folder);
+    }
+    row.detail = folders.join(QStringLiteral(" · "));
+    row.detailColor = ThemeColor::text3;
+    const auto more = group.folderCount() - static_cast<std::int64_t>(group.topFolders().size());
+    row.detailTail = more > 0 ? tr("+%1 folders").arg(more) : QString();
+    row.lineGap = 3;
+    row.actions = {keepLatestButton(state, group)};
+    row.actions[0].width = widths.keepLatest;
+    row.toolTip =
+        isOpen ? tr("Click to collapse this group.")
+               : tr("Click anywhere to see the %1 duplicate copies.").arg(group.files().size());
+    row.accessibleDescription = row.toolTip;
+    return row;
+}
+
+Row memberRow(const AppState& state, const DuplicateFinder::Group& group, FileNode& file,
+              const Widths& widths)
+{
+    Row row;
+    row.symbol = QStringLiteral("doc.fill");
+    row.symbolColor = ThemeColor::text3;
+    row.title = file.displayName();
+    // A copy that is to go steps back behind those that stay.
+    row.titleColor = file.isStagedForTrash() ? ThemeColor::text2 : ThemeColor::text1;
+    row.path = AppState::displayPath(file.path());
+    row.lineGap = 1;
+    row.isInWell = true;
+    if (group.newestFile() == &file) {
+        row.badges = {{.text = tr("Keep ✓"), .tint = Tint::green, .toolTip = recommendedToolTip()}};
+    }
+    row.cells = {RowCell::note(ListRow::dateAndTimeText(file.dateModified()), widths.date)};
+    row.cells[0].givesWay = true;
+    row.actions = {{.id = reveal,
+                    .text = tr("Reveal"),
+                    .toolTip = tr("Shows this copy in Finder."),
+                    .width = revealWidth,
+                    .role = ButtonRole::plain,
+                    .size = ControlSize::small},
+                   keepButton(state, file, group.files().size() - 1)};
+    row.actions[1].width = widths.keep;
+    return row;
+}
+
+QString recommendedToolTip()
+{
+    return tr("Recommended keeper: the latest copy. The header's “Keep latest” keeps this one — "
+              "click it once to make that official.");
+}
+
+Row moreGroupsRow(std::size_t next)
+{
+    return Row::more(showMore, tr("Show %1 more groups…").arg(next));
+}
+
+Row moreMembersRow(std::size_t remaining, std::size_t step)
+{
+    Row row = Row::more(showMore,
+                        remaining <= step
+                            ? tr("Show remaining %1").arg(remaining)
+                            : tr("Show %1 more — %2 left in this group").arg(step).arg(remaining),
+                        ControlSize::small);
+    row.isInWell = true;
+    return row;
+}
+
+void pressKeepLatest(AppState& state, const DuplicateFinder::Group& group)
+{
+    FileNode* const newest = group.newestFile();
+    if (newest == nullptr) {
+        return;
+    }
+    if (state.isKeeper(*newest)) {
+        state.unkeep(*newest);
+    } else {
+        state.trashOthers(*newest);
     }
 }
 
-std::size_t DuplicateRows::shownGroups() const
+void pressKeep(AppState& state, FileNode& file)
 {
-    return std::min(m_visibleLimit, m_groups->size());
-}
-
-std::size_t DuplicateRows::nextGroups() const
-{
-    return std::min(m_groups->size() - shownGroups(), addedGroups);
-}
-
-std::size_t DuplicateRows::visibleCount(std::size_t group) const
-{
-    const auto body = m_bodies.find(group);
-    return body == m_bodies.end() ? firstMembers : body->second.visibleCount;
-}
-
-std::size_t DuplicateRows::shownMembers(std::size_t group) const
-{
-    return std::min(visibleCount(group), (*m_groups)[group].files().size());
-}
-
-std::size_t DuplicateRows::remainingMembers(std::size_t group) const
-{
-    return (*m_groups)[group].files().size() - shownMembers(group);
-}
-
-void DuplicateRows::showMoreMembers(std::size_t group)
-{
-    m_bodies[group].visibleCount += addedMembers;
-}
-
-int DuplicateRows::memberRows(std::size_t group) const
-{
-    return static_cast<int>(shownMembers(group)) + (remainingMembers(group) > 0 ? 1 : 0);
-}
-
-DuplicateRow DuplicateRows::bodyRow(std::size_t group, std::size_t place) const
-{
-    const bool isMember = place < shownMembers(group);
-    return {isMember ? Kind::member : Kind::moreMembers, group, isMember ? place : 0};
-}
-
-int DuplicateRows::count() const
-{
-    int rows = static_cast<int>(shownGroups()) + (nextGroups() > 0 ? 1 : 0);
-    for (const auto& entry : m_bodies) {
-        rows += isExpanded(entry.first) ? memberRows(entry.first) : 0;
-    }
-    return rows;
-}
-
-std::optional<DuplicateRow> DuplicateRows::at(int index) const
-{
-    int inBodies = 0;
-    for (const auto& entry : m_bodies) {
-        const std::size_t group = entry.first;
-        const int header = static_cast<int>(group) + inBodies;
-        if (index <= header) {
-            break;
-        }
-        const int rows = isExpanded(group) ? memberRows(group) : 0;
-        if (index <= header + rows) {
-            return bodyRow(group, static_cast<std::size_t>(index - header - 1));
-        }
-        inBodies += rows;
-    }
-    const int group = index - inBodies;
-    if (group < 0 || index >= count()) {
-        return std::nullopt;
-    }
-    const auto place = static_cast<std::size_t>(group);
-    return place < shownGroups() ? DuplicateRow{Kind::group, place, 0}
-                                 : DuplicateRow{Kind::moreGroups, 0, 0};
-}
-
-int DuplicateRows::indexOf(const DuplicateRow& row) const
-{
-    if (row.kind == Kind::moreGroups) {
-        return count() - 1;
-    }
-    int index = static_cast<int>(row.group);
-    for (const auto& entry : m_bodies) {
-        if (entry.first >= row.group) {
-            break;
-        }
-        index += isExpanded(entry.first) ? memberRows(entry.first) : 0;
-    }
-    if (row.kind == Kind::member) {
-        index += 1 + static_cast<int>(row.member);
-    } else if (row.kind == Kind::moreMembers) {
-        index += 1 + static_cast<int>(shownMembers(row.group));
-    }
-    return index;
-}
-
-bool DuplicateRows::contains(const DuplicateRow& row) const
-{
-    if (row.kind == Kind::moreGroups) {
-        return nextGroups() > 0;
-    }
-    if (row.group >= shownGroups()) {
-        return false;
-    }
-    switch (row.kind) {
-    case Kind::member:
-        return isExpanded(row.group) && row.member < shownMembers(row.group);
-    case Kind::moreMembers:
-        return isExpanded(row.group) && remainingMembers(row.group) > 0;
-    default:
-        return true;
+    if (file.isStagedForTrash()) {
+        state.unstage(file);
+    } else if (state.isKeeper(file)) {
+        state.unkeep(file);
+    } else {
+        state.trashOthers(file);
     }
 }
 
-int DuplicateRows::heightOf(const DuplicateRow& row)
-{
-    switch (row.kind) {
-    case Kind::member:
-        return memberHeight;
-    case Kind::moreMembers:
-        return moreMembersHeight;
-    case Kind::moreGroups:
-        return moreGroupsHeight;
-    case Kind::group:
-        break;
-    }
-    return groupHeight;
-}
-
-int DuplicateRows::bodyHeight(std::size_t group, const Body& body) const
-{
-    const int full = static_cast<int>(shownMembers(group)) * memberHeight +
-                     (remainingMembers(group) > 0 ? moreMembersHeight : 0);
-    return body.openness >= 1
-               ? full
-               : static_cast<int>(std::lround(body.openness * std::min(full, m_movingHeight)));
-}
-
-int DuplicateRows::height() const
-{
-    int height = static_cast<int>(shownGroups()) * groupHeight;
-    for (const auto& [group, body] : m_bodies) {
-        height += bodyHeight(group, body);
-    }
-    return height + (nextGroups() > 0 ? moreGroupsHeight : 0);
-}
-
-int DuplicateRows::top(const DuplicateRow& row) const
-{
-    if (row.kind == Kind::moreGroups) {
-        return height() - moreGroupsHeight;
-    }
-    int top = static_cast<int>(row.group) * groupHeight;
-    for (const auto& [group, body] : m_bodies) {
-        if (group >= row.group) {
-            break;
-        }
-        top += bodyHeight(group, body);
-    }
-    if (row.kind == Kind::member) {
-        top += groupHeight + static_cast<int>(row.member) * memberHeight;
-    } else if (row.kind == Kind::moreMembers) {
-        top += groupHeight + static_cast<int>(shownMembers(row.group)) * memberHeight;
-    }
-    return top;
-}
-
-int DuplicateRows::bodyBottom(std::size_t group) const
-{
-    const auto body = m_bodies.find(group);
-    return top({Kind::group, group, 0}) + groupHeight +
-           (body == m_bodies.end() ? 0 : bodyHeight(group, body->second));
-}
-
-std::optional<DuplicateRow> DuplicateRows::rowAt(int y) const
-{
-    if (y < 0) {
-        return std::nullopt;
-    }
-    int inBodies = 0;
-    for (const auto& [group, body] : m_bodies) {
-        const int start = static_cast<int>(group + 1) * groupHeight + inBodies;
-        if (y < start) {
-            break;
-        }
-        const int height = bodyHeight(group, body);
-        if (y < start + height) {
-            return bodyRow(group, static_cast<std::size_t>((y - start) / memberHeight));
-        }
-        inBodies += height;
-    }
-    const auto group = static_cast<std::size_t>((y - inBodies) / groupHeight);
-    if (group < shownGroups()) {
-        return DuplicateRow{Kind::group, group, 0};
-    }
-    return nextGroups() > 0 && y < height() ? std::optional(DuplicateRow{Kind::moreGroups, 0, 0})
-                                            : std::nullopt;
-}
-
-} // namespace quorvane
+} // namespace quorvane::duplicaterows

@@ -2,19 +2,14 @@
 #include "DuplicatesView.h"
 
 #include "AppState.h"
-#include "Button.h"
 #include "ByteFormatter.h"
-#include "Card.h"
-#include "DuplicatesList.h"
+#include "DuplicatesModel.h"
 #include "EmptyState.h"
-#include "Label.h"
-#include "Progress.h"
 #include "Refresher.h"
-#include "ScreenHeader.h"
+#include "RowView.h"
 #include "Tokens.h"
 
-#include <QHBoxLayout>
-#include <QVBoxLayout>
+#include <QScopedValueRollback>
 
 #include <utility>
 
@@ -22,7 +17,6 @@ namespace quorvane {
 namespace {
 
 constexpr int startTextWidth = 420;
-constexpr int summaryGap = 14;
 constexpr double walkEnd = 0.06;
 constexpr double samplingEnd = 0.4;
 
@@ -31,132 +25,124 @@ QString symbol()
     return QStringLiteral("rectangle.on.rectangle.angled");
 }
 
+const QString noScan = QStringLiteral("duplicatesNoScan");
+const QString start = QStringLiteral("duplicatesStart");
+const QString searching = QStringLiteral("duplicatesSearching");
+
 } // namespace
 
 DuplicatesView::DuplicatesView(AppState& state, QWidget* parent)
-    : QWidget(parent)
+    : ToolFrame(symbol(), tr("Duplicate files"), parent)
     , m_state(state)
+    , m_model(new DuplicatesModel(state, this))
     , m_refresher(new Refresher(this, [this] { refresh(); }))
     , m_progressRefresher(new Refresher(this, [this] { refreshProgress(); }))
 {
     setObjectName(QStringLiteral("duplicatesView"));
-    m_noScan = new EmptyState(symbol(), tr("Scan a folder to find duplicates."), {}, this);
-    m_noScan->setObjectName(QStringLiteral("duplicatesNoScan"));
-    m_start = new EmptyState(symbol(), tr("Find identical files across your scan"),
-                             tr("Byte-for-byte SHA-256 comparison. Only same-size files are ever "
-                                "opened and hashed, so it stays fast. Large copies are found "
-                                "first."),
-                             this);
-    m_start->setObjectName(QStringLiteral("duplicatesStart"));
-    m_start->setTextWidth(startTextWidth);
-
-    auto* const column = new QVBoxLayout(this);
-    column->setContentsMargins(0, 0, 0, 0);
-    column->setSpacing(0);
-    column->addWidget(makeHeader());
-    column->addWidget(makeProgress());
-    column->addWidget(makeResults());
-    column->addWidget(makeSearching(), 1);
-    column->addWidget(m_noScan, 1);
-    column->addWidget(m_start, 1);
-    column->addStretch();
-
+    addEmpty(noScan, symbol(), tr("Scan a folder to find duplicates."), {})->setObjectName(noScan);
+    addEmpty(start, symbol(), tr("Find identical files across your scan"),
+             tr("Byte-for-byte SHA-256 comparison. Only same-size files are ever opened and "
+                "hashed, so it stays fast. Large copies are found first."),
+             startTextWidth)
+        ->setObjectName(start);
+    addWaiting(searching, tr("Searching for duplicates across your scan…"),
+               tr("Hashing same-size files in the background. Results appear here automatically."))
+        ->setObjectName(searching);
+    setProgressName(tr("Progress of the search for duplicates"));
+    makeButtons();
+    makeList();
     m_refresher->watch(m_state.duplicateGroups, m_state.duplicateSearchIsRunning,
                        m_state.duplicateCount, m_state.duplicateReclaimable, m_state.rootNode);
-    m_progressRefresher->watch(m_state.duplicateProgress);
+    m_progressRefresher->watch(m_state.duplicateProgress, m_state.duplicateSearchIsRunning);
     refresh();
     refreshProgress();
 }
 
-ScreenHeader* DuplicatesView::makeHeader()
+void DuplicatesView::makeButtons()
 {
-    auto* const header = new ScreenHeader(symbol(), tr("Duplicate files"), this);
-    m_find = new Button(QStringLiteral("f.cursive.circle"), tr("Find duplicates"));
+    m_find = addAction(QStringLiteral("f.cursive.circle"), tr("Find duplicates"));
     m_find->setObjectName(QStringLiteral("findDuplicatesButton"));
     connect(m_find, &QAbstractButton::clicked, this, [this] { m_state.runDuplicateSearch(); });
-    header->addAction(m_find);
-    m_cancel = new Button(tr("Cancel"));
+    m_cancel = addAction({}, tr("Cancel"));
     m_cancel->setObjectName(QStringLiteral("cancelDuplicatesButton"));
     connect(m_cancel, &QAbstractButton::clicked, this, [this] { m_state.stopDuplicateSearch(); });
-    header->addAction(m_cancel);
-    return header;
 }
 
-QWidget* DuplicatesView::makeProgress()
+void DuplicatesView::makeList()
 {
-    m_progress = new QWidget(this);
-    m_progress->setObjectName(QStringLiteral("duplicateProgress"));
-    auto* const column = new QVBoxLayout(m_progress);
-    column->setContentsMargins(measure::screenMargin, spacing::xs, measure::screenMargin,
-                               spacing::l);
-    column->setSpacing(spacing::s);
-    auto* const words = new QHBoxLayout;
-    m_phase = new Label({}, TextStyle::caption, ThemeColor::text2);
-    m_phase->setObjectName(QStringLiteral("duplicatePhase"));
-    words->addWidget(m_phase);
-    words->addStretch();
-    m_percent = new NumberCell(QStringLiteral("100%"), TextStyle::captionStrong);
-    m_percent->setObjectName(QStringLiteral("duplicatePercent"));
-    words->addWidget(m_percent);
-    column->addLayout(words);
-    m_bar = new ProgressBar(tr("Progress of the search for duplicates"));
-    m_bar->setObjectName(QStringLiteral("duplicateProgressBar"));
-    column->addWidget(m_bar);
-    return m_progress;
+    RowMetrics metrics;
+    metrics.height = DuplicatesModel::groupHeight;
+    metrics.paddingLeft = 18;
+    metrics.hasLevels = true;
+    metrics.chevronSide = 12;
+    metrics.chevronGap = 16;
+    metrics.levelIndent = 0;
+    m_list = new RowView(*m_model, metrics);
+    m_list->setObjectName(QStringLiteral("duplicatesList"));
+    m_list->setAccessibleName(tr("Duplicate files"));
+    m_list->setHasSeveralHeights(true);
+    m_list->setRowsToggle(true);
+    m_list->setSelectionMode(QAbstractItemView::NoSelection);
+    addList(*m_list);
+    connect(m_list, &RowView::actionTriggered, this, &DuplicatesView::press);
+    connect(m_list, &QTreeView::expanded, this, [this](const QModelIndex& index) {
+        if (!m_isOpening) {
+            m_model->setOpen(index, true);
+        }
+    });
+    connect(m_list, &QTreeView::collapsed, this,
+            [this](const QModelIndex& index) { m_model->setOpen(index, false); });
+    connect(&ThemeNotifier::instance(), &ThemeNotifier::themeChanged, this, [this] {
+        m_model->measureColumns();
+        m_model->refreshRows();
+    });
+    const auto showStaged = [this] { m_model->refreshRows(); };
+    m_observers.push_back(m_state.stagedNodes.addNotifier(showStaged));
+    // A batch on its way to the Trash leaves the queue at once, and its files are staged no more
+    // one after the other.
+    m_observers.push_back(m_state.trashProgress.addNotifier(showStaged));
 }
 
-QWidget* DuplicatesView::makeSearching()
+void DuplicatesView::press(const QModelIndex& index, int action)
 {
-    m_searching = new QWidget(this);
-    m_searching->setObjectName(QStringLiteral("duplicatesSearching"));
-    auto* const column = new QVBoxLayout(m_searching);
-    column->setContentsMargins(measure::screenMargin, 0, measure::screenMargin, 0);
-    column->setSpacing(0);
-    const QString heading = tr("Searching for duplicates across your scan…");
-    auto* const spinner = new Spinner(heading);
-    spinner->setWordsVisible(false);
-    auto* const first = new Label(heading, TextStyle::heading);
-    auto* const second = new Label(tr("Hashing same-size files in the background. Results appear "
-                                      "here automatically."),
-                                   TextStyle::body, ThemeColor::text2);
-    first->setAlignment(Qt::AlignCenter);
-    second->setAlignment(Qt::AlignCenter);
-    column->addStretch();
-    column->addWidget(spinner, 0, Qt::AlignHCenter);
-    column->addSpacing(spacing::l);
-    column->addWidget(first);
-    column->addSpacing(6);
-    column->addWidget(second);
-    column->addStretch();
-    return m_searching;
+    switch (action) {
+    case duplicaterows::keepLatest:
+        duplicaterows::pressKeepLatest(m_state, *m_model->groupOf(index));
+        break;
+    case duplicaterows::keep:
+        duplicaterows::pressKeep(m_state, *m_model->fileOf(index));
+        break;
+    case duplicaterows::reveal:
+        m_state.revealInFinder(*m_model->fileOf(index));
+        break;
+    default:
+        showMore(index);
+    }
 }
 
-QWidget* DuplicatesView::makeResults()
+void DuplicatesView::showMore(const QModelIndex& index)
 {
-    m_results = new QWidget(this);
-    m_results->setObjectName(QStringLiteral("duplicateResults"));
-    auto* const column = new QVBoxLayout(m_results);
-    column->setContentsMargins(measure::screenMargin, 0, measure::screenMargin,
-                               measure::screenMargin);
-    column->setSpacing(summaryGap);
-    auto* const line = new QHBoxLayout;
-    line->setSpacing(spacing::xs);
-    m_summary = new Label;
-    m_summary->setObjectName(QStringLiteral("duplicateSummary"));
-    line->addWidget(m_summary);
-    line->addStretch();
-    line->addWidget(new Label(tr("Reclaimable"), TextStyle::body, ThemeColor::text2));
-    m_reclaimable = new Label({}, TextStyle::strong);
-    m_reclaimable->setObjectName(QStringLiteral("duplicateReclaimable"));
-    line->addWidget(m_reclaimable);
-    column->addLayout(line);
-    auto* const card = new Card;
-    auto* const inside = new QVBoxLayout(card);
-    inside->setContentsMargins(1, 1, 1, 1);
-    m_list = new DuplicatesList(m_state);
-    inside->addWidget(m_list);
-    column->addWidget(card);
-    return m_results;
+    const QModelIndex last = index.siblingAtRow(index.row() - 1);
+    m_model->showMore(index);
+    if (!index.parent().isValid()) {
+        openShown(index.row());
+    }
+    m_list->setCurrent(m_model->index(index.row(), 0, index.parent()));
+    if (m_list->isLedByKeys()) {
+        // Keys go on from there: the new rows fill the view, below the one that was the last.
+        m_list->scrollTo(last, QAbstractItemView::PositionAtTop);
+    }
+}
+
+/// Opens those groups from a row on that were open when they were last on show.
+void DuplicatesView::openShown(int first)
+{
+    const QScopedValueRollback opening(m_isOpening, true);
+    for (int row = first; row < static_cast<int>(m_model->shownGroups()); ++row) {
+        if (m_model->isOpen(static_cast<std::size_t>(row))) {
+            m_list->setExpanded(m_model->index(row), true);
+        }
+    }
 }
 
 QString DuplicatesView::phaseText(double progress)
@@ -178,9 +164,9 @@ QString DuplicatesView::percentText(double progress)
 void DuplicatesView::refreshProgress()
 {
     const double progress = m_state.duplicateProgress.value();
-    m_phase->setText(phaseText(progress));
-    m_percent->setText(percentText(progress));
-    m_bar->setFraction(progress);
+    setProgress(m_state.duplicateSearchIsRunning.value()
+                    ? std::optional(Progress{progress, phaseText(progress), percentText(progress)})
+                    : std::nullopt);
 }
 
 void DuplicatesView::refreshHeader(bool isRunning, bool hasGroups)
@@ -196,45 +182,35 @@ void DuplicatesView::refreshHeader(bool isRunning, bool hasGroups)
     (isRunning ? m_find : m_cancel)->hide();
 }
 
-void DuplicatesView::keepFocusOfVanishingList()
+void DuplicatesView::refreshGroups()
 {
-    if (window()->focusWidget() == m_list) {
-        // Left to itself it would fall on whatever control of the window comes next.
-        setFocus(Qt::OtherFocusReason);
-        m_listLostFocus = true;
-    }
-}
-
-void DuplicatesView::returnFocusToList()
-{
-    if (std::exchange(m_listLostFocus, false) && window()->focusWidget() == this) {
-        m_list->setFocus(Qt::OtherFocusReason);
+    const auto& groups = m_state.duplicateGroups.value();
+    if (groups != m_model->groups()) {
+        // It may be the last that held tens of thousands of groups and their tree.
+        m_state.jobs().release(m_model->setGroups(groups));
+        openShown(0);
     }
 }
 
 void DuplicatesView::refresh()
 {
-    const auto& groups = m_state.duplicateGroups.value();
     const bool isRunning = m_state.duplicateSearchIsRunning.value();
-    const bool hasGroups = !groups->empty();
+    refreshGroups();
+    const bool hasGroups = !m_model->groups()->empty();
     refreshHeader(isRunning, hasGroups);
-    m_progress->setVisible(isRunning);
-    m_list->setGroups(groups);
-    m_summary->setText(tr("%1 extra copies across %2 groups")
-                           .arg(m_state.duplicateCount.value())
-                           .arg(groups->size()));
-    m_reclaimable->setText(ByteFormatter::string(m_state.duplicateReclaimable.value()));
-
-    if (!hasGroups) {
-        keepFocusOfVanishingList();
-    }
-    m_results->setVisible(hasGroups);
     if (hasGroups) {
-        returnFocusToList();
+        setSummary({{tr("%1 extra copies across %2 groups")
+                         .arg(m_state.duplicateCount.value())
+                         .arg(m_model->groups()->size()),
+                     TextStyle::body, ThemeColor::text1, QStringLiteral("duplicateSummary")}},
+                   {dim(tr("Reclaimable")),
+                    strong(ByteFormatter::string(m_state.duplicateReclaimable.value()),
+                           QStringLiteral("duplicateReclaimable"))});
+        showBody();
+        return;
     }
-    m_searching->setVisible(!hasGroups && isRunning);
-    m_noScan->setVisible(!hasGroups && !isRunning && !m_state.hasScan());
-    m_start->setVisible(!hasGroups && !isRunning && m_state.hasScan());
+    setSummary({});
+    showEmpty(isRunning ? searching : m_state.hasScan() ? start : noScan);
 }
 
 } // namespace quorvane

@@ -5,11 +5,12 @@
 #include "Card.h"
 #include "EmptyState.h"
 #include "Label.h"
-#include "NodeListModel.h"
-#include "NodeListView.h"
+#include "ListRow.h"
+#include "NodeColors.h"
+#include "NodeIcon.h"
+#include "NodeRows.h"
 #include "Symbols.h"
 #include "Tokens.h"
-#include "UntouchedDelegate.h"
 
 #include <QHBoxLayout>
 #include <QPainter>
@@ -24,6 +25,9 @@ namespace {
 constexpr int chartPadding = 20;
 constexpr int chartStretch = 3;
 constexpr int listStretch = 4;
+constexpr int rowHeight = 45;
+constexpr int dateWidth = 94;
+constexpr int sizeWidth = 88;
 
 /// A symbol in the colour that the theme has for it now.
 class HeadingSymbol final : public QWidget
@@ -59,7 +63,7 @@ QHBoxLayout* headingRow(const QString& symbol, const QString& text, QWidget* par
 
 AgeMapView::AgeMapView(AppState& state, QWidget* parent)
     : KeyedScreen(state, parent)
-    , m_model(new NodeListModel(this))
+    , m_model(new NodeListModel([this](FileNode& node, int) { return rowOf(node, m_mode); }, this))
     , m_content(new QWidget(this))
     , m_noScan(new EmptyState(QStringLiteral("calendar"), QStringLiteral("No scan yet"), {}, this))
 {
@@ -115,15 +119,12 @@ QWidget* AgeMapView::makeListHeader()
 QWidget* AgeMapView::makeListCard()
 {
     auto* const card = new Card(m_content);
-    m_list = new NodeListView(state(), *m_model, card);
+    RowMetrics metrics;
+    metrics.height = rowHeight;
+    metrics.gap = spacing::l;
+    m_list = new NodeRowView(state(), *m_model, metrics, NodeRowView::Activation::select, card);
     m_list->setObjectName(QStringLiteral("untouchedList"));
-    m_list->setAccessibleName(QStringLiteral("Big & untouched"));
-    auto* const delegate = new UntouchedDelegate(*m_model, m_list);
-    m_list->setItemDelegate(delegate);
-    m_model->setDescribe(
-        [delegate](const FileNode& node, int) { return delegate->describe(node); });
-    connect(m_list, &NodeListView::rowActivated, this,
-            [this](const NodePointer& node) { state().select(node); });
+    m_list->setAccessibleName(tr("Big & untouched"));
     m_nothingOld = new Label(QStringLiteral("Nothing big and untouched here. Clean drive!"),
                              TextStyle::body, ThemeColor::text2, card);
     m_nothingOld->setAlignment(Qt::AlignCenter);
@@ -133,6 +134,23 @@ QWidget* AgeMapView::makeListCard()
     column->addWidget(m_nothingOld);
     m_nothingOld->hide();
     return card;
+}
+
+Row AgeMapView::rowOf(const FileNode& node, SizeMode mode)
+{
+    Row row;
+    row.icon = themeIconOf(node);
+    row.symbol = ListRow::iconName(node);
+    row.symbolColor = ThemeColor::text2;
+    row.title = node.displayName();
+    row.path = AppState::displayPath(node.path());
+    row.cells = {RowCell::note(ListRow::dateText(node.dateModified()), dateWidth),
+                 RowCell::number(basisLabel(node, mode), sizeWidth)};
+    row.cells[0].style = TextStyle::body;
+    row.accessibleText =
+        QStringList{row.title, row.path, row.cells[1].text, row.cells[0].text}.join(
+            QStringLiteral(", "));
+    return row;
 }
 
 QString AgeMapView::key() const
@@ -160,13 +178,13 @@ JobHandle AgeMapView::startComputing(const NodePointer& target)
 void AgeMapView::publish(const NodePointer& target, AgeMap map)
 {
     finish();
-    static_cast<UntouchedDelegate*>(m_list->itemDelegate())->setSizeMode(state().sizeMode());
+    m_mode = state().sizeMode();
     m_chart->setVisible(!map.buckets.empty());
     m_noDates->setVisible(map.buckets.empty());
     m_list->setVisible(!map.untouched.empty());
     m_nothingOld->setVisible(map.untouched.empty());
     m_chart->setBuckets(std::move(map.buckets));
-    m_model->setNodes(target, std::move(map.untouched));
+    state().jobs().release(m_model->setNodes(target, std::move(map.untouched)));
     m_noScan->hide();
     m_content->show();
 }
@@ -174,7 +192,7 @@ void AgeMapView::publish(const NodePointer& target, AgeMap map)
 void AgeMapView::clear()
 {
     m_chart->setBuckets({});
-    m_model->setNodes(nullptr, {});
+    state().jobs().release(m_model->setNodes(nullptr, {}));
     m_content->hide();
     m_noScan->show();
 }

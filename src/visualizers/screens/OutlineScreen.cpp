@@ -2,73 +2,77 @@
 #include "OutlineScreen.h"
 
 #include "Card.h"
-#include "OutlineTable.h"
+#include "ListRow.h"
+#include "Tokens.h"
 
-#include <QEvent>
-#include <QHeaderView>
-#include <QScopedValueRollback>
 #include <QVBoxLayout>
 
-#include <algorithm>
 #include <utility>
 
 namespace quorvane {
 namespace {
 
-constexpr int sizeColumnWidth = 120;
-constexpr int dateColumnWidth = 210;
-constexpr int leastColumnWidth = 60;
-constexpr int leastNameWidth = 160;
+constexpr int sizeWidth = 108;
+constexpr int dateWidth = 198;
+
+RowCell cell(const QString& text, int width)
+{
+    RowCell made = RowCell::note(text, width);
+    made.style = TextStyle::body;
+    return made;
+}
+
+RowMetrics outlineMetrics()
+{
+    RowMetrics metrics;
+    metrics.height = measure::row;
+    metrics.paddingLeft = spacing::m;
+    metrics.paddingRight = spacing::m;
+    metrics.hasLevels = true;
+    metrics.chevronSide = measure::iconChevron;
+    metrics.chevronGap = spacing::s;
+    metrics.levelIndent = measure::iconChevron + spacing::s;
+    metrics.gap = spacing::s;
+    metrics.hasSeparators = false;
+    return metrics;
+}
+
+/// What the rows of both screens share.
+Row baseRow(const FileNode& node)
+{
+    Row row;
+    row.title = node.displayName();
+    row.titleStyle = TextStyle::body;
+    row.toolTip = AppState::displayPath(node.path());
+    return row;
+}
+
+Row titlesOf(std::vector<RowCell> cells)
+{
+    Row row;
+    row.title = OutlineScreen::tr("Name");
+    row.cells = std::move(cells);
+    return row;
+}
 
 } // namespace
 
-OutlineScreen::OutlineScreen(AppState& state, std::vector<OutlineModel::Field> fields,
-                             QWidget* parent)
+OutlineScreen::OutlineScreen(AppState& state, OutlineModel::Describe describe, const Row& titles,
+                             NodeRowView::Activation activation, QWidget* parent)
     : KeyedScreen(state, parent)
-    , m_model(new OutlineModel(std::move(fields), this))
+    , m_model(new OutlineModel(std::move(describe), this))
 {
     auto* const card = new Card(this);
-    m_table = new OutlineTable(state, *m_model, card);
-    QHeaderView* const header = m_table->header();
-    header->setMinimumSectionSize(leastColumnWidth);
-    header->setSectionResizeMode(QHeaderView::Interactive);
-    header->setStretchLastSection(false);
-    for (int column = 1; column < m_model->columnCount(); ++column) {
-        header->resizeSection(column, sizeColumnWidth);
-    }
-    connect(header, &QHeaderView::sectionResized, this, [this](int column) {
-        if (!m_isFitting) {
-            m_isNameWidthChosen = m_isNameWidthChosen || column == 0;
-            fitNameColumn();
-        }
-    });
-    m_table->viewport()->installEventFilter(this);
+    m_table = new NodeRowView(state, *m_model, outlineMetrics(), activation, card);
+    m_table->setTitles(titles);
+    m_table->setCellsResizable(true);
     auto* const inside = new QVBoxLayout(card);
     inside->setContentsMargins(1, 1, 1, 1);
     inside->addWidget(m_table);
     auto* const column = new QVBoxLayout(this);
     column->setContentsMargins(0, 0, 0, 0);
     column->addWidget(card);
-}
-
-bool OutlineScreen::eventFilter(QObject* watched, QEvent* event)
-{
-    if (watched == m_table->viewport() && event->type() == QEvent::Resize) {
-        fitNameColumn();
-    }
-    return KeyedScreen::eventFilter(watched, event);
-}
-
-/// Until the user gives the names a width, they have what the other columns leave.
-void OutlineScreen::fitNameColumn()
-{
-    if (m_isNameWidthChosen) {
-        return;
-    }
-    const QScopedValueRollback fitting(m_isFitting, true);
-    QHeaderView* const header = m_table->header();
-    const int others = header->length() - header->sectionSize(0);
-    header->resizeSection(0, std::max(m_table->viewport()->width() - others, leastNameWidth));
+    m_table->setPlaceholder(tr("No scan yet"));
 }
 
 QString OutlineScreen::key() const
@@ -76,49 +80,73 @@ QString OutlineScreen::key() const
     return QString::number(target()->id()) + QLatin1Char('-') + hiddenKey();
 }
 
+void OutlineScreen::setOutline(VisibleScanTree outline)
+{
+    m_table->setPlaceholder(outline.node() ? tr("Nothing to display") : tr("No scan yet"));
+    // It may be the last that held a tree of millions.
+    state().jobs().release(m_model->setOutline(std::move(outline)));
+}
+
 JobHandle OutlineScreen::startComputing(const NodePointer& target)
 {
     // Rows are made when they are shown: there is nothing to compute.
-    m_model->setOutline(VisibleScanTree(target, state().disabledBloat()));
-    m_table->showSelection();
+    setOutline(VisibleScanTree(target, state().disabledBloat()));
     return nullptr;
 }
 
 void OutlineScreen::clear()
 {
-    m_model->setOutline({});
+    setOutline({});
 }
 
 ListView::ListView(AppState& state, QWidget* parent)
-    : OutlineScreen(state,
-                    {OutlineModel::Field::name, OutlineModel::Field::size,
-                     OutlineModel::Field::sizeOnDisk, OutlineModel::Field::modified},
-                    parent)
+    : OutlineScreen(state, rowOf,
+                    titlesOf({cell(tr("Size"), sizeWidth), cell(tr("Size on disk"), sizeWidth),
+                              cell(tr("Modified"), dateWidth)}),
+                    NodeRowView::Activation::openFolders, parent)
 {
     setObjectName(QStringLiteral("listView"));
     table().setObjectName(QStringLiteral("listTable"));
-    table().setAccessibleName(QStringLiteral("List"));
-    table().setExpandsOnDoubleClick(false);
-    table().header()->resizeSection(3, dateColumnWidth);
-    connect(&table(), &OutlineTable::rowActivated, this, [this](const NodePointer& node) {
-        this->state().select(node);
-        if (node->isDirectory()) {
-            this->state().focus(node);
-        }
-    });
+    table().setAccessibleName(tr("List"));
+}
+
+Row ListView::rowOf(const FileNode& node)
+{
+    Row row = baseRow(node);
+    row.symbol = ListRow::iconName(node);
+    row.symbolColor = node.isDirectory() ? ThemeColor::accentText : ThemeColor::text2;
+    row.cells = {cell(node.formattedBytes(), sizeWidth),
+                 cell(node.formattedBytesOnDisk(), sizeWidth),
+                 cell(ListRow::dateAndTimeText(node.dateModified()), dateWidth)};
+    row.accessibleText = spokenNode(node, node.formattedBytes());
+    for (const QString& more : {tr("%1 on disk").arg(node.formattedBytesOnDisk()),
+                                ListRow::dateAndTimeText(node.dateModified())}) {
+        row.accessibleText += more.isEmpty() ? QString() : QString(QStringLiteral(", ") % more);
+    }
+    return row;
 }
 
 FoldersView::FoldersView(AppState& state, QWidget* parent)
-    : OutlineScreen(
-          state,
-          {OutlineModel::Field::folderName, OutlineModel::Field::files, OutlineModel::Field::size},
-          parent)
+    : OutlineScreen(state, rowOf,
+                    titlesOf({cell(tr("Files"), sizeWidth), cell(tr("Size"), sizeWidth)}),
+                    NodeRowView::Activation::select, parent)
 {
     setObjectName(QStringLiteral("foldersView"));
     table().setObjectName(QStringLiteral("foldersTable"));
-    table().setAccessibleName(QStringLiteral("Folders"));
-    connect(&table(), &OutlineTable::rowActivated, this,
-            [this](const NodePointer& node) { this->state().select(node); });
+    table().setAccessibleName(tr("Folders"));
+}
+
+Row FoldersView::rowOf(const FileNode& node)
+{
+    Row row = baseRow(node);
+    const bool isStaged = node.isStagedForTrash();
+    row.symbol = isStaged ? QStringLiteral("trash.fill") : QStringLiteral("folder");
+    row.symbolColor = isStaged ? ThemeColor::redText : ThemeColor::accentText;
+    row.cells = {
+        cell(node.isDirectory() ? QString::number(node.fileCount()) : QString(), sizeWidth),
+        cell(node.formattedBytes(), sizeWidth)};
+    row.accessibleText = spokenNode(node, node.formattedBytes());
+    return row;
 }
 
 } // namespace quorvane

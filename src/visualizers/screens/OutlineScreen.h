@@ -4,13 +4,7 @@
 #include "KeyedScreen.h"
 #include "OutlineModel.h"
 
-#include <vector>
-
-class QEvent;
-
 namespace quorvane {
-
-class OutlineTable;
 
 /// An outline of the folder in focus on a card. It opens at once, whatever the size of the tree,
 /// and the size mode does not affect it.
@@ -19,24 +13,23 @@ class OutlineScreen : public KeyedScreen
     Q_OBJECT
 
 public:
-    OutlineScreen(AppState& state, std::vector<OutlineModel::Field> fields, QWidget* parent);
+    /// titles: of the columns, in the shape of the rows.
+    OutlineScreen(AppState& state, OutlineModel::Describe describe, const Row& titles,
+                  NodeRowView::Activation activation, QWidget* parent);
 
     OutlineModel& outline() const { return *m_model; }
-    OutlineTable& table() const { return *m_table; }
+    NodeRowView& table() const { return *m_table; }
 
 protected:
     QString key() const override;
     JobHandle startComputing(const NodePointer& target) override;
     void clear() override;
-    bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
-    void fitNameColumn();
+    void setOutline(VisibleScanTree outline);
 
     OutlineModel* m_model;
-    OutlineTable* m_table;
-    bool m_isFitting = false;
-    bool m_isNameWidthChosen = false; ///< the user has dragged the name's edge
+    NodeRowView* m_table;
 };
 
 /// The tree as a table: name, both sizes and date. A click opens a folder as the one on show.
@@ -46,6 +39,8 @@ class ListView final : public OutlineScreen
 
 public:
     explicit ListView(AppState& state, QWidget* parent = nullptr);
+
+    static Row rowOf(const FileNode& node);
 };
 
 /// The tree in compact rows: name, files and size. A click selects.
@@ -55,6 +50,8 @@ class FoldersView final : public OutlineScreen
 
 public:
     explicit FoldersView(AppState& state, QWidget* parent = nullptr);
+
+    static Row rowOf(const FileNode& node);
 };
 
 } // namespace quorvane

@@ -12,17 +12,15 @@
 #include "Gate.h"
 #include "Label.h"
 #include "Progress.h"
+#include "RowView.h"
 #include "ScreenHeader.h"
-#include "StagedList.h"
 #include "Tokens.h"
 #include "TreeText.h"
 #include "WaitFor.h"
 
 #include <gtest/gtest.h>
 
-#include <QHoverEvent>
 #include <QImage>
-#include <QListView>
 #include <QTest>
 
 #include <memory>
@@ -98,9 +96,9 @@ protected:
 TEST_F(CleanupViewTests, ShowsTheEmptyStateWithoutAQueue)
 {
     EXPECT_TRUE(part<EmptyState>("cleanupEmpty").isVisible());
-    EXPECT_FALSE(part<StagedList>("stagedList").isVisible());
+    EXPECT_FALSE(part<RowView>("stagedList").isVisible());
     EXPECT_FALSE(part<Button>("moveToTrashButton").isVisible());
-    EXPECT_FALSE(part<QWidget>("trashProgress").isVisible());
+    EXPECT_FALSE(part<QWidget>("progress").isVisible());
     EXPECT_EQ(part<Label>("screenTitle").text(), QStringLiteral("Staged cleanup"));
     EXPECT_EQ(m_window.findChild<ScreenHeader*>()->symbol(), QStringLiteral("trash"));
     m_view.setConfirmTrash(true);
@@ -112,20 +110,22 @@ TEST_F(CleanupViewTests, ListsTheQueueInItsOrderWithTheTotalBelow)
 {
     stage("film.mov");
     stage("Caches");
-    const auto& list = part<StagedList>("stagedList");
+    const auto& list = part<RowView>("stagedList");
     ASSERT_TRUE(list.isVisible());
     EXPECT_FALSE(part<EmptyState>("cleanupEmpty").isVisible());
     ASSERT_EQ(list.model()->rowCount(), 2);
     const QModelIndex file = list.model()->index(0, 0);
     const QModelIndex folder = list.model()->index(1, 0);
     EXPECT_EQ(file.data().toString(), QStringLiteral("film.mov"));
-    EXPECT_EQ(file.data(StagedModel::symbolRole).toString(), QStringLiteral("doc.fill"));
-    EXPECT_EQ(file.data(StagedModel::filesRole).toString(), QString());
-    EXPECT_EQ(file.data(StagedModel::sizeRole).toString(), QStringLiteral("512 B"));
-    EXPECT_EQ(folder.data(StagedModel::symbolRole).toString(), QStringLiteral("folder.fill"));
-    EXPECT_EQ(folder.data(StagedModel::pathRole).toString(), QStringLiteral("/scan/Caches"));
-    EXPECT_EQ(folder.data(StagedModel::filesRole).toString(), QStringLiteral("2 files"));
-    EXPECT_EQ(folder.data(StagedModel::sizeRole).toString(), QStringLiteral("2.0 KB"));
+    const Row fileRow = list.rowOf(file);
+    const Row folderRow = list.rowOf(folder);
+    EXPECT_EQ(fileRow.symbol, QStringLiteral("doc.fill"));
+    EXPECT_EQ(fileRow.cells[0].text, QString());
+    EXPECT_EQ(fileRow.cells[1].text, QStringLiteral("512 B"));
+    EXPECT_EQ(folderRow.symbol, QStringLiteral("folder.fill"));
+    EXPECT_EQ(folderRow.path, QStringLiteral("/scan/Caches"));
+    EXPECT_EQ(folderRow.cells[0].text, QStringLiteral("2 files"));
+    EXPECT_EQ(folderRow.cells[1].text, QStringLiteral("2.0 KB"));
     EXPECT_EQ(file.data(Qt::AccessibleTextRole).toString(),
               QStringLiteral("film.mov, /scan/film.mov, 512 B"));
     EXPECT_EQ(folder.data(Qt::AccessibleTextRole).toString(),
@@ -148,15 +148,14 @@ TEST_F(CleanupViewTests, TheListKeepsClearOfTheCornersOfItsCard)
 {
     stage("film.mov");
     stage("Caches");
-    auto& list = part<StagedList>("stagedList");
+    auto& list = part<RowView>("stagedList");
     const auto cornerAndEdge = [&] {
         const QImage shown = m_window.grab().toImage();
         const QPoint corner = list.mapTo(&m_window, QPoint());
         return std::pair(shown.pixel(corner), shown.pixel(corner + QPoint(30, 0)));
     };
     const auto atRest = cornerAndEdge();
-    QHoverEvent enter(QEvent::HoverEnter, QPointF(200, 10), QPointF(200, 10), QPointF(-1, -1));
-    QCoreApplication::sendEvent(list.viewport(), &enter);
+    QTest::mouseMove(list.viewport(), QPoint(200, 10));
     const auto hovered = cornerAndEdge();
     EXPECT_NE(hovered.second, atRest.second) << "the row is lit";
     EXPECT_EQ(hovered.first, atRest.first);
@@ -166,8 +165,9 @@ TEST_F(CleanupViewTests, AClickOnTheCrossUnstagesThatRow)
 {
     stage("film.mov");
     stage("Caches");
-    auto& list = part<StagedList>("stagedList");
-    QTest::mouseClick(list.viewport(), Qt::LeftButton, {}, list.buttonRect(0).center());
+    auto& list = part<RowView>("stagedList");
+    QTest::mouseClick(list.viewport(), Qt::LeftButton, {},
+                      list.placesOf(list.model()->index(0, 0)).actions[0].center());
     QCoreApplication::processEvents();
     EXPECT_FALSE(node("film.mov")->isStagedForTrash());
     ASSERT_EQ(list.model()->rowCount(), 1);
@@ -181,7 +181,7 @@ TEST_F(CleanupViewTests, TheDeleteKeyUnstagesTheCurrentRow)
 {
     stage("film.mov");
     stage("Caches");
-    auto& list = part<StagedList>("stagedList");
+    auto& list = part<RowView>("stagedList");
     list.setCurrentIndex(list.model()->index(1, 0));
     QTest::keyClick(&list, Qt::Key_Delete);
     QCoreApplication::processEvents();
@@ -231,14 +231,14 @@ TEST_F(CleanupViewTests, ShowsTheBatchWhileItRuns)
     m_view.setConfirmTrash(true);
     dialogButton(QStringLiteral("Move to Trash"))->click();
     QCoreApplication::processEvents();
-    EXPECT_TRUE(part<QWidget>("trashProgress").isVisible());
-    EXPECT_EQ(part<Label>("trashStatus").text(), QStringLiteral("Moving 1 item to Trash…"));
-    EXPECT_DOUBLE_EQ(part<ProgressBar>("trashProgressBar").fraction(), 0);
+    EXPECT_TRUE(part<QWidget>("progress").isVisible());
+    EXPECT_EQ(part<Label>("progressStatus").text(), QStringLiteral("Moving 1 item to Trash…"));
+    EXPECT_DOUBLE_EQ(part<ProgressBar>("progressBar").fraction(), 0);
     EXPECT_FALSE(part<EmptyState>("cleanupEmpty").isVisible());
-    EXPECT_FALSE(part<StagedList>("stagedList").isVisible());
+    EXPECT_FALSE(part<RowView>("stagedList").isVisible());
     gate.open();
     ASSERT_TRUE(waitFor([this] { return !m_state.isTrashingStaged.value(); }));
-    ASSERT_TRUE(waitFor([this] { return !part<QWidget>("trashProgress").isVisible(); }));
+    ASSERT_TRUE(waitFor([this] { return !part<QWidget>("progress").isVisible(); }));
     EXPECT_TRUE(part<EmptyState>("cleanupEmpty").isVisible());
     EXPECT_EQ(m_platform.trash.asked(), std::vector{m_disk.path("film.mov")});
     ASSERT_TRUE(waitFor([this] { return !m_state.isScanning.value(); }));
@@ -277,7 +277,7 @@ TEST_F(CleanupViewTests, ASecondBatchWaitsForTheFirst)
     m_state.toggleStaged(filmOnDisk());
     m_state.sendStagedToTrash();
     stage("Caches");
-    EXPECT_TRUE(part<StagedList>("stagedList").isVisible());
+    EXPECT_TRUE(part<RowView>("stagedList").isVisible());
     EXPECT_FALSE(part<Button>("moveToTrashButton").isEnabled());
     QTest::keyClick(&m_view, Qt::Key_Delete, Qt::ControlModifier);
     EXPECT_FALSE(m_view.confirmTrash());

@@ -3,7 +3,9 @@
 
 #include "DesktopSettings.h"
 #include "DuplicatesFixture.h"
-#include "DuplicatesList.h"
+#include "DuplicatesModel.h"
+#include "DuplicatesView.h"
+#include "RowView.h"
 
 #include <QApplication>
 #include <QPushButton>
@@ -11,17 +13,20 @@
 
 namespace quorvane {
 
-/// The list in a window between two buttons.
+inline constexpr RowPart keepLatestPart{duplicaterows::keepLatest, 0}; ///< of a group
+inline constexpr RowPart revealPart{duplicaterows::reveal, 0};         ///< of a copy
+inline constexpr RowPart keepPart{duplicaterows::keep, 1};             ///< of a copy
+
+/// The screen in a window above another button.
 class DuplicatesListFixture : public DuplicatesFixture
 {
 protected:
     void SetUp() override
     {
         DesktopSettings::instance().setReducedMotion(true);
-        m_window.resize(900, 600);
-        m_before.setGeometry(0, 0, 100, 20);
-        m_list.setGeometry(0, 20, 900, 560);
-        m_after.setGeometry(0, 580, 100, 20);
+        m_window.resize(900, 700);
+        m_view.setGeometry(0, 0, 900, 660);
+        m_after.setGeometry(0, 670, 100, 20);
         m_window.show();
         QApplication::setActiveWindow(&m_window);
     }
@@ -30,44 +35,51 @@ protected:
     void open(int groups, int copies = 2)
     {
         showGroups(groups, copies);
-        m_list.setGroups(m_state.duplicateGroups.value());
+        QApplication::processEvents();
+        QApplication::processEvents();
     }
 
-    void click(const DuplicatePlace& place)
+    RowView& list() { return *m_view.findChild<RowView*>(QStringLiteral("duplicatesList")); }
+    const DuplicatesModel& model() { return static_cast<const DuplicatesModel&>(*list().model()); }
+    QModelIndex groupRow(int group) { return model().index(group); }
+    QModelIndex member(int group, int member) { return model().index(member, 0, groupRow(group)); }
+    void click(const QModelIndex& index, const std::optional<RowPart>& part = {})
     {
-        QTest::mouseClick(m_list.viewport(), Qt::LeftButton, {},
-                          place.part == 0 && place.row.kind == DuplicateRow::Kind::group
-                              ? m_list.placeRect(place).topLeft() + QPoint(300, 10)
-                              : m_list.placeRect(place).center());
+        const QRect area = list().partRect(index, part);
+        const bool isRow = !part && list().rowOf(index).kind == RowKind::item;
+        QTest::mouseClick(list().viewport(), Qt::LeftButton, {},
+                          isRow ? area.topLeft() + QPoint(300, 10) : area.center());
+        // The list grows a little later than its rows.
+        QApplication::processEvents();
+        QApplication::processEvents();
     }
     void key(Qt::Key key, Qt::KeyboardModifiers modifiers = {})
     {
-        QTest::keyClick(&m_list, key, modifiers);
+        QTest::keyClick(&list(), key, modifiers);
     }
+    /// By the keyboard, from the button in the header.
     void enter()
     {
-        m_before.setFocus();
-        QTest::keyClick(&m_before, Qt::Key_Tab);
-        ASSERT_TRUE(m_list.hasFocus());
+        auto* const find = m_view.findChild<QWidget*>(QStringLiteral("findDuplicatesButton"));
+        find->setFocus();
+        QTest::keyClick(find, Qt::Key_Tab);
+        ASSERT_TRUE(list().hasFocus());
     }
-
-    static DuplicateRow groupRow(std::size_t group)
+    bool isAt(const QModelIndex& index, const std::optional<RowPart>& part = {})
     {
-        return {DuplicateRow::Kind::group, group, 0};
+        return list().currentIndex() == index && list().currentPart() == part;
     }
-    static DuplicateRow member(std::size_t group, std::size_t member)
+    QString toolTip(const QModelIndex& index, const std::optional<RowPart>& part = {})
     {
-        return {DuplicateRow::Kind::member, group, member};
+        return list().toolTipAt(list().partRect(index, part).center());
     }
-    DuplicatePlace current() { return m_list.current().value_or(DuplicatePlace{{}, -1}); }
-    QString toolTip(const DuplicatePlace& place)
+    QString wordOf(const QModelIndex& index, std::size_t action)
     {
-        return m_list.toolTipAt(m_list.placeRect(place).center());
+        return list().rowOf(index).actions[action].text;
     }
 
     QWidget m_window;
-    QPushButton m_before{&m_window};
-    DuplicatesList m_list{m_state, &m_window};
+    DuplicatesView m_view{m_state, &m_window};
     QPushButton m_after{&m_window};
 };
 

@@ -2,11 +2,11 @@
 #include "AppState.h"
 #include "Button.h"
 #include "DiskTree.h"
-#include "DuplicatesList.h"
 #include "DuplicatesView.h"
 #include "FakePlatform.h"
 #include "Gate.h"
 #include "GatedContents.h"
+#include "RowView.h"
 #include "WaitFor.h"
 
 #include <gtest/gtest.h>
@@ -80,7 +80,7 @@ TEST_F(DuplicatesSearchTests, TheButtonsStopASearchAndStartItOverAndPassTheFocus
     EXPECT_TRUE(find.hasFocus());
     EXPECT_EQ(find.role(), ButtonRole::prominent);
     EXPECT_TRUE(part<QWidget>("duplicatesStart").isVisible());
-    EXPECT_FALSE(part<QWidget>("duplicateProgress").isVisible());
+    EXPECT_FALSE(part<QWidget>("progress").isVisible());
 
     QTest::keyClick(&find, Qt::Key_Space);
     ASSERT_TRUE(waitUntilShown("cancelDuplicatesButton"));
@@ -88,7 +88,7 @@ TEST_F(DuplicatesSearchTests, TheButtonsStopASearchAndStartItOverAndPassTheFocus
     EXPECT_TRUE(part<QWidget>("duplicatesSearching").isVisible());
     m_gate.open();
     ASSERT_TRUE(waitUntilShown("duplicatesList"));
-    EXPECT_EQ(part<DuplicatesList>("duplicatesList").rows().count(), 1);
+    EXPECT_EQ(part<RowView>("duplicatesList").model()->rowCount(), 1);
     EXPECT_TRUE(find.hasFocus());
     EXPECT_EQ(find.role(), ButtonRole::bordered);
     EXPECT_EQ(m_state->flashMessage.value(), std::nullopt);
@@ -103,8 +103,8 @@ TEST_F(DuplicatesSearchTests, ASearchThatFindsNothingEndsWhereItStarted)
     ASSERT_TRUE(waitFor([this] { return m_state->duplicateProgress.value() == 1; }));
     ASSERT_TRUE(waitUntilShown("findDuplicatesButton"));
     EXPECT_TRUE(part<QWidget>("duplicatesStart").isVisible());
-    EXPECT_FALSE(part<QWidget>("duplicateResults").isVisible());
-    EXPECT_FALSE(part<QWidget>("duplicateProgress").isVisible());
+    EXPECT_FALSE(part<QWidget>("duplicatesList").isVisible());
+    EXPECT_FALSE(part<QWidget>("progress").isVisible());
     EXPECT_EQ(part<Button>("findDuplicatesButton").role(), ButtonRole::prominent);
     EXPECT_EQ(m_state->flashMessage.value(), std::nullopt);
 }
@@ -114,10 +114,10 @@ TEST_F(DuplicatesSearchTests, FindWithTheMouseKeepsTheListsFocusAndWhatIsOpen)
     m_gate.open();
     m_state->startScan(m_disk.root());
     ASSERT_TRUE(waitUntilShown("duplicatesList"));
-    auto& list = part<DuplicatesList>("duplicatesList");
+    auto& list = part<RowView>("duplicatesList");
     QTest::mouseClick(list.viewport(), Qt::LeftButton, {}, QPoint(300, 10));
     ASSERT_TRUE(list.hasFocus());
-    ASSERT_TRUE(list.rows().isExpanded(0));
+    ASSERT_TRUE(list.isExpanded(list.model()->index(0, 0)));
     m_gate.close();
     QTest::mouseClick(&part<Button>("findDuplicatesButton"), Qt::LeftButton);
     ASSERT_TRUE(waitUntilShown("duplicatesSearching"));
@@ -125,8 +125,8 @@ TEST_F(DuplicatesSearchTests, FindWithTheMouseKeepsTheListsFocusAndWhatIsOpen)
     m_gate.open();
     ASSERT_TRUE(waitUntilShown("duplicatesList"));
     EXPECT_TRUE(list.hasFocus());
-    EXPECT_TRUE(list.rows().isExpanded(0));
-    EXPECT_EQ(list.rows().count(), 1 + 2);
+    EXPECT_TRUE(list.isExpanded(list.model()->index(0, 0)));
+    EXPECT_EQ(list.model()->rowCount(list.model()->index(0, 0)), 2);
 }
 
 } // namespace

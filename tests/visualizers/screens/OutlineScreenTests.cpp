@@ -2,11 +2,10 @@
 #include "OutlineScreen.h"
 
 #include "CanvasFixture.h"
-#include "OutlineTable.h"
 #include "QuorvaneStyle.h"
-#include "Symbols.h"
 
 #include <QAbstractItemModelTester>
+#include <QAccessible>
 #include <QHeaderView>
 #include <QMenu>
 
@@ -28,13 +27,15 @@ protected:
     }
 
     QModelIndex row(const std::string& path) { return m_screen.outline().indexOf(*node(path)); }
-    QString textOf(const std::string& path, int column)
+    Row rowOf(const std::string& path) { return m_screen.table().rowOf(row(path)); }
+    /// 0 is the name.
+    QString textOf(const std::string& path, std::size_t column)
     {
-        return row(path).siblingAtColumn(column).data().toString();
+        return column == 0 ? rowOf(path).title : rowOf(path).cells[column - 1].text;
     }
     void click(const std::string& path)
     {
-        OutlineTable& table = m_screen.table();
+        NodeRowView& table = m_screen.table();
         QTest::mouseClick(table.viewport(), Qt::LeftButton, {},
                           table.visualRect(row(path)).center());
     }
@@ -50,12 +51,13 @@ constexpr const char* someFiles = "box/\n  a.png 600 4096 @86400\n  b.txt 400\nl
 TEST_F(ListViewTests, ShowsNameBothSizesAndDate)
 {
     open(someFiles);
-    const OutlineModel& model = m_screen.outline();
-    ASSERT_EQ(model.columnCount(), 4);
-    const char* const titles[] = {"Name", "Size", "Size on disk", "Modified"};
-    for (int i = 0; i < 4; ++i) {
-        EXPECT_EQ(model.headerData(i, Qt::Horizontal, Qt::DisplayRole).toString(),
-                  QLatin1String(titles[i]));
+    ASSERT_TRUE(m_screen.table().titles());
+    const Row& titles = *m_screen.table().titles();
+    EXPECT_EQ(titles.title, QStringLiteral("Name"));
+    ASSERT_EQ(titles.cells.size(), 3U);
+    const char* const texts[] = {"Size", "Size on disk", "Modified"};
+    for (std::size_t i = 0; i < 3; ++i) {
+        EXPECT_EQ(titles.cells[i].text, QLatin1String(texts[i]));
     }
     EXPECT_EQ(textOf("box/a.png", 0), QStringLiteral("a.png"));
     EXPECT_EQ(textOf("box/a.png", 1), QStringLiteral("600 B"));
@@ -128,16 +130,54 @@ TEST_F(ListViewTests, SizeModeChangesNeitherRowsNorOrder)
 TEST_F(ListViewTests, ColumnsCanBeResized)
 {
     open(someFiles);
-    QHeaderView* const header = m_screen.table().header();
-    for (int column = 1; column < 4; ++column) {
-        EXPECT_EQ(header->sectionResizeMode(column), QHeaderView::Interactive);
-    }
+    NodeRowView& table = m_screen.table();
+    const auto cells = [&] { return table.placesOf(row("lone.mp4")).cells; };
+    const std::vector<QRect> before = cells();
+    QWidget* const header = table.header()->viewport();
+    const QPoint edge(before[1].left(), 10);
+    QTest::mousePress(header, Qt::LeftButton, {}, edge);
+    QTest::mouseMove(header, edge - QPoint(30, 0));
+    QTest::mouseRelease(header, Qt::LeftButton, {}, edge - QPoint(30, 0));
+    const std::vector<QRect> after = cells();
+    EXPECT_EQ(after[1].width(), before[1].width() + 30);
+    EXPECT_EQ(after[1].right(), before[1].right());
+    EXPECT_EQ(after[0].left(), before[0].left() - 30) << "the name has that much less";
+    EXPECT_EQ(after[0].width(), before[0].width());
+}
+
+TEST_F(ListViewTests, RowsTellAssistiveTechnologyAllThatTheyShow)
+{
+    open(someFiles);
+    EXPECT_TRUE(row("box/a.png")
+                    .data(Qt::AccessibleTextRole)
+                    .toString()
+                    .startsWith(QStringLiteral("a.png, 600 B, 4.0 KB on disk, Jan ")));
+    EXPECT_TRUE(row("box")
+                    .data(Qt::AccessibleTextRole)
+                    .toString()
+                    .startsWith(QStringLiteral("box, folder, 1000 B, 2 files, ")));
+    QAccessibleInterface* const tree = QAccessible::queryAccessibleInterface(&m_screen.table());
+    EXPECT_EQ(tree->role(), QAccessible::Tree);
+    EXPECT_EQ(tree->childCount(), 2);
+    EXPECT_TRUE(tree->child(0)->state().collapsed);
+}
+
+TEST_F(ListViewTests, AHiddenListFollowsTheSelectionWhenItComesOnShow)
+{
+    open(someFiles);
+    click("lone.mp4");
+    m_screen.hide();
+    m_state.select(node("box"));
+    m_screen.show();
+    EXPECT_EQ(m_screen.table().currentIndex(), row("box"));
+    QTest::keyClick(&m_screen.table(), Qt::Key_Return);
+    EXPECT_EQ(m_state.focusNode.value(), node("box"));
 }
 
 TEST_F(ListViewTests, RightClickOpensTheNodeMenu)
 {
     open(someFiles);
-    OutlineTable& table = m_screen.table();
+    NodeRowView& table = m_screen.table();
     const QPoint place = table.visualRect(row("lone.mp4")).center();
     QContextMenuEvent event(QContextMenuEvent::Mouse, place, table.viewport()->mapToGlobal(place));
     QApplication::sendEvent(table.viewport(), &event);
@@ -182,10 +222,9 @@ TEST_F(FoldersViewTests, ShowsFilesOfFoldersAndSizes)
 TEST_F(FoldersViewTests, RowThatHasJustAppearedCanBeClicked)
 {
     open(someFiles);
-    OutlineTable& table = m_screen.table();
-    const QRect box = table.visualRect(row("box"));
-    // Left of the name, where the chevron is.
-    QTest::mouseClick(table.viewport(), Qt::LeftButton, {}, {box.left() - 6, box.center().y()});
+    NodeRowView& table = m_screen.table();
+    QTest::mouseClick(table.viewport(), Qt::LeftButton, {},
+                      table.placesOf(row("box")).chevron.center());
     ASSERT_TRUE(table.isExpanded(row("box")));
     click("box/a.png");
     EXPECT_EQ(m_state.selectedNode.value(), node("box/a.png"));
@@ -197,16 +236,12 @@ TEST_F(FoldersViewTests, RowThatHasJustAppearedCanBeClicked)
 TEST_F(FoldersViewTests, StagedRowsHaveTheTrash)
 {
     open(someFiles);
-    const auto icon = [this](const char* path) {
-        return qvariant_cast<QIcon>(row(path).data(Qt::DecorationRole)).pixmap(16).toImage();
-    };
-    const auto symbol = [](const char* name, ThemeColor color) {
-        return symbolIcon(QLatin1String(name), color).pixmap(16).toImage();
-    };
-    EXPECT_EQ(icon("box"), symbol("folder", ThemeColor::accentText));
+    EXPECT_EQ(rowOf("box").symbol, QStringLiteral("folder"));
+    EXPECT_EQ(rowOf("box").symbolColor, ThemeColor::accentText);
     m_state.toggleStaged(node("box"));
-    EXPECT_EQ(icon("box"), symbol("trash.fill", ThemeColor::redText));
-    EXPECT_EQ(icon("lone.mp4"), symbol("folder", ThemeColor::accentText));
+    EXPECT_EQ(rowOf("box").symbol, QStringLiteral("trash.fill"));
+    EXPECT_EQ(rowOf("box").symbolColor, ThemeColor::redText);
+    EXPECT_EQ(rowOf("lone.mp4").symbol, QStringLiteral("folder"));
 }
 
 TEST_F(FoldersViewTests, ClickOnlySelects)

@@ -4,14 +4,11 @@
 #include "CanvasFixture.h"
 #include "ListRow.h"
 #include "NodeColors.h"
-#include "NodeListModel.h"
-#include "NodeListView.h"
+#include "NodeRows.h"
 #include "PlainIconTheme.h"
-#include "RowPainting.h"
 #include "ShapePainting.h"
 #include "Symbols.h"
 #include "Tokens.h"
-#include "TopSizesDelegate.h"
 #include "TopSizesView.h"
 
 #include <QLabel>
@@ -36,7 +33,7 @@ protected:
         QApplication::setActiveWindow(&m_screen);
     }
 
-    NodeListView* list() { return m_screen.template findChild<NodeListView*>(); }
+    NodeRowView* list() { return m_screen.template findChild<NodeRowView*>(); }
 
     void click(int row)
     {
@@ -109,12 +106,11 @@ TEST_F(TopSizesViewTests, ClickOnAFolderOpensIt)
 TEST_F(TopSizesViewTests, RowTellsRankSizeShareAndFiles)
 {
     open("box/\n  a.mp4 600\nlone.mp4 500\n");
-    NodeListModel model;
-    TopSizesDelegate delegate(model, &model);
-    delegate.setTotal(1100, SizeMode::logical);
-    EXPECT_EQ(delegate.describe(*node("box"), 2), QStringLiteral("2. box, 600 B, 54.5%, 1 files"));
-    delegate.setTotal(0, SizeMode::logical);
-    EXPECT_EQ(delegate.describe(*node("lone.mp4"), 4), QStringLiteral("4. lone.mp4, 500 B"));
+    const Row box = TopSizesView::rowOf(*node("box"), 2, 1100, SizeMode::logical);
+    EXPECT_EQ(box.number, QStringLiteral("2"));
+    EXPECT_EQ(box.describe(), QStringLiteral("2. box, folder, 600 B, 54.5%, 1 files"));
+    EXPECT_EQ(TopSizesView::rowOf(*node("lone.mp4"), 4, 0, SizeMode::logical).describe(),
+              QStringLiteral("4. lone.mp4, 500 B"));
 }
 
 TEST_F(TopSizesViewTests, RowsTellAssistiveTechnologyAllThatTheyShow)
@@ -122,7 +118,7 @@ TEST_F(TopSizesViewTests, RowsTellAssistiveTechnologyAllThatTheyShow)
     open("box/\n  a.mp4 600\nlone.mp4 500\n");
     m_state.setSizeMode(SizeMode::logical);
     ASSERT_TRUE(waitFor([this] { return m_screen.topItems().rowCount() == 4; }));
-    EXPECT_EQ(spoken(0), QStringLiteral("1. scan, 1.1 KB, 100.0%, 2 files"));
+    EXPECT_EQ(spoken(0), QStringLiteral("1. scan, folder, 1.1 KB, 100.0%, 2 files"));
     EXPECT_EQ(spoken(3), QStringLiteral("4. lone.mp4, 500 B, 45.5%"));
 }
 
@@ -155,6 +151,36 @@ TEST_F(TopSizesViewTests, ListFollowsTheSelection)
     EXPECT_EQ(list()->currentIndex().row(), 3);
     m_state.select(nullptr);
     EXPECT_FALSE(list()->selectionModel()->hasSelection());
+}
+
+TEST_F(TopSizesViewTests, AHiddenListFollowsTheSelectionWhenItComesOnShow)
+{
+    open("box/\n  a.mp4 600\nlone.mp4 500\n");
+    ASSERT_TRUE(waitFor([this] { return m_screen.topItems().rowCount() == 4; }));
+    click(2);
+    m_screen.hide();
+    m_state.select(node("lone.mp4"));
+    m_screen.show();
+    EXPECT_EQ(list()->currentIndex().row(), 3);
+    m_screen.hide();
+    m_state.select(nullptr);
+    m_screen.show();
+    EXPECT_FALSE(list()->selectionModel()->hasSelection());
+    const NodePointer focus = m_state.focusNode.value();
+    QTest::keyClick(list(), Qt::Key_Return);
+    EXPECT_EQ(m_state.focusNode.value(), focus) << "no old row is opened";
+}
+
+TEST_F(TopSizesViewTests, ARowOfAnOldTreeDoesNothing)
+{
+    open("box/\n  a.mp4 600\nlone.mp4 500\n");
+    ASSERT_TRUE(waitFor([this] { return m_screen.topItems().rowCount() == 4; }));
+    const auto old = m_tree;
+    m_tree = test::treeFromText("other 5\n");
+    m_state.rootNode = m_tree->rootPointer();
+    m_state.focusNode = m_tree->rootPointer();
+    click(3);
+    EXPECT_NE(m_state.selectedNode.value().get(), &test::nodeAt(old->root(), "lone.mp4"));
 }
 
 TEST_F(TopSizesViewTests, CircleHasTheColorOfTheNode)
@@ -256,8 +282,8 @@ TEST_F(AgeMapViewTests, RowHasTheDesktopsIconWhereThereIsOne)
     const QImage picture = list()->viewport()->grab().toImage();
     const auto iconAt = [&](int row) {
         const QRect place = list()->visualRect(list()->model()->index(row, 0));
-        return picture.pixelColor(place.left() + rowmeasure::padding + measure::iconRow / 2,
-                                  place.center().y());
+        // The icon is 16 wide and stands 16 points from the edge.
+        return picture.pixelColor(place.left() + 16 + 8, place.center().y());
     };
     EXPECT_EQ(iconAt(0), QColor(Qt::red));
     EXPECT_NE(iconAt(1), QColor(Qt::red));
