@@ -4,6 +4,7 @@
 #include "AnalysisView.h"
 #include "CleanupView.h"
 #include "DuplicatesView.h"
+#include "MonitorView.h"
 #include "SettingsView.h"
 #include "VisualizerHostView.h"
 
@@ -26,6 +27,9 @@ AppScreens AppScreens::standard()
     });
     screens.sections.add(AppSection::duplicates, [](AppState& state, QWidget* parent) -> QWidget* {
         return new DuplicatesView(state, parent);
+    });
+    screens.sections.add(AppSection::monitor, [](AppState& state, QWidget* parent) -> QWidget* {
+        return new MonitorView(state, parent);
     });
     screens.sections.add(AppSection::settings, [](AppState& state, QWidget* parent) -> QWidget* {
         // No global hot key is registered so far.

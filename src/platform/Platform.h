@@ -10,6 +10,7 @@ namespace quorvane {
 class FileContentCalls;
 class FileSystemCalls;
 class FolderChooser;
+class MachineFigures;
 class Preferences;
 class Trash;
 class Workspace;
@@ -28,6 +29,8 @@ struct Platform
     std::function<void()> lowerThisThread;
     /// How the bytes of files are read; absent for the system's own way.
     FileContentCalls* fileContents = nullptr;
+    /// Figures of the machine; absent for the system's own.
+    MachineFigures* machine = nullptr;
 };
 
 } // namespace quorvane

@@ -14,6 +14,7 @@ AppState::AppState(const Platform& platform)
     , DuplicatesState(FacetHost::of(*this))
     , SettingsState(FacetHost::of(*this))
     , DriveState(FacetHost::of(*this))
+    , MonitorState(FacetHost::of(*this))
 {
     refreshDriveUsage();
 }
@@ -125,6 +126,11 @@ SettingsState& SettingsState::of(AppState& state)
 }
 
 DriveState& DriveState::of(AppState& state)
+{
+    return state;
+}
+
+MonitorState& MonitorState::of(AppState& state)
 {
     return state;
 }

@@ -5,6 +5,7 @@
 #include "DuplicatesState.h"
 #include "FacetHost.h"
 #include "FlashState.h"
+#include "MonitorState.h"
 #include "NavigationState.h"
 #include "ScanState.h"
 #include "SettingsState.h"
@@ -29,7 +30,8 @@ class AppState final : public FlashState,
                        public StagingState,
                        public DuplicatesState,
                        public SettingsState,
-                       public DriveState
+                       public DriveState,
+                       public MonitorState
 {
 public:
     /// Reads the stored settings and starts a first reading of the drive. What the platform refers

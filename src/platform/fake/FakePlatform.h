@@ -25,7 +25,7 @@ struct FakePlatform
     Platform platform()
     {
         return {fileSystem, preferences, workspace,       folderChooser,
-                trash,      homeFolder,  lowerThisThread, fileContents};
+                trash,      homeFolder,  lowerThisThread, fileContents, machine};
     }
 
     FileSystemCalls& fileSystem;
@@ -38,6 +38,8 @@ struct FakePlatform
     std::function<void()> lowerThisThread;
     /// Absent for the system's own.
     FileContentCalls* fileContents = nullptr;
+    /// Absent for the machine that runs the test.
+    MachineFigures* machine = nullptr;
 };
 
 } // namespace quorvane
