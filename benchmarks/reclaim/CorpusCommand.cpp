@@ -6,9 +6,9 @@
 namespace quorvane {
 namespace {
 
-constexpr std::int64_t mostFiles = 10'000'000;
-constexpr std::int64_t mostBytes = std::int64_t{1} << 42;
-constexpr OptionRule options[] = {{"files", true}, {"bytes", true}, {"seed", true}};
+constexpr std::int64_t maxFiles = 10'000'000;
+constexpr std::int64_t maxBytes = std::int64_t{1} << 42;
+constexpr OptionRule options[] = {{"files", true}, {"bytes", true}, {"seed", true}, {"kind", true}};
 
 int runCorpus(const Arguments& arguments)
 {
@@ -18,16 +18,21 @@ int runCorpus(const Arguments& arguments)
     const auto number = [&](std::string_view name) {
         return integerFromText(arguments.value(name).value_or(""));
     };
+    const std::string_view kindName = arguments.value("kind").value_or("mixed");
+    if (kindName != "mixed" && kindName != "small") {
+        return complain("--kind needs mixed or small", exitUsage);
+    }
+    const CorpusKind kind = kindName == "mixed" ? CorpusKind::mixed : CorpusKind::small;
     const std::optional<std::int64_t> files = number("files");
     const std::optional<std::int64_t> bytes = number("bytes");
     const std::optional<std::int64_t> seed = number("seed");
-    if (!files || *files < 1 || *files > mostFiles) {
+    if (!files || *files < 1 || *files > maxFiles) {
         return complain("--files needs a whole number from 1 to 10000000", exitUsage);
     }
-    if (!bytes || *bytes < leastCorpusBytes(*files) || *bytes > mostBytes) {
+    if (!bytes || *bytes < minCorpusBytes(*files, kind) || *bytes > maxBytes) {
         return complain("--bytes needs a whole number from " +
-                            std::to_string(leastCorpusBytes(*files)) + " to " +
-                            std::to_string(mostBytes) + " for so many files",
+                            std::to_string(minCorpusBytes(*files, kind)) + " to " +
+                            std::to_string(maxBytes) + " for so many files",
                         exitUsage);
     }
     if (!seed) {
@@ -35,13 +40,14 @@ int runCorpus(const Arguments& arguments)
     }
     const std::optional<std::string> fault =
         generateCorpus(folderFromArgument(arguments.operands().front()),
-                       CorpusShape{*files, *bytes, static_cast<std::uint64_t>(*seed)});
+                       CorpusShape{*files, *bytes, static_cast<std::uint64_t>(*seed), kind});
     return fault ? complain(*fault, exitFailure) : exitSuccess;
 }
 
 } // namespace
 
-const Command corpusCommand{"duplicate-corpus", "DEST --files N --bytes B --seed S",
+const Command corpusCommand{"duplicate-corpus",
+                            "DEST --files N --bytes B --seed S [--kind mixed|small]",
                             "Make the same files with the same duplicates for the same seed in an "
                             "empty or new folder.",
                             options, runCorpus};

@@ -74,15 +74,18 @@ private:
             return false;
         }
         SeededRandom random(m_plan.shape().seed, entry.content);
-        bool isDone = true;
+        bool isDone = ftruncate(file, entry.bytes) == 0;
         for (std::int64_t at = 0; at < entry.bytes && isDone; at += pieceBytes) {
+            if (entry.isSparse && at % CorpusPlan::sparseStep >= CorpusPlan::dataBytes) {
+                continue;
+            }
             std::generate(piece.begin(), piece.end(), [&] { return random.next(); });
             const std::int64_t size = std::min(entry.bytes - at, pieceBytes);
             if (entry.changedByte >= at && entry.changedByte < at + size) {
                 auto* const bytes = reinterpret_cast<unsigned char*>(piece.data());
                 bytes[entry.changedByte - at] ^= 0xFFU;
             }
-            isDone = write(file, piece.data(), static_cast<std::size_t>(size)) == size;
+            isDone = pwrite(file, piece.data(), static_cast<std::size_t>(size), at) == size;
         }
         // By the file's own number, so that copies differ in their dates.
         SeededRandom dates(m_plan.shape().seed + streamOfDates, i);

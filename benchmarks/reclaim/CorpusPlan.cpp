@@ -12,6 +12,7 @@ namespace {
 constexpr std::int64_t filesInAFolder = 40;
 constexpr std::uint64_t deepestFolder = 8;
 constexpr std::int64_t smallBytes = 1024; ///< a search passes over smaller files
+constexpr std::size_t largeFiles = 4;     ///< of a corpus of small ones
 constexpr std::uint64_t streamOfFolders = 3'000'000'019;
 constexpr std::uint64_t streamOfFamilies = 4'000'000'007;
 constexpr std::uint64_t streamOfPlaces = 5'000'000'029;
@@ -41,6 +42,46 @@ CorpusPlan::CorpusPlan(const CorpusShape& shape)
     : m_shape(shape)
 {
     makeFolders();
+    if (shape.kind == CorpusKind::mixed) {
+        addMixedFiles();
+    } else {
+        addSmallFiles();
+    }
+}
+
+void CorpusPlan::addSmallFiles()
+{
+    SeededRandom random(m_shape.seed, streamOfFamilies);
+    const auto names = static_cast<std::size_t>(m_shape.files);
+    const std::size_t large = std::min(largeFiles, names - 1);
+    const std::size_t links = (names - large) / 10;
+    // One more makes the sum come out.
+    const std::size_t own = names - large - links - 1;
+    std::int64_t used = 0;
+    while (m_entries.size() < own) {
+        const std::size_t members = random.oneIn(8) ? 2 + random.below(3) : 1;
+        Family family{Family::Kind::copies, std::min(members, own - m_entries.size()), 0, 0};
+        const auto bytes = smallBytes + static_cast<std::int64_t>(random.below(15 * smallBytes));
+        used += bytes * static_cast<std::int64_t>(family.members);
+        addFamily(family, bytes);
+    }
+    const auto count = static_cast<std::int64_t>(large);
+    const std::int64_t bytes = large > 0 ? (m_shape.bytes - used - smallBytes) / count : 0;
+    addFamily({Family::Kind::sameSize, 1, 0, 0}, m_shape.bytes - used - bytes * count);
+    addLinks(links, Kind::hardLink);
+    const std::size_t first = m_entries.size();
+    addFamily({Family::Kind::copies, std::min<std::size_t>(large, 3), 0, 0}, bytes);
+    addFamily({Family::Kind::sameSize, large - std::min<std::size_t>(large, 3), 0, 0}, bytes);
+    for (std::size_t i = first; i < m_entries.size(); ++i) {
+        m_entries[i].isSparse = true;
+    }
+    if (large > 2) {
+        m_entries[first + 2].changedByte = bytes / 2 - bytes / 2 % sparseStep;
+    }
+}
+
+void CorpusPlan::addMixedFiles()
+{
     const std::vector<Family> all = families();
     double weights = 0;
     std::int64_t spent = 0;

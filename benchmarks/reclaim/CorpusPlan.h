@@ -8,25 +8,33 @@
 
 namespace quorvane {
 
+/// What a folder with duplicates holds: files of every size, or many small ones, among them many
+/// hard links, and four large ones with holes.
+enum class CorpusKind { mixed, small };
+
 /// What a folder with duplicates shall look like.
 struct CorpusShape
 {
     std::int64_t files = 0; ///< names of regular files and links, folders not counted
     std::int64_t bytes = 0; ///< the sum of all files' contents, a hard link not counted again
     std::uint64_t seed = 0;
+    CorpusKind kind = CorpusKind::mixed;
 };
 
-/// The least number of bytes for a number of files, so that sizes can differ.
-constexpr std::int64_t leastCorpusBytes(std::int64_t files)
+/// The smallest number of bytes for a number of files: so that sizes can differ, and of small files
+/// so that the large ones are larger.
+constexpr std::int64_t minCorpusBytes(std::int64_t files, CorpusKind kind = CorpusKind::mixed)
 {
-    return files * 2048;
+    return files * (kind == CorpusKind::mixed ? 2048 : 20480);
 }
 
 /// Which files a corpus has, before anything is made. Two in twenty-five begin a group of two to
 /// six copies; others differ from a copy in one byte at the front, in the middle or at the end,
 /// share only a size, lie below a kilobyte, or are links. Sizes spread over powers of two, so that
-/// most files are small and most bytes lie in large ones. A plain value, the same for the same
-/// shape.
+/// most files are small and most bytes lie in large ones. A corpus of small files has sizes from 1
+/// to 16 KiB, two to four copies of one in eight, a hard link for one name in ten, and four large
+/// files of one size, of which two are copies and one differs in one byte. A plain value, the same
+/// for the same shape.
 class CorpusPlan
 {
 public:
@@ -40,7 +48,12 @@ public:
         std::uint64_t content = 0;     ///< files of one number and size have the same bytes
         std::int64_t changedByte = -1; ///< place of the one byte that is different, if any
         std::size_t target = 0;        ///< of a link: an earlier entry that is a file
+        bool isSparse = false;         ///< a megabyte of data in sixteen, holes between
     };
+
+    /// In a sparse file data lies in the first dataBytes of every sparseStep.
+    static constexpr std::int64_t sparseStep = 16777216;
+    static constexpr std::int64_t dataBytes = 1048576;
 
     explicit CorpusPlan(const CorpusShape& shape);
 
@@ -53,6 +66,8 @@ public:
 private:
     struct Family;
 
+    void addMixedFiles();
+    void addSmallFiles();
     void makeFolders();
     std::vector<Family> families() const;
     void addFamily(const Family& family, std::int64_t bytes);

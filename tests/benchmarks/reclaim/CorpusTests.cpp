@@ -102,6 +102,60 @@ TEST(DuplicateCorpus, HoldsAsManyFilesAndBytesAsAskedFor)
     }
 }
 
+TEST(DuplicateCorpus, OfSmallFilesHoldsLinksAndLargeFilesWithHoles)
+{
+    const CorpusShape shape{1000, 140'000'000, 4, CorpusKind::small};
+    const TemporaryFolder folder;
+    ASSERT_EQ(generateCorpus(FilePath(folder.path()), shape), std::nullopt);
+    std::int64_t names = 0;
+    std::map<ino_t, struct stat> files;
+    std::vector<std::string> large;
+    for (const auto& entry : std::filesystem::recursive_directory_iterator(folder.path())) {
+        if (entry.is_directory()) {
+            continue;
+        }
+        struct stat status = {};
+        ASSERT_EQ(lstat(entry.path().c_str(), &status), 0);
+        ++names;
+        files[status.st_ino] = status;
+        if (status.st_size > 16384) {
+            large.push_back(entry.path());
+            // Two parts in 33 megabytes are there.
+            EXPECT_LE(status.st_blocks * 512, 4 * 1048576);
+        }
+    }
+    EXPECT_EQ(names, shape.files);
+    EXPECT_EQ(files.size(), 1000U - 99);
+    std::int64_t sum = 0;
+    for (const auto& item : files) {
+        sum += item.second.st_size;
+        EXPECT_GE(item.second.st_size, 1024);
+    }
+    EXPECT_EQ(sum, shape.bytes);
+    ASSERT_EQ(large.size(), 4U);
+    std::multiset<std::string> contents;
+    for (const std::string& path : large) {
+        contents.insert(contentsOf(path));
+    }
+    const std::string& copy =
+        *std::find_if(contents.begin(), contents.end(),
+                      [&](const auto& each) { return contents.count(each) == 2; });
+    std::multiset<std::size_t> differences;
+    for (const std::string& each : contents) {
+        std::size_t count = each.size() - std::min(each.size(), copy.size());
+        for (std::size_t i = 0; i < std::min(each.size(), copy.size()); ++i) {
+            count += each[i] != copy[i] ? 1 : 0;
+        }
+        differences.insert(count);
+    }
+    EXPECT_EQ(std::vector(differences.begin(), std::next(differences.begin(), 3)),
+              (std::vector<std::size_t>{0, 0, 1}));
+    EXPECT_GT(*differences.rbegin(), 1'000'000U);
+    const auto found = duplicatesIn(folder.path())[QLatin1String("groups")].toArray();
+    EXPECT_EQ(found[0].toObject()[QLatin1String("paths")].toArray().size(), 2);
+    EXPECT_GT(found.size(), 100);
+}
+
 TEST(DuplicateCorpus, HoldsEveryKindOfFile)
 {
     const CorpusPlan plan({2000, 40'000'000, 1});
