@@ -65,8 +65,7 @@ std::optional<TrashOutcome> differenceOnDisk(const TrashRequest& request);
 ///
 /// GIO takes a path and writes it into the info file by which the desktop puts things back, so the
 /// folder cannot be handed over as a descriptor (/proc/self/fd/N/name would be written there). The
-/// checks therefore come right before the move, and after it the checked entry, held open, is asked
-/// where it is.
+/// checks therefore come right before the move.
 class CheckedTrash
 {
 public:

@@ -167,6 +167,21 @@ Row memberRow(const AppState& state, const DuplicateFinder::Group& group, FileNo
     if (group.newestFile() == &file) {
         row.badges = {{.text = tr("Keep ✓"), .tint = Tint::green, .toolTip = recommendedToolTip()}};
     }
+    if (group.isSameFile(file)) {
+        row.badges.push_back({.text = tr("same file"),
+                              .symbol = QStringLiteral("link"),
+                              .toolTip = tr("Another copy in this group is the same file under "
+                                            "another name. Moving this one to Trash frees no "
+                                            "space.")});
+    }
+    if (group.isBrokenOff(file)) {
+        row.badges.push_back({.text = tr("not fully read"),
+                              .tint = Tint::orange,
+                              .symbol = QStringLiteral("exclamationmark.triangle"),
+                              .toolTip = tr("Reading this copy broke off, so only its beginning is "
+                                            "known to match. It is not kept or staged with the "
+                                            "others.")});
+    }
     row.cells = {RowCell::note(ListRow::dateAndTimeText(file.dateModified()), widths.date)};
     row.cells[0].givesWay = true;
     row.actions = {{.id = reveal,
@@ -177,6 +192,11 @@ Row memberRow(const AppState& state, const DuplicateFinder::Group& group, FileNo
                     .size = ControlSize::small},
                    keepButton(state, file, group.files().size() - 1)};
     row.actions[1].width = widths.keep;
+    if (group.isBrokenOff(file) && !file.isStagedForTrash()) {
+        row.actions[1].isEnabled = false;
+        row.actions[1].toolTip =
+            tr("This copy could not be read in full, so it cannot stand for the others.");
+    }
     return row;
 }
 

@@ -3,6 +3,7 @@
 
 #include "DuplicatesFixture.h"
 #include "DuplicatesModel.h"
+#include "GroupTexts.h"
 #include "TreeText.h"
 
 #include <QAbstractItemModelTester>
@@ -155,6 +156,28 @@ TEST_F(DuplicateRowsTests, OnlyTheLatestCopyBearsTheBadge)
     expectBadges();
     m_state.trashOthers(file(0, 0));
     expectBadges();
+}
+
+TEST_F(DuplicateRowsTests, AnotherNameOfTheSameFileAndACopyThatBrokeOffBearMarks)
+{
+    m_tree = test::treeFromText("a 2048\nb 2048\nc 2048\n");
+    std::vector<FileNode*> files;
+    for (const char* const path : {"a", "b", "c"}) {
+        files.push_back(&test::nodeAt(m_tree->root(), path));
+    }
+    DuplicateFinder::GroupTexts texts;
+    show({Group(2048, files, m_tree->rootPointer(), texts, {{files[0], files[1]}, {files[2]}})});
+    for (const std::size_t member : {0U, 1U}) {
+        const Row row = memberRow(member);
+        ASSERT_FALSE(row.badges.empty());
+        EXPECT_EQ(row.badges.back().text, QStringLiteral("same file"));
+        EXPECT_TRUE(row.badges.back().toolTip.contains(QStringLiteral("frees no space")));
+        EXPECT_TRUE(row.describe().contains(QStringLiteral("same file")));
+        EXPECT_TRUE(keep(member).isEnabled);
+    }
+    ASSERT_EQ(memberRow(2).badges.size(), 1U);
+    EXPECT_EQ(memberRow(2).badges[0].text, QStringLiteral("not fully read"));
+    EXPECT_FALSE(keep(2).isEnabled);
 }
 
 TEST_F(DuplicateRowsTests, TheButtonOfACopyFollowsTheQueue)
