@@ -3,12 +3,12 @@
 
 #include "BenchApplication.h"
 #include "BusyWatch.h"
-#include "DuplicatesList.h"
 #include "FakePlatform.h"
 #include "FileContentCalls.h"
 #include "JsonText.h"
 #include "MainWindow.h"
 #include "QuorvaneApp.h"
+#include "RowView.h"
 
 #include <QApplication>
 #include <QScrollBar>
@@ -167,7 +167,10 @@ private:
             return !isBusy && ++turns > settlingTurns;
         });
     }
-    DuplicatesList& list() { return *m_program.window().findChild<DuplicatesList*>(); }
+    RowView& list()
+    {
+        return *m_program.window().findChild<RowView*>(QStringLiteral("duplicatesList"));
+    }
     void measureRows(JsonObject& object);
 
     QuorvaneApp m_program;
@@ -177,21 +180,22 @@ private:
 
 void Review::measureRows(JsonObject& object)
 {
-    const DuplicateRow first{DuplicateRow::Kind::group, 0, 0};
-    object.real("openMilliseconds", busy([&] { list().activate({first, 0}); }));
+    constexpr int maxShown = 2000;
+    const QModelIndex first = list().model()->index(0, 0);
+    const auto lastBelow = [&] {
+        return list().model()->index(list().model()->rowCount(first) - 1, 0, first);
+    };
+    object.real("openMilliseconds", busy([&] { list().toggle(first); }));
     double longest = 0;
-    while (list().rows().remainingMembers(0) > 0) {
-        longest = std::max(longest, busy([&] {
-                               list().activate({{DuplicateRow::Kind::moreMembers, 0, 0}, 0});
-                           }));
-        if (list().rows().shownMembers(0) > 2000) {
-            break;
-        }
+    while (list().rowOf(lastBelow()).kind == RowKind::more &&
+           list().model()->rowCount(first) <= maxShown) {
+        const int button = list().rowOf(lastBelow()).actions.front().id;
+        longest = std::max(longest, busy([&] { list().press(lastBelow(), RowPart{button, 0}); }));
     }
     object.real("moreMilliseconds", longest);
     QScrollBar& bar = *list().verticalScrollBar();
     object.real("scrollMilliseconds", busy([&] { bar.setValue(bar.maximum()); }));
-    object.real("closeMilliseconds", busy([&] { list().activate({first, 0}); }));
+    object.real("closeMilliseconds", busy([&] { list().toggle(first); }));
 }
 
 void Review::measure(JsonObject& object)
