@@ -5,6 +5,7 @@
 #include "CleanupView.h"
 #include "DuplicatesView.h"
 #include "MonitorView.h"
+#include "SearchView.h"
 #include "SettingsView.h"
 #include "VisualizerHostView.h"
 
@@ -30,6 +31,9 @@ AppScreens AppScreens::standard()
     });
     screens.sections.add(AppSection::monitor, [](AppState& state, QWidget* parent) -> QWidget* {
         return new MonitorView(state, parent);
+    });
+    screens.sections.add(AppSection::search, [](AppState& state, QWidget* parent) -> QWidget* {
+        return new SearchView(state, parent);
     });
     screens.sections.add(AppSection::settings, [](AppState& state, QWidget* parent) -> QWidget* {
         // No global hot key is registered so far.

@@ -12,6 +12,7 @@ AppState::AppState(const Platform& platform)
     , NavigationState(FacetHost::of(*this))
     , StagingState(FacetHost::of(*this))
     , DuplicatesState(FacetHost::of(*this))
+    , SearchState(FacetHost::of(*this))
     , SettingsState(FacetHost::of(*this))
     , DriveState(FacetHost::of(*this))
     , MonitorState(FacetHost::of(*this))
@@ -38,9 +39,10 @@ void AppState::dropOldScan()
     dropQueue();
     nodesByID = std::make_shared<const NodeIndex>();
     dropDuplicates();
+    folderSearchResults = nullptr;
     // The fields no longer hold it, so a tree of millions of nodes is destroyed in the background.
     jobs().release(std::move(oldTree));
-    for (JobSlot* const slot : {&duplicateSlot(), &cautionSlot()}) {
+    for (JobSlot* const slot : {&duplicateSlot(), &cautionSlot(), &folderSearchSlot()}) {
         slot->stop();
     }
 }
@@ -116,6 +118,11 @@ StagingState& StagingState::of(AppState& state)
 }
 
 DuplicatesState& DuplicatesState::of(AppState& state)
+{
+    return state;
+}
+
+SearchState& SearchState::of(AppState& state)
 {
     return state;
 }

@@ -8,6 +8,7 @@
 #include "MonitorState.h"
 #include "NavigationState.h"
 #include "ScanState.h"
+#include "SearchState.h"
 #include "SettingsState.h"
 #include "StagingState.h"
 
@@ -29,6 +30,7 @@ class AppState final : public FlashState,
                        public NavigationState,
                        public StagingState,
                        public DuplicatesState,
+                       public SearchState,
                        public SettingsState,
                        public DriveState,
                        public MonitorState
@@ -50,6 +52,7 @@ public:
 private:
     // What the facets ask of each other
     NodePointer scannedRoot() const override { return rootNode.value(); }
+    std::shared_ptr<const NodeIndex> scannedNodes() const override { return nodesByID.value(); }
     std::shared_ptr<const DuplicateFinder::Groups> foundDuplicates() const override
     {
         return duplicateGroups.value();

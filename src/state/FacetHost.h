@@ -32,6 +32,8 @@ public:
 
     /// Root of the finished tree; null without one.
     virtual NodePointer scannedRoot() const = 0;
+    /// Every node of that tree by its id; never null, empty without one.
+    virtual std::shared_ptr<const NodeIndex> scannedNodes() const = 0;
     /// What the last search for duplicates found; never null.
     virtual std::shared_ptr<const DuplicateFinder::Groups> foundDuplicates() const = 0;
     /// The section on show becomes this one.
