@@ -22,7 +22,8 @@ namespace {
 std::vector<const Command*> allCommands()
 {
     std::vector<const Command*> commands{
-        // clang-format off: one on each line, so that two additions do not meet
+        // One on each line, so that two additions do not meet.
+        // clang-format off
         &treeCommand,
         &scanCommand,
         &dumpCommand,

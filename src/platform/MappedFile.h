@@ -9,8 +9,8 @@
 
 namespace quorvane {
 
-/// The bytes of a file of this user, mapped for reading. Meant for files that are replaced whole, as
-/// StoredFiles does: such a mapping stays as it was when it was opened. A file that somebody
+/// The bytes of a file of this user, mapped for reading. Meant for files that are replaced whole,
+/// as StoredFiles does: such a mapping stays as it was when it was opened. A file that somebody
 /// shortens in place ends the process on the next read beyond its end. Movable; any thread.
 class MappedFile
 {

@@ -44,8 +44,8 @@ public:
     std::span<const std::size_t> groupsOf(std::size_t entry) const { return m_groupsOf[entry]; }
     /// The first file of the group that is at or below the entry; null when none is.
     const FileNode* fileOf(std::size_t entry, std::size_t group) const;
-    /// The files of a group that are neither in the queue nor below a folder in it. One whose reading
-    /// broke off is not known to be a copy and does not count.
+    /// The files of a group that are neither in the queue nor below a folder in it. One whose
+    /// reading broke off is not known to be a copy and does not count.
     std::vector<const FileNode*> stayingFiles(std::size_t group) const;
     bool isAllStaged(std::size_t group) const { return m_stagedFiles[group] == fileCount(group); }
 

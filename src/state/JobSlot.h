@@ -26,8 +26,8 @@ public:
     bool isStopped() const { return m_shared->stop.get() || m_post.isClosed(); }
     /// Whether it is stopped or its result will be discarded. What most work polls.
     bool isUnwanted() const { return m_job->isCancelled() || isStopped(); }
-    /// The flag of a run that was restarted, discarded or stopped, or whose model shuts down; not of
-    /// one that was only asked to stop. Lives as long as the run.
+    /// The flag of a run that was restarted, discarded or stopped, or whose model shuts down; not
+    /// of one that was only asked to stop. Lives as long as the run.
     const LockedFlag& cancelFlag() const { return m_job->cancelFlag(); }
     /// The flag that JobSlot::requestStop() and stop() set; one for each run.
     std::shared_ptr<const LockedFlag> stopFlag() const { return {m_shared, &m_shared->stop}; }

@@ -3,12 +3,12 @@
 
 #include "Theme.h"
 #include "Tokens.h"
+#include "ToolTip.h"
 
 #include <QMouseEvent>
 #include <QPainter>
 #include <QPainterPath>
 #include <QStringList>
-#include <QToolTip>
 
 #include <algorithm>
 #include <cmath>
@@ -129,7 +129,8 @@ void Sparkline::paintEvent(QPaintEvent*)
         painter.setPen(Qt::NoPen);
         painter.setBrush(withOpacity(m_lines[i].color, fillOpacity));
         painter.drawPolygon(below);
-        painter.setPen(QPen(m_lines[i].color, lineWidth, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+        painter.setPen(
+            QPen(m_lines[i].color, lineWidth, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
         painter.setBrush(Qt::NoBrush);
         painter.drawPolyline(line);
     }
@@ -144,7 +145,7 @@ void Sparkline::paintEvent(QPaintEvent*)
 void Sparkline::mouseMoveEvent(QMouseEvent* event)
 {
     m_pointer = event->position().x();
-    QToolTip::showText(event->globalPosition().toPoint(), textAt(m_pointer), this);
+    showPlainToolTip(event->globalPosition().toPoint(), textAt(m_pointer), this);
     update();
 }
 
@@ -169,8 +170,8 @@ void MemorySegments::setBytes(std::uint64_t app, std::uint64_t wired, std::uint6
     update();
 }
 
-std::vector<MemorySegments::Segment> MemorySegments::segments(const std::vector<std::uint64_t>& bytes,
-                                                              double width)
+std::vector<MemorySegments::Segment>
+MemorySegments::segments(const std::vector<std::uint64_t>& bytes, double width)
 {
     double total = 0;
     std::size_t gaps = 0;

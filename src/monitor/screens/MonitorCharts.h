@@ -34,8 +34,8 @@ public:
     void setSeries(Series series);
 
     /// Points of one series in a drawing of that size, y downwards: evenly spaced over the width,
-    /// 3 points free at the top. None for fewer than two values. All lie on the bottom where the top
-    /// of the scale is not above 0.
+    /// 3 points free at the top. None for fewer than two values. All lie on the bottom where the
+    /// top of the scale is not above 0.
     static QPolygonF points(const std::vector<double>& values, const QSizeF& size, double top);
     /// The largest value over all series, but at least the floor where that is above 0.
     static double scaleTop(const Series& series, double minScaleFloor);

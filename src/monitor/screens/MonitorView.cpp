@@ -179,9 +179,10 @@ QWidget* MonitorView::makeCpuCard()
     line->addSpacing(spacing::l);
     m_sys = addLegend(*line, secondSeriesColor(), tr("Sys:"), "cpuSys");
     column->addLayout(line);
-    m_cpuChart = new Sparkline(tr("Processor load of the last seconds"),
-                               {{tr("User:"), firstSeriesColor()}, {tr("Sys:"), secondSeriesColor()}},
-                               minCpuScale, true, percentText);
+    m_cpuChart =
+        new Sparkline(tr("Processor load of the last seconds"),
+                      {{tr("User:"), firstSeriesColor()}, {tr("Sys:"), secondSeriesColor()}},
+                      minCpuScale, true, percentText);
     m_cpuChart->setObjectName(QStringLiteral("cpuChart"));
     column->addWidget(m_cpuChart, 1);
     return card;
@@ -340,8 +341,7 @@ void MonitorView::push(std::vector<double>& history, double value)
 {
     history.push_back(value);
     if (history.size() > maxHistory) {
-        history.erase(history.begin(),
-                      history.end() - static_cast<std::ptrdiff_t>(maxHistory));
+        history.erase(history.begin(), history.end() - static_cast<std::ptrdiff_t>(maxHistory));
     }
 }
 

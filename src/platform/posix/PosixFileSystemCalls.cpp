@@ -6,10 +6,10 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <cstdlib>
-#include <limits>
 #include <array>
 #include <climits>
+#include <cstdlib>
+#include <limits>
 #include <memory>
 
 namespace quorvane {
