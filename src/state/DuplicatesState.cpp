@@ -84,10 +84,16 @@ void DuplicatesState::runDuplicateSearch(bool background)
             if (!searches->enter(run.stopFlag(), isCancelled)) {
                 return found;
             }
-            Groups groups = DuplicateFinder::find(
-                root, DuplicateFinder::defaultMinimumBytes,
-                [&run](double fraction) { run.report(fraction); }, isCancelled, options);
-            searches->leave(run.stopFlag());
+            // Also left when memory runs out, or no later search would begin.
+            const auto leave = [&searches](const LockedFlag* flag) { searches->leave(flag); };
+            Groups groups;
+            {
+                const std::unique_ptr<const LockedFlag, decltype(leave)> inside(
+                    run.stopFlag().get(), leave);
+                groups = DuplicateFinder::find(
+                    root, DuplicateFinder::defaultMinimumBytes,
+                    [&run](double fraction) { run.report(fraction); }, isCancelled, options);
+            }
             // A result that is no longer wanted is destroyed here, with its tree, not on the main
             // thread.
             if (!run.isUnwanted()) {

@@ -24,11 +24,11 @@ bool RunningSearches::enter(const Flag& search, const std::function<bool()>& isC
     return true;
 }
 
-void RunningSearches::leave(const Flag& search)
+void RunningSearches::leave(const LockedFlag* search)
 {
     {
         const std::lock_guard guard(m_lock);
-        std::erase(m_inside, search);
+        std::erase_if(m_inside, [search](const Flag& inside) { return inside.get() == search; });
     }
     m_left.notify_all();
 }

@@ -22,7 +22,7 @@ public:
     /// Enters the search as soon as none that is stopped is left. Looks at isCancelled about every
     /// 20 ms meanwhile. Returns false, without having entered, once that holds.
     bool enter(const Flag& search, const std::function<bool()>& isCancelled);
-    void leave(const Flag& search);
+    void leave(const LockedFlag* search);
 
 private:
     bool hasStoppedOnes() const;

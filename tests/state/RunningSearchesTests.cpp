@@ -47,7 +47,7 @@ TEST_F(RunningSearchesTests, AStoppedSearchIsWaitedForUntilItLeaves)
         std::async(std::launch::async, [&] { return m_searches.enter(search(), isCancelled); });
     looked.awaitVisitor(); // It has come to wait, and gone on waiting.
     looked.open();
-    m_searches.leave(stopped);
+    m_searches.leave(stopped.get());
     EXPECT_TRUE(next.get());
     EXPECT_GE(looks, 3);
 }
@@ -60,10 +60,10 @@ TEST_F(RunningSearchesTests, EachOfSeveralStoppedOnesIsWaitedFor)
     ASSERT_TRUE(m_searches.enter(second, never));
     first->set(true);
     second->set(true);
-    m_searches.leave(second);
+    m_searches.leave(second.get());
     int looks = 0;
     EXPECT_FALSE(m_searches.enter(search(), [&looks] { return ++looks == 2; }));
-    m_searches.leave(first);
+    m_searches.leave(first.get());
     EXPECT_TRUE(m_searches.enter(search(), never));
 }
 
@@ -75,7 +75,7 @@ TEST_F(RunningSearchesTests, WhoIsStoppedWhileItWaitsNeverEnters)
     const auto waiting = search();
     waiting->set(true);
     EXPECT_FALSE(m_searches.enter(waiting, [&waiting] { return waiting->get(); }));
-    m_searches.leave(stopped);
+    m_searches.leave(stopped.get());
     EXPECT_TRUE(m_searches.enter(search(), [] { return true; })) << "nobody is left inside";
 }
 
