@@ -47,8 +47,8 @@ set(CPACK_PACKAGE_VENDOR "The Quorvane authors")
 set(CPACK_PACKAGE_CONTACT "The Quorvane authors <maintainers@quorvane.github.io>")
 set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "desktop disk-space analyser")
 set(CPACK_PACKAGE_DESCRIPTION
-    "Quorvane walks a folder or the whole disk with a few workers and draws what it found
-as a treemap, so that one sees at a glance what is taking up space.")
+    "Quorvane walks a folder or the whole disk with a few workers and draws what
+it found as a treemap, so that one sees at a glance what is taking up space.")
 set(CPACK_PACKAGING_INSTALL_PREFIX /usr)
 set(CPACK_STRIP_FILES ON)
 set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)

@@ -99,7 +99,8 @@ TEST_F(Accessibility, TabLeadsThroughTheWelcomeScreenInReadingOrder)
     const QStringList expected{
         QStringLiteral("chooseFolderTile"),         QStringLiteral("scanHomeTile"),
         QStringLiteral("scanFullMacTile"),          QStringLiteral("toolRow.duplicates"),
-        QStringLiteral("toolRow.cleanup"),          QStringLiteral("sidebarToggle"),
+        QStringLiteral("toolRow.cleanup"),          QStringLiteral("toolRow.search"),
+        QStringLiteral("toolRow.monitor"),          QStringLiteral("sidebarToggle"),
         QStringLiteral("settingsButton"),           QStringLiteral("welcomeScanHomeButton"),
         QStringLiteral("welcomeChooseFolderButton")};
     const QStringList walked = tabWalk();
