@@ -84,6 +84,10 @@ NodeRowView::NodeRowView(AppState& state, NodeRowSource& model, const RowMetrics
                 NodeContextMenuModifier{m_state, currentNode(index)}.popUp(*this, place);
             });
     connect(&model, &QAbstractItemModel::modelReset, this, [this] { showSelection(); });
+    // The view's selection model may drop what has just been selected as it takes over the reset.
+    connect(
+        &model, &QAbstractItemModel::modelReset, this, [this] { showSelection(); },
+        Qt::QueuedConnection);
     m_observers.push_back(m_state.selectedNode.addNotifier([this] { showSelection(); }));
     m_observers.push_back(m_state.stagedNodes.addNotifier([this] { m_nodes.refreshRows(); }));
 }
