@@ -113,7 +113,10 @@ SearchView::SearchView(AppState& state, QWidget* parent)
     column->addWidget(makeFooter());
     m_delay.setSingleShot(true);
     m_delay.setInterval(delayMs);
-    connect(&m_delay, &QTimer::timeout, this, [this] { m_search.searchFolder(m_query); });
+    connect(&m_delay, &QTimer::timeout, this, [this] {
+        m_searchedRoot = m_scan.rootNode.value();
+        m_search.searchFolder(m_query);
+    });
     m_refresher->watch(m_search.folderSearchResults, m_scan.rootNode);
     takeResults();
     refreshChips();
@@ -292,7 +295,8 @@ void SearchView::takeResults()
     const bool hasTree = m_scan.hasScan();
     const bool isWanted = !m_query.text.isEmpty() || m_query.hasActiveFilter();
     // Another tree: what was asked is asked of it, too.
-    if (!results && hasTree && isWanted && !m_delay.isActive() && m_results) {
+    const bool isAnother = hasTree && m_searchedRoot.lock() != m_scan.rootNode.value();
+    if (isAnother && isWanted && !m_delay.isActive()) {
         m_delay.start();
     }
     if (results != m_results) {

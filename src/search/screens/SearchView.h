@@ -79,6 +79,7 @@ private:
     SearchState& m_search;
     FolderSearch::Query m_query;
     std::shared_ptr<const FolderSearchResults> m_results;
+    std::weak_ptr<FileNode> m_searchedRoot; ///< of the tree that was searched last
     int m_selected = -1;
     QTimer m_delay;
 
