@@ -130,6 +130,7 @@ MonitorView::MonitorView(AppState& state, QWidget* parent)
     : ToolFrame(QStringLiteral("gauge"), tr("System Monitor"), parent)
     , m_state(MonitorState::of(state))
     , m_refresher(new Refresher(this, [this] { refresh(); }))
+    , m_timer(this)
 {
     setObjectName(QStringLiteral("monitorView"));
     auto* const content = new QWidget;
@@ -441,6 +442,8 @@ void MonitorView::showProcesses()
         keys.push_back(static_cast<quint64>(process.pid));
     }
     m_rows->setRows(std::move(rows), std::move(keys));
+    // The screen scrolls as a whole.
+    m_list->setFixedHeight(m_list->sizeHint().height());
 }
 
 void MonitorView::showMenu(int row, const QPoint& position)

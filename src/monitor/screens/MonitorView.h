@@ -7,10 +7,7 @@
 #include <QTimer>
 
 #include <chrono>
-#include <deque>
 #include <vector>
-
-class QBoxLayout;
 
 namespace quorvane {
 
