@@ -138,8 +138,9 @@ TEST(Sparkline, OnePointShowsNothing)
 TEST(Sparkline, ValuesSpreadOverTheWidthBelowAFreeTop)
 {
     const QPolygonF points = Sparkline::points({0, 10, 5}, QSizeF(100, 43), 10);
-    EXPECT_EQ(points, QPolygonF({{0, 43}, {50, 3}, {100, 23}}));
-    EXPECT_EQ(Sparkline::points({4, 4}, QSizeF(10, 43), 0), QPolygonF({{0, 43}, {10, 43}}));
+    EXPECT_EQ(points, (QPolygonF() << QPointF(0, 43) << QPointF(50, 3) << QPointF(100, 23)));
+    EXPECT_EQ(Sparkline::points({4, 4}, QSizeF(10, 43), 0),
+              (QPolygonF() << QPointF(0, 43) << QPointF(10, 43)));
 }
 
 TEST(Sparkline, TheTopIsTheLargestValueButNotBelowTheFloor)
