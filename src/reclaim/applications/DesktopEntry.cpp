@@ -14,7 +14,7 @@ namespace {
 
 constexpr std::string_view suffix = ".desktop";
 constexpr std::string_view mainGroup = "[Desktop Entry]";
-/// Folders inside one another below a folder of applications; the specification sets no limit.
+/// Folders inside one another below a folder of applications; freedesktop.org sets no limit.
 constexpr std::size_t maxDepth = 4;
 
 std::string_view trimmed(std::string_view text)

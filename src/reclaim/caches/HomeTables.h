@@ -28,7 +28,7 @@ struct HomeFolders
     /// The defaults: ".cache", ".config", ".local/share" and ".local/state"; no system.
     static HomeFolders below(const FilePath& home);
     /// The same with the XDG variables of the environment. A variable that is not absolute is
-    /// ignored, as the specification demands; so is one that leads out of a home that is not
+    /// ignored, as freedesktop.org demands; so is one that leads out of a home that is not
     /// $HOME, because it belongs to another user.
     static HomeFolders fromEnvironment(const FilePath& home);
 };
