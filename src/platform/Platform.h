@@ -31,6 +31,8 @@ struct Platform
     FileContentCalls* fileContents = nullptr;
     /// Figures of the machine; absent for the system's own.
     MachineFigures* machine = nullptr;
+    /// The folder that the search overlay knows all about.
+    FilePath searchedRoot{"/"};
 };
 
 } // namespace quorvane

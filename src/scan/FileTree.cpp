@@ -204,6 +204,30 @@ std::size_t FileTree::byteSize() const
     return bytes;
 }
 
+FileNode* findNode(FileNode& root, const FilePath& path)
+{
+    const FilePath rootPath = root.path();
+    if (!rootPath.holds(path)) {
+        return nullptr;
+    }
+    std::string_view rest = std::string_view(path.bytes()).substr(rootPath.bytes().size());
+    FileNode* node = &root;
+    while (!rest.empty()) {
+        rest.remove_prefix(rest.front() == '/' ? 1 : 0);
+        const std::string_view name = rest.substr(0, rest.find('/'));
+        rest.remove_prefix(name.size());
+        const std::span<FileNode> children = node->children();
+        const auto child = std::find_if(children.begin(), children.end(), [&](const FileNode& each) {
+            return each.name() == name;
+        });
+        if (child == children.end()) {
+            return nullptr;
+        }
+        node = &*child;
+    }
+    return node;
+}
+
 NodeIndex::NodeIndex(FileNode& root)
 {
     m_nodes.resize(static_cast<std::size_t>(root.directoryCount() + root.fileCount()) + 1);

@@ -117,6 +117,10 @@ private:
     FileNode* m_root = nullptr;
 };
 
+/// The node at a path at or below the root of a tree, by way of the names from the root down; null
+/// when there is none.
+FileNode* findNode(FileNode& root, const FilePath& path);
+
 /// Every node of a tree by its id: a flat table, since the scanner's ids are dense.
 class NodeIndex
 {

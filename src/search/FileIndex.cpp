@@ -5,6 +5,7 @@
 #include "FileSystemCalls.h"
 #include "IndexBuilder.h"
 #include "IndexSearch.h"
+#include "MappedFile.h"
 #include "MountTable.h"
 
 #include <QStandardPaths>
@@ -89,6 +90,18 @@ std::int64_t now()
 
 } // namespace
 
+class MappedFileIndex::Image
+{
+public:
+    Image(MappedFile mapped, IndexTable rows)
+        : file(std::move(mapped))
+        , table(std::move(rows))
+    {}
+
+    MappedFile file;
+    IndexTable table;
+};
+
 MappedFileIndex::MappedFileIndex(FilePath file, FileSystemCalls& calls)
     : m_file(std::move(file))
     , m_calls(calls)
@@ -101,54 +114,59 @@ FilePath MappedFileIndex::standardFile()
         .appending("Quorvane/files.index");
 }
 
-std::shared_ptr<const MappedFileIndex::Opened> MappedFileIndex::load() const
+std::shared_ptr<const MappedFileIndex::Image> MappedFileIndex::load() const
 {
     std::optional<MappedFile> file = MappedFile::open(m_file);
     if (!file) {
         return nullptr;
     }
     std::optional<IndexTable> table = IndexTable::fromBytes(file->bytes());
-    return table ? std::make_shared<const Opened>(Opened{std::move(*file), std::move(*table)})
-                 : nullptr;
+    return table ? std::make_shared<const Image>(std::move(*file), std::move(*table)) : nullptr;
 }
 
-std::shared_ptr<const MappedFileIndex::Opened> MappedFileIndex::current() const
+void MappedFileIndex::use(std::shared_ptr<const Image> image)
 {
+    // The old one is unmapped with the lock released.
     const std::lock_guard guard(m_lock);
-    return m_opened;
+    m_image.swap(image);
 }
 
 bool MappedFileIndex::open()
 {
-    return current() != nullptr || reopen();
+    if (current() == nullptr) {
+        use(load());
+    }
+    return current() != nullptr;
 }
 
-bool MappedFileIndex::reopen()
+void MappedFileIndex::renew()
 {
-    std::shared_ptr<const Opened> opened = load();
+    if (current() == nullptr) {
+        return;
+    }
+    std::shared_ptr<const Image> image = load();
     const std::lock_guard guard(m_lock);
-    m_opened = std::move(opened);
-    ++m_generation;
-    return m_opened != nullptr;
+    if (m_image != nullptr) {
+        m_image.swap(image);
+    }
 }
 
-void MappedFileIndex::close()
+std::shared_ptr<const MappedFileIndex::Image> MappedFileIndex::current() const
 {
-    std::shared_ptr<const Opened> dropped;
     const std::lock_guard guard(m_lock);
-    dropped.swap(m_opened);
+    return m_image;
 }
 
 std::optional<std::int64_t> MappedFileIndex::madeMs() const
 {
-    const std::shared_ptr<const Opened> opened = current();
-    return opened ? std::optional(opened->table.madeMs()) : std::nullopt;
+    const std::shared_ptr<const Image> image = current();
+    return image ? std::optional(image->table.madeMs()) : std::nullopt;
 }
 
 std::optional<FilePath> MappedFileIndex::rootPath() const
 {
-    const std::shared_ptr<const Opened> opened = current();
-    return opened ? std::optional(opened->table.rootPath()) : std::nullopt;
+    const std::shared_ptr<const Image> image = current();
+    return image ? std::optional(image->table.rootPath()) : std::nullopt;
 }
 
 MappedFileIndex::Outcome MappedFileIndex::make(const FilePath& root, const LockedFlag& stop)
@@ -172,16 +190,14 @@ MappedFileIndex::Outcome MappedFileIndex::make(const FilePath& root, const Locke
     if (!builder.write(m_file)) {
         return Outcome::failed;
     }
-    if (current() != nullptr) {
-        reopen();
-    }
+    renew();
     return Outcome::made;
 }
 
 MappedFileIndex::Outcome MappedFileIndex::makeFrom(FileNode& root, std::int64_t madeMs,
                                                    const LockedFlag& stop)
 {
-    const std::shared_ptr<const Opened> older = load();
+    const std::shared_ptr<const Image> older = load();
     const FilePath path = root.path();
     const bool isPart =
         older && older->table.rootPath() != path && older->table.rootPath().holds(path);
@@ -193,37 +209,35 @@ MappedFileIndex::Outcome MappedFileIndex::makeFrom(FileNode& root, std::int64_t 
     if (!builder.write(m_file)) {
         return Outcome::failed;
     }
-    if (current() != nullptr) {
-        reopen();
-    }
+    renew();
     return Outcome::made;
 }
 
 std::optional<FileIndex::Candidates>
 MappedFileIndex::candidates(const SearchRequest& request, std::size_t limit, const LockedFlag& stop)
 {
-    const std::shared_ptr<const Opened> opened = current();
-    if (!opened) {
+    const std::shared_ptr<const Image> image = current();
+    if (!image) {
         return std::nullopt;
     }
     SearchRequest resolved = request;
-    resolved.scope = resolvedScope(request.scope, opened->table.rootPath());
-    const IndexHits hits = searchIndex(opened->table, resolved, limit, stop);
+    resolved.scope = resolvedScope(request.scope, image->table.rootPath());
+    const IndexHits hits = searchIndex(image->table, resolved, limit, stop);
     if (stop.get()) {
         return std::nullopt;
     }
     Candidates candidates;
     candidates.isComplete = hits.isComplete;
     for (const IndexTable::Row row : hits.rows) {
-        candidates.paths.push_back(opened->table.path(row));
+        candidates.paths.push_back(image->table.path(row));
     }
     return candidates;
 }
 
 std::uint64_t MappedFileIndex::generation() const
 {
-    const std::lock_guard guard(m_lock);
-    return m_generation;
+    const std::shared_ptr<const Image> image = current();
+    return image ? image->table.checksum() : 0;
 }
 
 } // namespace quorvane

@@ -4,7 +4,6 @@
 #include "FilePath.h"
 #include "IndexTable.h"
 #include "LockedFlag.h"
-#include "MappedFile.h"
 #include "SearchResult.h"
 
 #include <cstddef>
@@ -36,7 +35,7 @@ public:
     /// the index cannot be asked or stop was set.
     virtual std::optional<Candidates> candidates(const SearchRequest& request, std::size_t limit,
                                                  const LockedFlag& stop) = 0;
-    /// Changes whenever later answers may differ.
+    /// Which state of the index answers now; 0 while none does.
     virtual std::uint64_t generation() const = 0;
 };
 
@@ -52,10 +51,16 @@ public:
     /// "Quorvane/files.index" below the user's folder for caches.
     static FilePath standardFile();
 
-    /// Maps the file if it is not mapped; false when there is no sound one. Reads all of it.
+    /// The file as it is at one time, mapped and checked.
+    class Image;
+    /// Maps the file and reads all of it; null when there is no sound one.
+    std::shared_ptr<const Image> load() const;
+    /// Answers from this from now on, or with null from nothing. Searches that run keep what they
+    /// began with until they end.
+    void use(std::shared_ptr<const Image> image);
+    /// Maps the file if none is in use; false when there is no sound one.
     bool open();
-    /// Lets the file go; searches that run keep it until they end.
-    void close();
+    void close() { use(nullptr); }
     /// When the oldest part of the open index was begun, milliseconds since 1970.
     std::optional<std::int64_t> madeMs() const;
     /// The folder that the open index tells about; "/" for the whole machine.
@@ -73,21 +78,14 @@ public:
     std::uint64_t generation() const override;
 
 private:
-    struct Opened
-    {
-        MappedFile file;
-        IndexTable table;
-    };
-
-    std::shared_ptr<const Opened> load() const;
-    std::shared_ptr<const Opened> current() const;
-    bool reopen();
+    std::shared_ptr<const Image> current() const;
+    /// Answers from the file as it is now, if anybody wants answers.
+    void renew();
 
     FilePath m_file;
     FileSystemCalls& m_calls;
     mutable std::mutex m_lock;
-    std::shared_ptr<const Opened> m_opened;
-    std::uint64_t m_generation = 0;
+    std::shared_ptr<const Image> m_image;
 };
 
 } // namespace quorvane

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "IndexBuilder.h"
 
-#include "FileNode.h"
+#include "FileTree.h"
 #include "NameFolding.h"
 #include "StoredFiles.h"
 
@@ -23,30 +23,6 @@ bool isNumber(std::string_view text)
 {
     return !text.empty() &&
            std::all_of(text.begin(), text.end(), [](char c) { return c >= '0' && c <= '9'; });
-}
-
-/// The node at a path at or below the root of a tree.
-const FileNode* nodeAt(const FileNode& root, const FilePath& path)
-{
-    const FilePath rootPath = root.path();
-    if (!rootPath.holds(path)) {
-        return nullptr;
-    }
-    std::string_view rest = std::string_view(path.bytes()).substr(rootPath.bytes().size());
-    const FileNode* node = &root;
-    while (!rest.empty()) {
-        rest.remove_prefix(rest.front() == '/' ? 1 : 0);
-        const std::string_view name = rest.substr(0, rest.find('/'));
-        rest.remove_prefix(name.size());
-        const std::span<FileNode> children = node->children();
-        const auto child = std::find_if(children.begin(), children.end(),
-                                        [&](const FileNode& each) { return each.name() == name; });
-        if (child == children.end()) {
-            return nullptr;
-        }
-        node = &*child;
-    }
-    return node;
 }
 
 } // namespace
@@ -84,10 +60,10 @@ bool IndexBuilder::add(const IndexTable& older, FileNode& root, const LockedFlag
     return addAll(older.rootPath(), {isWhole ? &root : nullptr, 0}, stop);
 }
 
-void IndexBuilder::findUnlisted(const FileNode& root)
+void IndexBuilder::findUnlisted(FileNode& root)
 {
     for (const RemoteMount& mount : m_leftOut) {
-        const FileNode* const node = nodeAt(root, mount.mountPoint);
+        const FileNode* const node = findNode(root, mount.mountPoint);
         if (node != nullptr && node != &root) {
             m_unlisted.push_back(node);
         }

@@ -51,7 +51,7 @@ private:
         Row older = 0;
     };
 
-    void findUnlisted(const FileNode& root);
+    void findUnlisted(FileNode& root);
     bool addAll(const FilePath& root, Source source, const LockedFlag& stop);
     void addEntriesOf(Row folder);
     void addRow(Row parent, Source source, std::uint8_t inherited);

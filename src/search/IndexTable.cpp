@@ -129,6 +129,7 @@ std::optional<IndexTable> IndexTable::fromBytes(std::span<const std::byte> bytes
     ColumnReader columns(bytes.subspan(sizeof header));
     IndexTable table;
     table.m_madeMs = header.madeMs;
+    table.m_checksum = header.checksum;
     table.m_sizes = columns.take<std::int64_t>(header.entries);
     table.m_dates = columns.take<std::int64_t>(header.entries);
     table.m_parents = columns.take<std::uint32_t>(header.entries);

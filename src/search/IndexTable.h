@@ -90,6 +90,8 @@ public:
     /// Number of rows, the root among them.
     Row size() const { return static_cast<Row>(m_sizes.size()); }
     std::int64_t madeMs() const { return m_madeMs; }
+    /// Tells one index from another.
+    std::uint64_t checksum() const { return m_checksum; }
     FilePath rootPath() const { return FilePath(std::string(m_root)); }
 
     std::int64_t bytesOf(Row row) const { return m_sizes[row]; }
@@ -121,6 +123,7 @@ private:
     bool hasSoundNames() const;
 
     std::int64_t m_madeMs = 0;
+    std::uint64_t m_checksum = 0;
     std::span<const std::int64_t> m_sizes;
     std::span<const std::int64_t> m_dates;
     std::span<const std::uint32_t> m_parents;

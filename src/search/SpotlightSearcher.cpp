@@ -73,6 +73,12 @@ std::size_t searchRank(const FilePath& path)
     return components + (contains(bytes, packagesFolder) ? packagesPenalty : 0);
 }
 
+bool SpotlightSearcher::needsIndex(const SearchRequest& request)
+{
+    const bool isWhole = request.scope == FilePath("/");
+    return hasWords(request.query) || !request.filters.isEmpty() || (isWhole && request.kind);
+}
+
 SpotlightSearcher::SpotlightSearcher(FileIndex& index, FileSystemCalls& calls)
     : m_index(index)
     , m_calls(calls)
@@ -81,14 +87,9 @@ SpotlightSearcher::SpotlightSearcher(FileIndex& index, FileSystemCalls& calls)
 std::vector<SearchResult> SpotlightSearcher::search(const SearchRequest& request, double nowMs,
                                                     const LockedFlag& stop)
 {
-    if (!hasWords(request.query)) {
-        if (request.scope == FilePath("/")) {
-            if (!request.kind && request.filters.isEmpty()) {
-                return {};
-            }
-        } else if (request.filters.isEmpty()) {
-            return listDirectChildren(request, stop);
-        }
+    if (!needsIndex(request)) {
+        return request.scope == FilePath("/") ? std::vector<SearchResult>()
+                                              : listDirectChildren(request, stop);
     }
     const std::string key = cacheKey(request);
     const double now = nowMs / 1000.0;

@@ -37,6 +37,9 @@ public:
     std::vector<SearchResult> search(const SearchRequest& request, double nowMs,
                                      const LockedFlag& stop);
 
+    /// Whether a request is answered from the index, not from a folder on the disk.
+    static bool needsIndex(const SearchRequest& request);
+
 private:
     struct Cached
     {

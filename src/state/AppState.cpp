@@ -39,7 +39,7 @@ void AppState::dropOldScan()
     dropQueue();
     nodesByID = std::make_shared<const NodeIndex>();
     dropDuplicates();
-    folderSearchResults = nullptr;
+    dropFolderSearch();
     // The fields no longer hold it, so a tree of millions of nodes is destroyed in the background.
     jobs().release(std::move(oldTree));
     for (JobSlot* const slot : {&duplicateSlot(), &cautionSlot(), &folderSearchSlot()}) {
@@ -55,6 +55,7 @@ void AppState::publishTree(const NodePointer& root, std::shared_ptr<const NodeIn
     nodesByID = std::move(index);
     maybeAutoFindDuplicates(root);
     refreshDriveUsage();
+    indexScan(root);
 }
 
 void AppState::changeQueue(const std::vector<FileNode*>& unstaged,

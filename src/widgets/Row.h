@@ -67,6 +67,7 @@ struct RowBadge
 struct RowCell
 {
     QString text = {};
+    QString below = {}; ///< a second line, said less loudly
     int width = 0;   ///< points; 0: as wide as its text
     int stretch = 0; ///< above 0: shares the free width with the title, which counts as 1
     TextStyle style = TextStyle::caption;

@@ -184,7 +184,17 @@ private:
             const QColor tint = m_row.symbolTint.isValid() && m_row.isEnabled
                                     ? m_row.symbolTint
                                     : color(m_row.symbolColor);
-            paintSymbol(m_painter, m_row.symbol, m_places.symbol, m_places.symbol.width(), tint);
+            paintSymbolTile();
+            paintSymbol(m_painter, m_row.symbol, m_places.symbol, m_metrics.symbolSide, tint);
+        }
+    }
+
+    void paintSymbolTile() const
+    {
+        if (m_metrics.symbolTile > 0) {
+            m_painter.setPen(Qt::NoPen);
+            m_painter.setBrush(themeColor(ThemeColor::raised));
+            m_painter.drawRoundedRect(m_places.symbol, radius::control, radius::control);
         }
     }
 
@@ -303,6 +313,15 @@ private:
                 paintDisc(m_painter, leftMiddle(area, cellDot, 0),
                           m_row.isDimmed ? themeColor(ThemeColor::text3) : cell.dot);
                 area.setLeft(area.left() + cellDot + cellDotGap);
+            }
+            if (!cell.below.isEmpty()) {
+                const int above = typeMeasure(cell.style).lineHeight;
+                const int under = typeMeasure(TextStyle::path).lineHeight;
+                const qreal top = area.top() + (area.height() - above - under) / 2;
+                paintText(m_painter, QRectF(area.left(), top + above, area.width(), under),
+                          static_cast<int>(cell.alignment) | Qt::AlignVCenter, TextStyle::path,
+                          color(ThemeColor::text3), cell.below, Qt::ElideRight);
+                area = QRectF(area.left(), top, area.width(), above);
             }
             paintText(m_painter, area, static_cast<int>(cell.alignment) | Qt::AlignVCenter,
                       cell.style, color(cell.color), cell.text,

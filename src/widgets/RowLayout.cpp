@@ -134,7 +134,8 @@ private:
             m_places.symbol =
                 takeLeft(m_row.iconSize.width(), m_row.iconSize.height(), m_metrics.gap);
         } else if (!m_row.icon.isNull() || !m_row.symbol.isEmpty()) {
-            m_places.symbol = takeLeft(m_metrics.symbolSide, m_metrics.symbolSide, m_metrics.gap);
+            const int side = std::max(m_metrics.symbolSide, m_metrics.symbolTile);
+            m_places.symbol = takeLeft(side, side, m_metrics.gap);
         }
     }
 

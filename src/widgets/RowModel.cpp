@@ -78,6 +78,7 @@ QString Row::describe() const
     parts << detail << detailTail << path << command;
     for (const RowCell& cell : cells) {
         parts.push_back(cell.accessibleText.isEmpty() ? cell.text : cell.accessibleText);
+        parts.push_back(cell.below);
     }
     parts.removeAll(QString());
     return parts.join(QStringLiteral(", "));

@@ -289,5 +289,21 @@ TEST(NodeIndex, TakesIdsWithGaps)
     EXPECT_EQ(index.size(), 2U);
 }
 
+TEST(FindNode, GoesByTheNamesFromTheRootDown)
+{
+    const std::shared_ptr<FileTree> tree = treeFromText("a/\n"
+                                                        "  b 1\n"
+                                                        "ab 2\n");
+    FileNode& root = tree->root();
+    const FilePath start = root.path();
+    EXPECT_EQ(findNode(root, start), &root);
+    EXPECT_EQ(findNode(root, start.appending("a/b")), &nodeAt(root, "a/b"));
+    EXPECT_EQ(findNode(root, start.appending("ab")), &nodeAt(root, "ab"));
+    EXPECT_EQ(findNode(root, start.appending("a/ab")), nullptr);
+    EXPECT_EQ(findNode(root, start.appending("ab/b")), nullptr);
+    EXPECT_EQ(findNode(root, FilePath("/elsewhere")), nullptr);
+    EXPECT_EQ(findNode(root, FilePath(start.bytes() + "x")), nullptr);
+}
+
 } // namespace
 } // namespace quorvane

@@ -24,8 +24,8 @@ struct FakePlatform
 
     Platform platform()
     {
-        return {fileSystem, preferences,     workspace,    folderChooser, trash,
-                homeFolder, lowerThisThread, fileContents, machine};
+        return {fileSystem,      preferences,  workspace, folderChooser, trash, homeFolder,
+                lowerThisThread, fileContents, machine,   homeFolder};
     }
 
     FileSystemCalls& fileSystem;
