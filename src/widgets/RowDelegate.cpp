@@ -184,17 +184,11 @@ private:
             const QColor tint = m_row.symbolTint.isValid() && m_row.isEnabled
                                     ? m_row.symbolTint
                                     : color(m_row.symbolColor);
-            paintSymbolTile();
-            paintSymbol(m_painter, m_row.symbol, m_places.symbol, m_metrics.symbolSide, tint);
-        }
-    }
-
-    void paintSymbolTile() const
-    {
-        if (m_metrics.symbolTile > 0) {
-            m_painter.setPen(Qt::NoPen);
-            m_painter.setBrush(themeColor(ThemeColor::raised));
-            m_painter.drawRoundedRect(m_places.symbol, radius::control, radius::control);
+            if (!m_places.tile.isEmpty()) {
+                paintPanel(m_painter, m_places.tile, radius::control,
+                           themeColor(ThemeColor::raised), Qt::transparent);
+            }
+            paintSymbol(m_painter, m_row.symbol, m_places.symbol, m_places.symbol.width(), tint);
         }
     }
 

@@ -136,6 +136,11 @@ private:
         } else if (!m_row.icon.isNull() || !m_row.symbol.isEmpty()) {
             const int side = std::max(m_metrics.symbolSide, m_metrics.symbolTile);
             m_places.symbol = takeLeft(side, side, m_metrics.gap);
+            if (m_row.icon.isNull() && m_metrics.symbolTile > 0) {
+                m_places.tile = m_places.symbol;
+                const int inset = (side - m_metrics.symbolSide) / 2;
+                m_places.symbol.adjust(inset, inset, -inset, -inset);
+            }
         }
     }
 

@@ -48,6 +48,7 @@ struct RowPlaces
     QRect control; ///< check box or switch
     QRect dot;
     QRect number;
+    QRect tile; ///< ground of the symbol
     QRect symbol;
     QRect title;
     QRect detail;
