@@ -3,6 +3,7 @@
 #include "FileSystemCalls.h"
 #include "JsonRecord.h"
 #include "JsonText.h"
+#include "MappedFile.h"
 #include "SpotlightSearcher.h"
 #include "TreeSource.h"
 
