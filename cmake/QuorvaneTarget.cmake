@@ -120,6 +120,18 @@ function(quorvane_bus_test name)
   endif()
 endfunction()
 
+# A test program once more, on an X11 display of its own; skipped where the machine has none to give.
+function(quorvane_display_test name)
+  add_test(NAME ${name}_on_a_display
+           COMMAND ${CMAKE_SOURCE_DIR}/cmake/run-isolated
+                   ${CMAKE_SOURCE_DIR}/tests/support/on-a-display $<TARGET_FILE:${name}>)
+  get_test_property(${name} ENVIRONMENT environment)
+  set_tests_properties(${name}_on_a_display PROPERTIES TIMEOUT 120 SKIP_RETURN_CODE 77)
+  if(environment)
+    set_tests_properties(${name}_on_a_display PROPERTIES ENVIRONMENT "${environment}")
+  endif()
+endfunction()
+
 # One fuzz target, its seeds in corpus/NAME beside the source. With QUORVANE_FUZZ it is a libFuzzer
 # program below fuzz/bin; otherwise a program that replays the corpus, run as a test.
 add_custom_target(fuzzers)

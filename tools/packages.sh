@@ -5,6 +5,7 @@
 packages_build=(
     g++ cmake ninja-build pkg-config
     ccache lld                  # compiler cache and fast linker; the build works without them
+    libxcb1-dev                 # the global hot key on X11
     qt6-base-dev                # Core, Gui, Widgets, DBus, the xcb and offscreen platforms
     qt6-svg-dev libqt6svg6      # symbols are SVG: the library, and its plugin for icons
     libglib2.0-dev              # GIO: the Trash

@@ -43,6 +43,9 @@ void AppDelegate::applicationDidFinishLaunching(QApplication& application)
 
 bool AppDelegate::eventFilter(QObject* watched, QEvent* event)
 {
+    if (watched == QCoreApplication::instance() && event->type() == QEvent::Quit) {
+        Q_EMIT quitRequested();
+    }
     if (event->type() != QEvent::FileOpen) {
         return QObject::eventFilter(watched, event);
     }

@@ -19,17 +19,19 @@ public:
     /// while it runs.
     void applicationDidFinishLaunching(QApplication& application);
 
-    /// Whether the process ends with its last window: only while no global hot key could bring the
-    /// program back, since it would run on without a way to reach it.
-    bool applicationShouldTerminateAfterLastWindowClosed(bool isHotKeyInstalled) const
+    /// Whether the process ends with its last window: only while nothing could call the program
+    /// back, since it would run on without a way to reach it.
+    bool applicationShouldTerminateAfterLastWindowClosed(bool isCallable) const
     {
-        return !isHotKeyInstalled;
+        return !isCallable;
     }
 
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 Q_SIGNALS:
     void folderHandedOver(const FilePath& folder);
+    /// The program is asked to end; its windows are about to be closed.
+    void quitRequested();
 };
 
 } // namespace quorvane

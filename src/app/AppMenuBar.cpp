@@ -2,6 +2,7 @@
 #include "AppMenuBar.h"
 
 #include "AppState.h"
+#include "GlobalSearch.h"
 #include "Refresher.h"
 
 #include <QAction>
@@ -66,7 +67,12 @@ std::vector<CommandMenu> commandMenus()
            &AppState::cancelScan}}},
         {"searchMenu",
          translated("Search"),
-         {{"folderSearchAction", translated("Folder Search"), Qt::CTRL | Qt::Key_F,
+         {{"spotlightSearchAction",
+           translated("Spotlight Search…"),
+           Qt::CTRL | Qt::SHIFT | Qt::Key_Space,
+           {},
+           [](AppState&) { GlobalSearch::shared().toggle(); }},
+          {"folderSearchAction", translated("Folder Search"), Qt::CTRL | Qt::Key_F,
            AppSection::search, show(AppSection::search)}}},
         {"cleanupMenu",
          translated("Cleanup"),

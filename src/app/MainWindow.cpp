@@ -91,7 +91,10 @@ void MainWindow::closeEvent(QCloseEvent* event)
     m_farewell->setSymbol(QStringLiteral("trash.fill"), Tint::neutral);
     m_farewell->setTitle(tr("Quorvane closes when the move is done"));
     m_farewell->addButton(tr("Keep Open"), ButtonRole::bordered, false);
-    connect(m_farewell, &Dialog::rejected, this, [this] { m_farewell = nullptr; });
+    connect(m_farewell, &Dialog::rejected, this, [this] {
+        m_farewell = nullptr;
+        m_isQuitting = false;
+    });
     refreshFarewell();
     m_farewell->open();
 }
@@ -106,7 +109,11 @@ void MainWindow::refreshFarewell()
         return;
     }
     std::exchange(m_farewell, nullptr)->closeDialog();
-    close();
+    if (std::exchange(m_isQuitting, false)) {
+        QCoreApplication::quit();
+    } else {
+        close();
+    }
 }
 
 void MainWindow::showEvent(QShowEvent* event)

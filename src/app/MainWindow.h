@@ -31,6 +31,10 @@ public:
 
     MainWindow(AppState& state, AppScreens screens);
 
+    /// The program is about to end with all its windows. If a batch holds that up, it ends when the
+    /// batch is done.
+    void expectQuit() { m_isQuitting = true; }
+
     ContentView& content() { return *m_content; }
 
 protected:
@@ -50,6 +54,7 @@ private:
     FlashPresenter* m_flash;
     QPropertyNotifier m_paletteChanged;
     QPointer<Dialog> m_farewell; ///< tells that the window closes when the batch is done
+    bool m_isQuitting = false;
     Refresher* m_farewellRefresher;
 };
 

@@ -63,6 +63,8 @@ StartArguments StartArguments::parse(const std::vector<std::string_view>& argume
         } else if (!optionsEnded && (argument == "--version" || argument == "-v")) {
             result.action = Action::showVersion;
             return result;
+        } else if (!optionsEnded && argument == "--search") {
+            result.opensSearch = true;
         } else if (!optionsEnded && argument.size() > 1 && argument.front() == '-') {
             return refused("unknown option '" + std::string(argument) + "'");
         } else if (argument.empty()) {
@@ -87,6 +89,7 @@ std::string StartArguments::usage()
            "Shows what takes up space on your disk.\n"
            "\n"
            "  FOLDER      scan this folder at once; a path or a file:// URL\n"
+           "  --search    open the floating search, or close it\n"
            "  --help      print this help and exit\n"
            "  --version   print the version and exit\n";
 }

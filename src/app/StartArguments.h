@@ -18,6 +18,8 @@ struct StartArguments
     Action action = Action::run;
     /// Folder to scan at the start; absolute. Absent opens the welcome screen.
     std::optional<FilePath> folder;
+    /// Whether the floating search is to open.
+    bool opensSearch = false;
     /// What is wrong with the command line when action is reportUsage.
     std::string problem;
 

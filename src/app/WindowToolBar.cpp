@@ -6,6 +6,7 @@
 #include "NavigationState.h"
 #include "Refresher.h"
 #include "ScanState.h"
+#include "SearchBarView.h"
 #include "SegmentedPicker.h"
 #include "SettingsState.h"
 #include "Tokens.h"
@@ -30,6 +31,7 @@ WindowToolBar::WindowToolBar(AppState& state, const SectionScreens& sections,
     setFixedHeight(measure::toolBarHeight);
     makeLeadingItems();
     makeVisualizerPicker(visualizers);
+    m_search = new SearchBarView(this);
     m_rescan = makeAction(QStringLiteral("arrow.clockwise"), tr("Rescan"),
                           QStringLiteral("rescanButton"), [this] { m_scan.rescan(); });
     m_rescan->setToolTip(tr("Rescan the current folder"));
@@ -122,6 +124,8 @@ void WindowToolBar::layOut()
     row->addSpacing(spacing::l);
     row->addWidget(m_picker);
     row->addStretch();
+    row->addWidget(m_search);
+    row->addSpacing(spacing::s);
     row->addWidget(m_rescan);
     row->addWidget(m_zoomOut);
     row->addWidget(m_details);

@@ -16,6 +16,7 @@ class ScanState;
 class SettingsState;
 class Label;
 class Refresher;
+class SearchBarView;
 class SegmentedPicker;
 class ToolButton;
 
@@ -63,6 +64,7 @@ private:
     Label* m_title = nullptr;
     SegmentedPicker* m_picker = nullptr;
     std::vector<VisualizerType> m_pickerTypes;
+    SearchBarView* m_search = nullptr;
     ToolButton* m_rescan = nullptr;
     ToolButton* m_zoomOut = nullptr;
     ToolButton* m_details = nullptr;

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "AppVersion.h"
 #include "DesktopFolderChooser.h"
+#include "DesktopIntegration.h"
 #include "DesktopWorkspace.h"
 #include "FileSystemCalls.h"
 #include "FolderChooser.h"
@@ -23,8 +24,10 @@
 #include <filesystem>
 #include <memory>
 #include <optional>
+#include <string>
 #include <string_view>
 #include <system_error>
+#include <utility>
 #include <vector>
 
 namespace quorvane {
@@ -72,19 +75,32 @@ std::optional<int> answer(const StartArguments& arguments)
     return std::nullopt;
 }
 
-int run(QApplication& application, const StartArguments& arguments)
+int run(QApplication& application, const InstanceRequest& request)
 {
+    QuorvaneApp* running = nullptr;
+    const std::unique_ptr<ProgramInstance> instance = makeProgramInstance();
+    // Calls come from the event loop, when the program stands.
+    const bool isReachable =
+        instance->claim([&running](const InstanceRequest& later) { running->serve(later); });
+    if (!isReachable && instance->handOver(request)) {
+        return EXIT_SUCCESS;
+    }
     JsonPreferences preferences(JsonPreferences::standardFilePath());
     const std::unique_ptr<Workspace> workspace = makeDesktopWorkspace();
     const std::unique_ptr<FolderChooser> folderChooser = makeDesktopFolderChooser();
-    const Platform platform{FileSystemCalls::system(), preferences,  *workspace,     *folderChooser,
-                            Trash::system(),           homeFolder(), lowerThisThread};
+    const std::unique_ptr<GlobalHotKey> hotKey = makeDesktopHotKey();
+    const std::unique_ptr<WindowSystem> windowSystem = makeWindowSystem();
+    Platform platform{FileSystemCalls::system(), preferences,  *workspace,     *folderChooser,
+                      Trash::system(),           homeFolder(), lowerThisThread};
+    platform.hotKey = hotKey.get();
+    platform.windowSystem = windowSystem.get();
     QuorvaneApp program(application, platform, AppScreens::standard());
-    const TerminationSignals signals;
-    program.showWindow();
-    if (arguments.folder) {
-        program.openFolder(*arguments.folder);
+    running = &program;
+    if (isReachable) {
+        program.setReachable();
     }
+    const TerminationSignals signals;
+    program.serve(request);
     const int result = QApplication::exec();
     if (!program.finishJobs(shutdownTimeout)) {
         // A call to the system hangs, on a dead network drive for example.
@@ -111,10 +127,11 @@ int main(int argc, char** argv)
     raiseDescriptorLimit();
     prepareTextRendering();
     quietMediaLog();
+    std::string token = startActivationToken();
     QApplication application(argc, argv);
     const StartArguments arguments = readArguments(argc, argv);
     if (const std::optional<int> code = answer(arguments)) {
         return *code;
     }
-    return run(application, arguments);
+    return run(application, {arguments.folder, arguments.opensSearch, std::move(token)});
 }

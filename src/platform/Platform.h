@@ -10,9 +10,11 @@ namespace quorvane {
 class FileContentCalls;
 class FileSystemCalls;
 class FolderChooser;
+class GlobalHotKey;
 class MachineFigures;
 class Preferences;
 class Trash;
+class WindowSystem;
 class Workspace;
 
 /// What the system below offers, handed to the model at its start. Everything outlives the model.
@@ -33,6 +35,10 @@ struct Platform
     MachineFigures* machine = nullptr;
     /// The folder that the search overlay knows all about.
     FilePath searchedRoot{"/"};
+    /// Absent without a desktop.
+    GlobalHotKey* hotKey = nullptr;
+    /// Absent without a desktop.
+    WindowSystem* windowSystem = nullptr;
 };
 
 } // namespace quorvane

@@ -101,6 +101,10 @@ void ScanState::startScan(const FilePath& url, Link link)
     }
     m_startsScanOver = false;
     m_scannedURL = url;
+    // Before the work starts: a small folder is scanned before this returns, and what is told last
+    // has to be the new tree.
+    progress = ScanProgress{};
+    dropOldScan();
     m_scanSlot.restart(
         JobPriority::userInitiated,
         [this, url, link, calls = &m_host.platform().fileSystem](const JobRun& run) {
@@ -129,8 +133,6 @@ void ScanState::startScan(const FilePath& url, Link link)
         },
         [this](FinishedScan finished) { publishScan(std::move(finished)); },
         [this, url] { consumeError({"Not enough memory or threads to scan " + url.bytes()}); });
-    progress = ScanProgress{};
-    dropOldScan();
 }
 
 void ScanState::publishScan(FinishedScan finished)

@@ -86,9 +86,8 @@ void SearchState::publishIndex()
     // A disk that takes longer than that to walk would be walked without end.
     if (isOld && m_mayMakeIndex && !m_makeIndexSlot.isRunning()) {
         m_mayMakeIndex = false;
-        makeIndex([whole](MappedFileIndex& index, const LockedFlag& stop) {
-            index.make(whole, stop);
-        });
+        makeIndex(
+            [whole](MappedFileIndex& index, const LockedFlag& stop) { index.make(whole, stop); });
     }
     if (m_waitingSearch && !isIndexAwaited()) {
         std::exchange(m_waitingSearch, nullptr)();
@@ -164,6 +163,33 @@ void SearchState::searchMachine(const SearchRequest& request,
     } else {
         start();
     }
+}
+
+void SearchState::installHotKey(GlobalHotKey::Pressed pressed)
+{
+    if (GlobalHotKey* const key = m_host.platform().hotKey) {
+        key->install(std::move(pressed), [this] { publishHotKey(); });
+        publishHotKey();
+    }
+}
+
+void SearchState::publishHotKey()
+{
+    const GlobalHotKey& key = *m_host.platform().hotKey;
+    hotKeyTrigger = QString::fromStdString(key.trigger());
+    hotKeyState = key.state();
+}
+
+void SearchState::askForHotKey()
+{
+    if (GlobalHotKey* const key = m_host.platform().hotKey) {
+        key->ask();
+    }
+}
+
+bool SearchState::isCallable() const
+{
+    return isInstanceReachable.value() || hotKeyState.value() == GlobalHotKey::State::inForce;
 }
 
 void SearchState::stopMachineSearch()

@@ -4,10 +4,12 @@
 #include "FileIndex.h"
 #include "FileTree.h"
 #include "FolderSearch.h"
+#include "GlobalHotKey.h"
 #include "JobSlot.h"
 #include "SpotlightSearcher.h"
 
 #include <QProperty>
+#include <QString>
 
 #include <cstdint>
 #include <functional>
@@ -44,6 +46,11 @@ public:
     /// is open.
     QProperty<std::optional<std::int64_t>> indexMadeMs;
     QProperty<bool> isIndexing{false}; ///< an index is being made
+    QProperty<GlobalHotKey::State> hotKeyState{GlobalHotKey::State::none};
+    /// The key that the person has chosen instead of the program's own; empty for none.
+    QProperty<QString> hotKeyTrigger;
+    /// Whether a second start of the program reaches this process.
+    QProperty<bool> isInstanceReachable{false};
 
     /// Searches the scan in the background; a search before is discarded.
     void searchFolder(const FolderSearch::Query& query);
@@ -60,6 +67,13 @@ public:
     void searchMachine(const SearchRequest& request,
                        std::function<void(std::vector<SearchResult>)> found);
     void stopMachineSearch();
+
+    /// Registers the global hot key, where the platform has one.
+    void installHotKey(GlobalHotKey::Pressed pressed);
+    /// Has the desktop ask the person for the key.
+    void askForHotKey();
+    /// Whether the program can be called while it has no window.
+    bool isCallable() const;
 
 protected:
     ~SearchState() = default;
@@ -84,6 +98,7 @@ private:
     };
     using MakeIndex = std::function<void(MappedFileIndex&, const LockedFlag&)>;
 
+    void publishHotKey();
     void loadIndex();
     void publishIndex();
     void makeIndex(MakeIndex make);

@@ -12,7 +12,7 @@ namespace quorvane {
 namespace {
 
 constexpr int padding = 10;
-constexpr int symbolSide = 12;
+constexpr int clearSymbolSide = 12;
 constexpr int gap = 8;
 constexpr int clearSide = 20;
 constexpr int clearMargin = 6; ///< brings the symbol itself to the padding
@@ -62,9 +62,10 @@ void TextField::focusOutEvent(QFocusEvent* event)
     restartCaret();
 }
 
-void TextField::setSymbol(const QString& symbol)
+void TextField::setSymbol(const QString& symbol, int side)
 {
     m_symbol = symbol;
+    m_symbolSide = side;
     layOut();
     update();
 }
@@ -76,7 +77,7 @@ void TextField::setClearable(bool clearable, const QString& tooltip)
     if (clearable) {
         m_clear = new ToolButton(QStringLiteral("xmark.circle.fill"), tooltip, this);
         m_clear->setSide(clearSide);
-        m_clear->setSymbolSide(symbolSide);
+        m_clear->setSymbolSide(clearSymbolSide);
         m_clear->setSymbolColor(ThemeColor::text3);
         m_clear->setCursor(Qt::ArrowCursor);
         m_clear->setFocusPolicy(Qt::NoFocus);
@@ -105,7 +106,7 @@ QSize TextField::sizeHint() const
 
 void TextField::layOut()
 {
-    const int before = padding - 1 + (m_symbol.isEmpty() ? 0 : symbolSide + gap);
+    const int before = padding - 1 + (m_symbol.isEmpty() ? 0 : m_symbolSide + gap);
     const int after = m_clear ? clearSide + clearMargin : padding - 1;
     setTextMargins(before - lineEditMargin, 0, after - lineEditMargin, 0);
     if (m_clear) {
@@ -127,7 +128,7 @@ void TextField::paintEvent(QPaintEvent* event)
         return;
     }
     const QColor color = themeColor(isEnabled() ? ThemeColor::text3 : ThemeColor::textDisabled);
-    paintSymbol(painter, m_symbol, QRectF(padding, 0, symbolSide, height()), symbolSide, color);
+    paintSymbol(painter, m_symbol, QRectF(padding, 0, m_symbolSide, height()), m_symbolSide, color);
 }
 
 void TextField::resizeEvent(QResizeEvent* event)

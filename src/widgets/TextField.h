@@ -17,8 +17,8 @@ class TextField : public QLineEdit
 public:
     explicit TextField(const QString& placeholder = {}, QWidget* parent = nullptr);
 
-    /// Empty for none.
-    void setSymbol(const QString& symbol);
+    /// Empty for none; 12 points wide unless told.
+    void setSymbol(const QString& symbol, int side = 12);
     QString symbol() const { return m_symbol; }
     /// Shows a button that empties the field, while there is text. `tooltip` names it.
     void setClearable(bool clearable, const QString& tooltip);
@@ -42,6 +42,7 @@ private:
     void restartCaret();
 
     QString m_symbol;
+    int m_symbolSide = 12;
     int m_height;
     ToolButton* m_clear = nullptr;
     QTimer m_blink;

@@ -81,7 +81,8 @@ TEST_F(Sections, WhatIsNotThereIsNotOffered)
     EXPECT_FALSE(exists("stagedRow"));
     EXPECT_FALSE(exists("settingsButton"));
     EXPECT_FALSE(exists("settingsAction"));
-    EXPECT_EQ(menuTitles(), (QStringList{QStringLiteral("Quorvane"), QStringLiteral("Scan")}));
+    EXPECT_EQ(menuTitles(), (QStringList{QStringLiteral("Quorvane"), QStringLiteral("Scan"),
+                                         QStringLiteral("Search")}));
     scanHome();
     EXPECT_FALSE(isShown("visualizerPicker"));
 }

@@ -148,6 +148,7 @@ TEST_F(SearchIndex, OneOfAPartOfTheMachineIsMadeAnewHoweverYoung)
     platform.homeFolder = disk.path("films");
     Platform wide = platform.platform();
     wide.searchedRoot = disk.root();
+    m_utilityGate.close();
     AppState whole(wide);
     {
         MappedFileIndex index(MappedFileIndex::standardFile(), calls);
@@ -156,6 +157,7 @@ TEST_F(SearchIndex, OneOfAPartOfTheMachineIsMadeAnewHoweverYoung)
     std::optional<std::set<std::string>> found;
     whole.openIndex();
     ASSERT_TRUE(waitFor([&] { return whole.isIndexing.value(); }));
+    m_utilityGate.open();
     ASSERT_TRUE(waitFor([&] { return !whole.isIndexing.value(); }));
     whole.searchMachine(request("tax"), [&](const std::vector<SearchResult>& results) {
         found.emplace();

@@ -25,7 +25,7 @@ struct FakePlatform
     Platform platform()
     {
         return {fileSystem,      preferences,  workspace, folderChooser, trash, homeFolder,
-                lowerThisThread, fileContents, machine,   homeFolder};
+                lowerThisThread, fileContents, machine,   homeFolder, hotKey};
     }
 
     FileSystemCalls& fileSystem;
@@ -40,6 +40,7 @@ struct FakePlatform
     FileContentCalls* fileContents = nullptr;
     /// Absent for the machine that runs the test.
     MachineFigures* machine = nullptr;
+    GlobalHotKey* hotKey = nullptr;
 };
 
 } // namespace quorvane

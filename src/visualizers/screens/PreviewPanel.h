@@ -5,6 +5,7 @@
 #include "JobRunner.h"
 #include "LockedFlag.h"
 #include "PreviewContent.h"
+#include "QuickLookPreview.h"
 
 #include <QPointer>
 #include <QTimer>
@@ -33,7 +34,7 @@ class PictureView;
 /// sound with controls, or a summary for the rest. Read in the background. Space, Esc anywhere in
 /// the window, the cross and the end of the window close it; the arrow keys lead on in the list
 /// that had the focus, else to the siblings of the selection. Main thread.
-class PreviewPanel : public QWidget
+class PreviewPanel : public QWidget, public QuickLookPanel
 {
     Q_OBJECT
 
@@ -43,8 +44,9 @@ public:
     ~PreviewPanel() override;
 
     /// Shows what QuickLookPreview holds.
-    void bringToFront();
-    void closePanel();
+    void bringToFront() override;
+    void closePanel() override;
+    bool isOnShow() const override { return !isHidden(); }
     /// What shows now; a summary until the file is read.
     PreviewContent::Kind shownKind() const { return m_kind; }
     bool isReading() const { return m_isReading; }

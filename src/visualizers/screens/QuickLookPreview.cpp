@@ -24,6 +24,12 @@ void QuickLookPreview::show(const FilePath& url)
     }
 }
 
+void QuickLookPreview::show(const FilePath& url, QuickLookPanel& panel)
+{
+    m_url = url;
+    panel.bringToFront();
+}
+
 void QuickLookPreview::toggle(const FileNode& node)
 {
     if (m_panel != nullptr && m_panel->isOnShow() && m_url == node.path()) {

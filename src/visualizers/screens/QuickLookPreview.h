@@ -30,6 +30,8 @@ public:
     /// Stores the path and brings the panel to the front; without a panel it does nothing else.
     void show(const FileNode& node);
     void show(const FilePath& url);
+    /// Brings this panel to the front instead of the program's own.
+    void show(const FilePath& url, QuickLookPanel& panel);
 
     /// Closes the panel that shows this node already, else shows the node.
     void toggle(const FileNode& node);

@@ -35,7 +35,7 @@ void WindowPreview::closePanel()
 
 bool WindowPreview::isOnShow() const
 {
-    return m_panel && !m_panel->isHidden();
+    return m_panel && m_panel->isOnShow();
 }
 
 } // namespace quorvane
