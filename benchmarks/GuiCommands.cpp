@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "Command.h"
 #include "OutlineCommand.h"
+#include "OverlayCommand.h"
 #include "PaintCommand.h"
 #include "ReviewCommand.h"
 #include "WindowCommand.h"
@@ -11,7 +12,8 @@ namespace quorvane {
 
 std::span<const Command> guiCommands()
 {
-    static const std::array commands{outlineCommand, paintCommand, reviewCommand, windowCommand};
+    static const std::array commands{outlineCommand, overlayCommand, paintCommand, reviewCommand,
+                                     windowCommand};
     return commands;
 }
 

@@ -36,9 +36,7 @@ AppScreens AppScreens::standard()
         return new SearchView(state, parent);
     });
     screens.sections.add(AppSection::settings, [](AppState& state, QWidget* parent) -> QWidget* {
-        // No global hot key is registered so far.
-        const bool hasGlobalSearch = false;
-        return new SettingsView(state, hasGlobalSearch, parent);
+        return new SettingsView(state, parent);
     });
     return screens;
 }

@@ -3,17 +3,23 @@
 
 #include "AppVersion.h"
 #include "BrandMark.h"
+#include "Button.h"
 #include "Card.h"
 #include "Label.h"
 #include "Refresher.h"
+#include "SearchState.h"
 #include "SegmentedPicker.h"
 #include "SettingsChoices.h"
 #include "SettingsState.h"
 #include "Symbols.h"
 #include "Tokens.h"
 
+#include <QClipboard>
 #include <QCoreApplication>
+#include <QFontDatabase>
+#include <QGuiApplication>
 #include <QHBoxLayout>
+#include <QLabel>
 #include <QPainter>
 #include <QScrollArea>
 #include <QVBoxLayout>
@@ -123,6 +129,85 @@ void addTextCard(Page& page, const QString& title, const char* symbol, const QSt
     card->addWidget(label);
 }
 
+/// What calls the floating search, as it is now.
+QString callText(const SearchState& search)
+{
+    switch (search.hotKeyState.value()) {
+    case GlobalHotKey::State::inForce: {
+        const QString trigger = search.hotKeyTrigger.value();
+        return translated("Press %1 in any app for floating search.")
+            .arg(trigger.isEmpty() ? QStringLiteral("⌘⇧Space") : trigger);
+    }
+    case GlobalHotKey::State::askable:
+        return translated("This desktop gives out a key for floating search once you agree.");
+    case GlobalHotKey::State::taken:
+        return search.isInstanceReachable.value()
+                   ? translated("Another program holds ⌘⇧Space. In the desktop's settings, bind a "
+                                "key of your own to this command:")
+                   : translated("Another program holds ⌘⇧Space. Floating search opens from the "
+                                "Search menu.");
+    case GlobalHotKey::State::none:
+        break;
+    }
+    return search.isInstanceReachable.value()
+               ? translated("This desktop gives no keys to programs. In its settings, bind one to "
+                            "this command:")
+               : translated("This desktop gives no keys to programs. Floating search opens from "
+                            "the Search menu.");
+}
+
+/// A line to bind to a key, ready to copy.
+QWidget* makeCommandLine(const QString& command)
+{
+    auto* const line = new QWidget;
+    line->setObjectName(QStringLiteral("searchCommand"));
+    auto* const row = new QHBoxLayout(line);
+    row->setContentsMargins(0, spacing::m, 0, 0);
+    auto* const words = new QLabel(command);
+    words->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
+    words->setTextInteractionFlags(Qt::TextSelectableByMouse);
+    row->addWidget(words, 1);
+    auto* const copy = new Button(QStringLiteral("doc.on.clipboard"), translated("Copy"));
+    copy->setObjectName(QStringLiteral("copySearchCommand"));
+    copy->setAccessibleName(translated("Copy Command"));
+    QObject::connect(copy, &QAbstractButton::clicked, copy,
+                     [command] { QGuiApplication::clipboard()->setText(command); });
+    row->addWidget(copy);
+    return line;
+}
+
+void addSearchCard(Page& page, SearchState& search)
+{
+    QVBoxLayout* const card =
+        page.addCard(translated("Global search"), QStringLiteral("magnifyingglass"), spacing::l,
+                     spacing::l, spacing::l);
+    auto* const text = new Label({}, TextStyle::body, ThemeColor::text2);
+    text->setObjectName(QStringLiteral("searchCallText"));
+    text->setWordWrap(true);
+    card->addWidget(text);
+    QWidget* const command = makeCommandLine(QStringLiteral("quorvane --search"));
+    card->addWidget(command);
+    auto* const ask = new Button(translated("Choose Key…"));
+    ask->setObjectName(QStringLiteral("askForHotKey"));
+    QObject::connect(ask, &QAbstractButton::clicked, ask, [&search] { search.askForHotKey(); });
+    auto* const askLine = new QHBoxLayout;
+    askLine->setContentsMargins(0, 0, 0, 0);
+    askLine->addWidget(ask);
+    askLine->addStretch();
+    card->addLayout(askLine);
+    auto* const refresher = new Refresher(text, [&search, text, command, ask, askLine] {
+        const GlobalHotKey::State state = search.hotKeyState.value();
+        const bool isAskable = state == GlobalHotKey::State::askable;
+        text->setText(callText(search));
+        command->setVisible(state != GlobalHotKey::State::inForce && !isAskable &&
+                            search.isInstanceReachable.value());
+        ask->setVisible(isAskable);
+        askLine->setContentsMargins(0, isAskable ? spacing::m : 0, 0, 0);
+    });
+    refresher->watch(search.hotKeyState, search.hotKeyTrigger, search.isInstanceReachable);
+    refresher->refreshNow();
+}
+
 void addThemeCard(Page& page, SettingsState& state, std::vector<std::function<void()>>& refresh)
 {
     auto* const picker = new SegmentedPicker(translated("Theme"));
@@ -178,13 +263,10 @@ void addPaletteCard(Page& page, SettingsState& state, std::vector<std::function<
 
 } // namespace
 
-QWidget* makeGeneralPage(bool hasGlobalSearch)
+QWidget* makeGeneralPage(SearchState& search)
 {
     auto* const page = new Page("settingsGeneral");
-    if (hasGlobalSearch) {
-        addTextCard(*page, translated("Global search"), "magnifyingglass",
-                    translated("Press ⌘⇧Space in any app for floating search."));
-    }
+    addSearchCard(*page, search);
     addTextCard(*page, translated("Privacy"), "hand.raised",
                 translated("Everything runs locally. Scans, snapshots and trashes never leave this "
                            "machine."));

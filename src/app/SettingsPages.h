@@ -7,10 +7,11 @@ class QWidget;
 
 namespace quorvane {
 
+class SearchState;
 class SettingsState;
 
 /// The pages of the settings. Each scrolls by itself where the window is low; the caller owns it.
-QWidget* makeGeneralPage(bool hasGlobalSearch);
+QWidget* makeGeneralPage(SearchState& search);
 QWidget* makeAppearancePage(SettingsState& state);
 QWidget* makeAboutPage();
 

@@ -6,6 +6,7 @@
 #include "NavigationRow.h"
 #include "NavigationState.h"
 #include "ScreenHeader.h"
+#include "SearchState.h"
 #include "SettingsPages.h"
 #include "SettingsState.h"
 #include "Tokens.h"
@@ -50,13 +51,13 @@ QString systemImage(SettingsCategory category)
     return QStringLiteral("info.circle");
 }
 
-SettingsView::SettingsView(AppState& state, bool hasGlobalSearch, QWidget* parent)
+SettingsView::SettingsView(AppState& state, QWidget* parent)
     : QWidget(parent)
     , m_navigation(NavigationState::of(state))
     , m_pages(new QStackedWidget(this))
 {
     setObjectName(QStringLiteral("settingsView"));
-    m_pages->addWidget(makeGeneralPage(hasGlobalSearch));
+    m_pages->addWidget(makeGeneralPage(SearchState::of(state)));
     m_pages->addWidget(makeAppearancePage(SettingsState::of(state)));
     m_pages->addWidget(makeAboutPage());
 

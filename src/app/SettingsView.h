@@ -31,8 +31,7 @@ class SettingsView : public QWidget
     Q_OBJECT
 
 public:
-    /// hasGlobalSearch: whether the program answers the hot key of the floating search.
-    SettingsView(AppState& state, bool hasGlobalSearch, QWidget* parent = nullptr);
+    explicit SettingsView(AppState& state, QWidget* parent = nullptr);
 
     SettingsCategory selectedCategory() const { return m_selectedCategory; }
     void setSelectedCategory(SettingsCategory category);

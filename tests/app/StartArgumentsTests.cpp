@@ -101,5 +101,19 @@ TEST(StartArguments, HelpAndVersionAreAnswered)
     EXPECT_NE(StartArguments::usage().find("quorvane [FOLDER]"), std::string::npos);
 }
 
+TEST(StartArguments, TheSearchIsOpenedWithAFolderOrWithout)
+{
+    EXPECT_FALSE(StartArguments::parse({"folder"}, FilePath("/home")).opensSearch);
+    const StartArguments alone = StartArguments::parse({"--search"}, FilePath("/home"));
+    EXPECT_EQ(alone.action, StartArguments::Action::run);
+    EXPECT_TRUE(alone.opensSearch);
+    EXPECT_FALSE(alone.folder.has_value());
+    const StartArguments both = StartArguments::parse({"--search", "x"}, FilePath("/home"));
+    EXPECT_TRUE(both.opensSearch);
+    EXPECT_EQ(both.folder, FilePath("/home/x"));
+    EXPECT_EQ(StartArguments::parse({"--", "--search"}, FilePath("/home")).folder,
+              FilePath("/home/--search"));
+}
+
 } // namespace
 } // namespace quorvane

@@ -2,13 +2,19 @@
 #include "AppVersion.h"
 #include "Button.h"
 #include "Dialog.h"
+#include "GlobalSearch.h"
 #include "ProgramFixture.h"
+#include "ScriptedHotKey.h"
 #include "TreeText.h"
 
 #include <QAction>
 #include <QFileOpenEvent>
+#include <QLineEdit>
+#include <QMetaObject>
+#include <QTimer>
 
 #include <chrono>
+#include <functional>
 #include <string>
 
 namespace quorvane {
@@ -56,6 +62,64 @@ TEST_F(LifeCycle, TheProcessOutlivesItsWindowOnlyWithAHotKey)
     start();
     EXPECT_TRUE(m_program->appDelegate().applicationShouldTerminateAfterLastWindowClosed(false));
     EXPECT_FALSE(m_program->appDelegate().applicationShouldTerminateAfterLastWindowClosed(true));
+}
+
+TEST_F(LifeCycle, AKeyInForceKeepsTheProcessAndCallsItBack)
+{
+    ScriptedHotKey key(GlobalHotKey::State::inForce);
+    m_platform.hotKey = &key;
+    m_program = std::make_unique<QuorvaneApp>(*qApp, m_platform.platform(), AppScreens::standard());
+    EXPECT_FALSE(QApplication::quitOnLastWindowClosed());
+    m_program->showWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(&window(), patience));
+    find<QAction>("closeWindowAction")->trigger();
+    EXPECT_FALSE(window().isVisible());
+    key.press();
+    EXPECT_TRUE(GlobalSearch::shared().isVisible());
+    key.press();
+    EXPECT_FALSE(GlobalSearch::shared().isVisible());
+    key.become(GlobalHotKey::State::taken);
+    EXPECT_TRUE(QApplication::quitOnLastWindowClosed());
+    m_program->setReachable();
+    EXPECT_FALSE(QApplication::quitOnLastWindowClosed());
+    m_program.reset();
+}
+
+TEST_F(LifeCycle, ALaterStartIsServedByTheFirst)
+{
+    start();
+    m_program->setReachable();
+    window().close();
+    m_program->serve({{}, true, {}});
+    EXPECT_TRUE(GlobalSearch::shared().isVisible());
+    EXPECT_FALSE(window().isVisible());
+    m_program->serve({});
+    EXPECT_TRUE(window().isVisible());
+    m_program->serve({m_disk.path("other"), false, {}});
+    ASSERT_TRUE(waitUntilShown("visualizerHost"));
+    EXPECT_EQ(state().rootNode.value()->path(), m_disk.path("other"));
+}
+
+TEST_F(LifeCycle, AnUnreachableProgramThatIsToSearchShowsItsWindowToo)
+{
+    start();
+    window().close();
+    m_program->serve({{}, true, {}});
+    EXPECT_TRUE(GlobalSearch::shared().isVisible());
+    EXPECT_TRUE(window().isVisible());
+}
+
+TEST_F(LifeCycle, TheToolBarsFieldHandsOverToTheOverlay)
+{
+    start();
+    click("searchBar");
+    ASSERT_TRUE(waitFor([] { return GlobalSearch::shared().isVisible(); }));
+    EXPECT_TRUE(find<QLineEdit>("searchBar")->text().isEmpty());
+    GlobalSearch::shared().close();
+    find<QAction>("spotlightSearchAction")->trigger();
+    EXPECT_TRUE(GlobalSearch::shared().isVisible());
+    find<QAction>("spotlightSearchAction")->trigger();
+    EXPECT_FALSE(GlobalSearch::shared().isVisible());
 }
 
 TEST_F(LifeCycle, ClosingTheWindowLeavesTheScanRunning)
@@ -148,6 +212,63 @@ TEST_F(ClosingDuringABatch, ThePersonMayStayAfterAll)
     m_trashGate.open();
     EXPECT_TRUE(waitFor([this] { return !state().isTrashingStaged.value(); }));
     QCoreApplication::processEvents();
+    EXPECT_TRUE(window().isVisible());
+}
+
+/// Runs the program until it ends, or to 1 when it does not. meets is asked about once a
+/// millisecond until it holds.
+int runUntilQuit(const std::function<bool()>& meets)
+{
+    constexpr int patienceMs = 30'000;
+    QTimer poll;
+    QObject::connect(&poll, &QTimer::timeout, &poll, [&] {
+        if (meets()) {
+            poll.stop();
+        }
+    });
+    poll.start(1);
+    QTimer deadline;
+    deadline.setSingleShot(true);
+    QObject::connect(&deadline, &QTimer::timeout, &deadline, [] { QApplication::exit(1); });
+    deadline.start(patienceMs);
+    return QApplication::exec();
+}
+
+TEST_F(ClosingDuringABatch, AQuitThatItHoldsUpIsCarriedOutAfterIt)
+{
+    startBatch();
+    find<QAction>("quitAction")->trigger();
+    const int result = runUntilQuit([this] {
+        const bool isHeldUp = farewell() != nullptr && farewell()->isVisible();
+        if (isHeldUp) {
+            m_trashGate.open();
+        }
+        return isHeldUp;
+    });
+    EXPECT_EQ(result, 0);
+    EXPECT_FALSE(state().isTrashingStaged.value());
+}
+
+TEST_F(ClosingDuringABatch, AQuitThatIsTakenBackIsNotCarriedOut)
+{
+    constexpr int stillRunning = 7;
+    startBatch();
+    find<QAction>("quitAction")->trigger();
+    bool isTakenBack = false;
+    const int result = runUntilQuit([&] {
+        if (!isTakenBack && farewell() != nullptr && farewell()->isVisible()) {
+            farewell()->findChild<Button*>()->click();
+            m_trashGate.open();
+            isTakenBack = true;
+        }
+        const bool isOver = isTakenBack && !state().isTrashingStaged.value();
+        if (isOver) {
+            QMetaObject::invokeMethod(
+                qApp, [] { QApplication::exit(stillRunning); }, Qt::QueuedConnection);
+        }
+        return isOver;
+    });
+    EXPECT_EQ(result, stillRunning);
     EXPECT_TRUE(window().isVisible());
 }
 

@@ -5,14 +5,18 @@
 #include "Label.h"
 #include "NavigationRow.h"
 #include "ProgramFixture.h"
+#include "ScriptedHotKey.h"
 #include "SegmentedPicker.h"
 #include "SettingsChoices.h"
 #include "SettingsPages.h"
 #include "SettingsView.h"
 #include "Theme.h"
 
+#include <QClipboard>
+#include <QGuiApplication>
 #include <QLabel>
 
+#include <memory>
 #include <string>
 
 namespace quorvane {
@@ -52,12 +56,68 @@ TEST_F(Settings, OpenOnTheGeneralPage)
     EXPECT_TRUE(texts.contains(QStringLiteral(
         "Everything runs locally. Scans, snapshots and trashes never leave this machine.")));
     EXPECT_TRUE(isShown("symbol.hand.raised"));
-    EXPECT_FALSE(texts.contains(QStringLiteral("Global search"))) << "nobody answers its key";
-    const std::unique_ptr<QWidget> page(makeGeneralPage(true));
-    EXPECT_TRUE(labels(*page).contains(QStringLiteral("Global search")));
-    EXPECT_TRUE(
-        labels(*page).contains(QStringLiteral("Press ⌘⇧Space in any app for floating search.")));
-    EXPECT_NE(page->findChild<QWidget*>(QStringLiteral("symbol.magnifyingglass")), nullptr);
+    EXPECT_TRUE(texts.contains(QStringLiteral("Global search")));
+    EXPECT_TRUE(isShown("symbol.magnifyingglass"));
+}
+
+/// The card "Global search" on a desktop that the test is.
+class SettingsOfSearch : public ProgramFixture
+{
+protected:
+    void openWith(GlobalHotKey::State state)
+    {
+        m_key = std::make_unique<ScriptedHotKey>(state);
+        m_platform.hotKey = m_key.get();
+        start();
+        this->state().openSettings();
+        ASSERT_TRUE(waitUntilShown("searchCallText"));
+    }
+    /// The program ends before its key.
+    ~SettingsOfSearch() override { m_program.reset(); }
+
+    QString text() { return find<QLabel>("searchCallText")->text(); }
+    bool becomes(const char* shown)
+    {
+        return waitFor([&] { return text() == QString::fromUtf8(shown); });
+    }
+
+    std::unique_ptr<ScriptedHotKey> m_key;
+};
+
+TEST_F(SettingsOfSearch, TellTheKeyThatIsInForce)
+{
+    openWith(GlobalHotKey::State::inForce);
+    EXPECT_EQ(text(), QStringLiteral("Press ⌘⇧Space in any app for floating search."));
+    EXPECT_FALSE(isShown("searchCommand"));
+    EXPECT_FALSE(isShown("askForHotKey"));
+    m_key->chosen = "Meta+F1";
+    m_key->become(GlobalHotKey::State::inForce);
+    EXPECT_TRUE(becomes("Press Meta+F1 in any app for floating search."));
+}
+
+TEST_F(SettingsOfSearch, HaveTheDesktopAskForAKey)
+{
+    openWith(GlobalHotKey::State::askable);
+    EXPECT_FALSE(isShown("searchCommand"));
+    click("askForHotKey");
+    EXPECT_EQ(m_key->asked, 1);
+    m_key->become(GlobalHotKey::State::inForce);
+    EXPECT_TRUE(becomes("Press ⌘⇧Space in any app for floating search."));
+    EXPECT_FALSE(isShown("askForHotKey"));
+}
+
+TEST_F(SettingsOfSearch, OfferTheCommandWhereNoKeyIsGivenOut)
+{
+    openWith(GlobalHotKey::State::none);
+    EXPECT_FALSE(isShown("searchCommand"));
+    m_program->setReachable();
+    ASSERT_TRUE(waitUntilShown("searchCommand"));
+    click("copySearchCommand");
+    EXPECT_EQ(QGuiApplication::clipboard()->text(), QStringLiteral("quorvane --search"));
+    m_key->become(GlobalHotKey::State::taken);
+    EXPECT_TRUE(becomes("Another program holds ⌘⇧Space. In the desktop's settings, bind a key of "
+                        "your own to this command:"));
+    EXPECT_TRUE(isShown("searchCommand"));
 }
 
 TEST_F(Settings, ListTheirCategories)

@@ -68,11 +68,10 @@ FilterBar::FilterBar(QWidget* parent)
             Qt::QueuedConnection);
     setFixedHeight(barHeight + 1);
     auto* const line = new QHBoxLayout(this);
-    line->setContentsMargins(sides, 0, spacing::s, 1);
+    line->setContentsMargins(sides, 0, spacing::xs, 1);
     line->setSpacing(spacing::s);
     m_chips->setSpacing(spacing::s);
     line->addLayout(m_chips);
-    line->addSpacing(chipGap);
     line->addWidget(m_status);
     line->addStretch();
     line->addWidget(m_open);

@@ -50,6 +50,7 @@ constexpr int fieldLeft = 8;
 constexpr int noFocusRing = -1;
 constexpr int symbolSide = 18;
 constexpr int helpWordsWidth = 540;
+constexpr int emptyWordsHeight = 184;
 constexpr int markSide = 18;
 
 std::int64_t nowMs()
@@ -196,14 +197,20 @@ FilterHelp* SearchOverlayRoot::makeHelp(QWidget* parent)
 QWidget* SearchOverlayRoot::makeMainArea()
 {
     auto* const area = new QWidget(this);
+    // The help above takes what room it needs.
+    area->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Ignored);
     m_area = new QStackedLayout(area);
     m_searching = new QWidget(area);
     auto* const middle = new QVBoxLayout(m_searching);
     auto* const spinner = new Spinner(tr("Searching…"), m_searching);
     middle->addWidget(spinner, 0, Qt::AlignCenter);
     m_area->addWidget(m_searching);
-    makeList(area);
-    m_area->addWidget(m_list);
+    m_results = new QWidget(area);
+    auto* const inside = new QVBoxLayout(m_results);
+    inside->setContentsMargins(0, spacing::s, 0, 0);
+    makeList(m_results);
+    inside->addWidget(m_list);
+    m_area->addWidget(m_results);
     m_noMatches = new EmptyState(QStringLiteral("questionmark.folder"), {},
                                  tr("Try a different keyword or search scope (⇥)"), area);
     m_noMatches->setObjectName(QStringLiteral("overlayNoMatches"));
@@ -246,9 +253,11 @@ QWidget* SearchOverlayRoot::makeEmptyState()
            "to scope the search to Home, Downloads, Documents, or any sub-folder."),
         page);
     words->setTextWidth(helpWordsWidth);
-    column->addWidget(words, 1);
+    words->setFixedHeight(emptyWordsHeight);
+    column->addWidget(words);
     m_emptyHelp = makeHelp(page);
     column->addWidget(m_emptyHelp);
+    column->addStretch();
     return page;
 }
 
@@ -643,10 +652,10 @@ void SearchOverlayRoot::refreshArea(const ParsedSearch& query)
     if (m_isSearching) {
         page = m_searching;
     } else if (!this->query().isEmpty()) {
-        page = results().empty() ? static_cast<QWidget*>(m_noMatches) : m_list;
+        page = results().empty() ? static_cast<QWidget*>(m_noMatches) : m_results;
         m_noMatches->setHeading(tr("No matches for “%1”").arg(this->query()));
     } else if (effectiveScope(query) != FilePath("/") && !results().empty()) {
-        page = m_list;
+        page = m_results;
     }
     m_area->setCurrentWidget(page);
 }

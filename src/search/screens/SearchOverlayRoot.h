@@ -125,6 +125,7 @@ private:
     FilterHelp* m_help = nullptr;
     QStackedLayout* m_area = nullptr;
     QWidget* m_searching = nullptr;
+    QWidget* m_results = nullptr;
     ResultList* m_list = nullptr;
     EmptyState* m_noMatches = nullptr;
     QWidget* m_empty = nullptr;
