@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "JsonPreferences.h"
 
-#include <QDeadlineTimer>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -13,6 +12,7 @@
 #include <sys/file.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <functional>
 #include <system_error>
@@ -22,7 +22,10 @@ namespace quorvane {
 namespace {
 
 constexpr QLatin1String dataKey("data");
-constexpr std::chrono::milliseconds lockPollInterval{1};
+/// A lock is mostly held for as long as one writing takes. A holder that hangs is asked for less
+/// and less often.
+constexpr std::chrono::milliseconds minLockPollInterval{1};
+constexpr std::chrono::milliseconds maxLockPollInterval{100};
 
 QString text(std::string_view key)
 {
@@ -67,18 +70,18 @@ std::optional<PreferenceValue> fromObject(const QJsonObject& object)
 class LockedFolder
 {
 public:
-    /// Goes on without the lock when the folder is not there, when its file system has no locks,
-    /// and when another process keeps it for longer than patience. isHeld is called when another
-    /// process is found to have it.
-    LockedFolder(const QString& path, std::chrono::milliseconds patience,
-                 const std::function<void()>& isHeld)
+    /// waitsOn is called whenever another process is found to have the lock, and lets some time
+    /// pass; false from it ends the waiting. A folder that is not there and a file system without
+    /// locks leave nothing to wait for.
+    LockedFolder(const QString& path, const std::function<bool()>& waitsOn)
         : m_folder(open(QFile::encodeName(path).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC))
     {
-        const QDeadlineTimer deadline(patience);
         while (m_folder >= 0 && flock(m_folder, LOCK_EX | LOCK_NB) != 0 &&
-               (errno == EWOULDBLOCK || errno == EINTR) && !deadline.hasExpired()) {
-            isHeld();
-            std::this_thread::sleep_for(lockPollInterval);
+               (errno == EWOULDBLOCK || errno == EINTR)) {
+            if (!waitsOn()) {
+                m_isHeldElsewhere = true;
+                return;
+            }
         }
     }
     LockedFolder(const LockedFolder&) = delete;
@@ -92,6 +95,9 @@ public:
         }
     }
 
+    /// Another process has the lock still.
+    bool isHeldElsewhere() const { return m_isHeldElsewhere; }
+
     /// A rename is only safe against a power cut when the folder that holds it is synced as well.
     void sync() const
     {
@@ -102,26 +108,29 @@ public:
 
 private:
     int m_folder;
+    bool m_isHeldElsewhere = false;
 };
 
 } // namespace
 
-JsonPreferences::JsonPreferences(QString filePath, std::chrono::milliseconds lockPatience)
+JsonPreferences::JsonPreferences(QString filePath, std::chrono::milliseconds finalLockWait)
     : m_filePath(std::move(filePath))
-    , m_lockPatience(lockPatience)
+    , m_finalLockWait(finalLockWait)
 {
     readFile(m_values);
 }
 
 JsonPreferences::~JsonPreferences()
 {
-    {
-        const std::lock_guard guard(m_lock);
-        m_isEnding = true;
-    }
+    std::unique_lock guard(m_lock);
+    giveLockUpIn(m_finalLockWait);
+    m_isEnding = true;
     m_changed.notify_all();
     if (m_writer.joinable()) {
+        guard.unlock();
         m_writer.join();
+    } else if (!m_unwritten.isEmpty()) {
+        writeChanges(guard, std::nullopt);
     }
 }
 
@@ -173,7 +182,7 @@ bool JsonPreferences::setValue(std::string_view key, const PreferenceValue& valu
     m_values.insert(text(key), json);
     const std::uint64_t change = ++m_lastChange;
     if (!startWriter()) {
-        writeChanges(guard, maxLockWait);
+        writeChanges(guard, QDeadlineTimer(maxLockWait));
         return m_wasWritten;
     }
     m_changed.notify_all();
@@ -189,7 +198,17 @@ bool JsonPreferences::setValue(std::string_view key, const PreferenceValue& valu
 bool JsonPreferences::finish(std::chrono::milliseconds atMost)
 {
     std::unique_lock guard(m_lock);
+    giveLockUpIn(atMost / 2);
+    m_changed.notify_all();
     return m_tried.wait_for(guard, atMost, [this] { return m_lastTried == m_lastChange; });
+}
+
+/// Under the lock: the program ends. What another process still holds by then is written all the
+/// same, since no later attempt could make up for it.
+void JsonPreferences::giveLockUpIn(std::chrono::milliseconds wait)
+{
+    const QDeadlineTimer deadline(wait);
+    m_lockGivenUp = m_lockGivenUp ? std::min(*m_lockGivenUp, deadline) : deadline;
 }
 
 /// Under the lock. False when the system grants no thread: the caller writes then.
@@ -214,19 +233,20 @@ void JsonPreferences::serveChanges()
         if (m_lastTried == m_lastChange) {
             return;
         }
-        writeChanges(guard, m_lockPatience);
+        writeChanges(guard, std::nullopt);
     }
 }
 
-/// Writes what is unwritten; the guard is let go of meanwhile.
+/// Writes what is unwritten; the guard is let go of meanwhile. Nothing is written when another
+/// process keeps the lock up to the deadline.
 void JsonPreferences::writeChanges(std::unique_lock<std::mutex>& guard,
-                                   std::chrono::milliseconds patience)
+                                   std::optional<QDeadlineTimer> deadline)
 {
     const std::uint64_t change = m_lastChange;
     const QJsonObject changes = m_unwritten;
     QJsonObject values = m_values;
     guard.unlock();
-    const bool isWritten = writeThrough(changes, values, patience);
+    const bool isWritten = writeThrough(changes, values, deadline);
     guard.lock();
     for (auto entry = changes.constBegin(); isWritten && entry != changes.constEnd(); ++entry) {
         if (m_unwritten.value(entry.key()) == entry.value()) {
@@ -245,11 +265,19 @@ void JsonPreferences::writeChanges(std::unique_lock<std::mutex>& guard,
 
 /// Puts the changes into what the file holds by now; values becomes that.
 bool JsonPreferences::writeThrough(const QJsonObject& changes, QJsonObject& values,
-                                   std::chrono::milliseconds patience)
+                                   const std::optional<QDeadlineTimer>& deadline)
 {
     const QString folder = QFileInfo(m_filePath).path();
     QDir().mkpath(folder);
-    const LockedFolder locked(folder, patience, [this] { tellHeldUp(); });
+    std::chrono::milliseconds interval = minLockPollInterval;
+    const LockedFolder locked(folder, [&] {
+        const bool waits = awaitNextPoll(interval, deadline);
+        interval = std::min(2 * interval, maxLockPollInterval);
+        return waits;
+    });
+    if (locked.isHeldElsewhere() && !isLockGivenUp()) {
+        return false;
+    }
     // Another process of ours may have written meanwhile: only the keys set here are ours to
     // change.
     QJsonObject onDisk;
@@ -269,13 +297,25 @@ bool JsonPreferences::writeThrough(const QJsonObject& changes, QJsonObject& valu
     return true;
 }
 
-void JsonPreferences::tellHeldUp()
+/// Another process has the lock: lets callers go on, and the interval pass. False when the lock is
+/// not to be waited for any longer.
+bool JsonPreferences::awaitNextPoll(std::chrono::milliseconds interval,
+                                    const std::optional<QDeadlineTimer>& deadline)
 {
-    {
-        const std::lock_guard guard(m_lock);
-        m_isHeldUp = true;
-    }
+    std::unique_lock guard(m_lock);
+    m_isHeldUp = true;
     m_tried.notify_all();
+    if ((deadline && deadline->hasExpired()) || (m_lockGivenUp && m_lockGivenUp->hasExpired())) {
+        return false;
+    }
+    m_changed.wait_for(guard, interval);
+    return true;
+}
+
+bool JsonPreferences::isLockGivenUp()
+{
+    const std::lock_guard guard(m_lock);
+    return m_lockGivenUp && m_lockGivenUp->hasExpired();
 }
 
 bool JsonPreferences::keepBrokenFileAside() const

@@ -4,6 +4,7 @@
 #include "ChooserPortal.h"
 #include "DialogFolderChooser.h"
 #include "DiskTree.h"
+#include "SessionBus.h"
 #include "WaitFor.h"
 
 #include <gtest/gtest.h>
@@ -58,11 +59,12 @@ protected:
     bool servePortal()
     {
         m_portal.bus = QDBusConnection::connectToBus(QDBusConnection::SessionBus, m_busName);
-        return m_portal.bus.isConnected() &&
-               m_portal.bus.registerService(QStringLiteral("org.freedesktop.portal.Desktop")) &&
-               m_portal.bus.registerObject(
-                   QStringLiteral("/org/freedesktop/portal/desktop"), &m_portal,
-                   QDBusConnection::ExportAllSlots | QDBusConnection::ExportAllProperties);
+        return standsOnABus(
+            m_portal.bus.isConnected() &&
+            m_portal.bus.registerService(QStringLiteral("org.freedesktop.portal.Desktop")) &&
+            m_portal.bus.registerObject(
+                QStringLiteral("/org/freedesktop/portal/desktop"), &m_portal,
+                QDBusConnection::ExportAllSlots | QDBusConnection::ExportAllProperties));
     }
 
     void choose()

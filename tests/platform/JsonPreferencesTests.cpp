@@ -18,7 +18,9 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <chrono>
+#include <functional>
 #include <latch>
 #include <map>
 #include <string>
@@ -249,8 +251,32 @@ TEST(JsonPreferences, WriterThatDiesInTheMiddleHoldsNobodyUp)
     EXPECT_EQ(readAnew(disk, "b"), PreferenceValue(true));
 }
 
-/// A patience that no test outlives.
+/// Longer than any test.
 constexpr std::chrono::hours forEver{1};
+
+/// What a change may hold the window up while another process has the lock.
+constexpr std::chrono::milliseconds promisedWait{50};
+static_assert(JsonPreferences::maxLockWait < promisedWait, "the rest is for waking up");
+
+TEST(JsonPreferences, HeldLockHoldsACallerUpNoLongerThanPromised)
+{
+    // A change waits for two threads to be woken. On a busy machine each of them may have to wait
+    // for the time slices of the others, some ten milliseconds; hardly ever in every round.
+    constexpr std::chrono::milliseconds schedulingSlack{50};
+    constexpr int rounds = 10;
+    const DiskTree disk;
+    JsonPreferences(fileIn(disk)).setValue("before", true);
+    const int held = lockFolderOf(fileIn(disk));
+    JsonPreferences store(fileIn(disk), forEver);
+    auto shortest = std::chrono::steady_clock::duration::max();
+    for (int round = 0; round < rounds; ++round) {
+        const auto begin = std::chrono::steady_clock::now();
+        EXPECT_TRUE(store.setValue("a", QString::number(round)));
+        shortest = std::min(shortest, std::chrono::steady_clock::now() - begin);
+    }
+    EXPECT_LT(shortest, promisedWait + schedulingSlack);
+    close(held);
+}
 
 TEST(JsonPreferences, HeldLockHoldsNoCallerUpAndLosesNoChange)
 {
@@ -263,7 +289,6 @@ TEST(JsonPreferences, HeldLockHoldsNoCallerUpAndLosesNoChange)
     EXPECT_TRUE(store.setValue("b", true));
     EXPECT_TRUE(store.setValue("a", QStringLiteral("last")));
     EXPECT_EQ(store.value("a"), PreferenceValue(QStringLiteral("last")));
-    EXPECT_FALSE(store.finish(std::chrono::milliseconds(0)));
     EXPECT_EQ(readAnew(disk, "a"), std::nullopt);
     close(held);
     ASSERT_TRUE(store.finish(forEver));
@@ -287,6 +312,23 @@ TEST(JsonPreferences, EndOfTheStoreWaitsForWhatIsNotYetWritten)
     EXPECT_EQ(readAnew(disk, "a"), PreferenceValue(true));
 }
 
+TEST(JsonPreferences, WhileTheProgramRunsNothingIsWrittenBehindAHeldLock)
+{
+    DiskTree disk;
+    JsonPreferences(fileIn(disk)).setValue("before", true);
+    const int held = lockFolderOf(fileIn(disk));
+    JsonPreferences store(fileIn(disk), std::chrono::milliseconds(0));
+    EXPECT_TRUE(store.setValue("ours", true));
+    EXPECT_EQ(readAnew(disk, "ours"), std::nullopt);
+    // What the holder has made of the file it read before.
+    disk.fileWithContents("config/Quorvane/preferences.json", R"({"before":true,"theirs":true})");
+    close(held);
+    ASSERT_TRUE(store.finish(forEver));
+    EXPECT_EQ(readAnew(disk, "ours"), PreferenceValue(true));
+    EXPECT_EQ(readAnew(disk, "theirs"), PreferenceValue(true));
+    EXPECT_EQ(readAnew(disk, "before"), PreferenceValue(true));
+}
+
 TEST(JsonPreferences, WriterThatHangsForGoodIsPassedByInTheEnd)
 {
     const DiskTree disk;
@@ -295,20 +337,65 @@ TEST(JsonPreferences, WriterThatHangsForGoodIsPassedByInTheEnd)
     {
         JsonPreferences store(fileIn(disk), std::chrono::milliseconds(0));
         EXPECT_TRUE(store.setValue("b", true));
+        EXPECT_EQ(readAnew(disk, "b"), std::nullopt);
     }
     EXPECT_EQ(readAnew(disk, "b"), PreferenceValue(true));
     close(hanging);
 }
 
-TEST(JsonPreferences, WhereNoThreadCanBeHadTheCallerWrites)
+TEST(JsonPreferences, WriterThatHangsForGoodIsPassedByAtAnEndWithoutDestructors)
 {
-    asUnprivilegedUser([] {
-        const DiskTree disk;
+    const DiskTree disk;
+    JsonPreferences(fileIn(disk)).setValue("a", true);
+    const int hanging = lockFolderOf(fileIn(disk));
+    JsonPreferences store(fileIn(disk), forEver);
+    EXPECT_TRUE(store.setValue("b", true));
+    store.finish(std::chrono::milliseconds(2));
+    // The earlier end counts.
+    ASSERT_TRUE(store.finish(forEver));
+    EXPECT_EQ(readAnew(disk, "b"), PreferenceValue(true));
+    close(hanging);
+}
+
+/// Runs the test in a process that gets no further thread.
+void withoutThreads(const std::function<void()>& test)
+{
+    asUnprivilegedUser([&test] {
         const rlimit none{0, 0};
         ASSERT_EQ(setrlimit(RLIMIT_NPROC, &none), 0);
+        test();
+    });
+}
+
+TEST(JsonPreferences, WhereNoThreadCanBeHadTheCallerWrites)
+{
+    withoutThreads([] {
+        const DiskTree disk;
         JsonPreferences store(fileIn(disk));
         EXPECT_TRUE(store.setValue("a", true));
         EXPECT_EQ(readAnew(disk, "a"), PreferenceValue(true));
+    });
+}
+
+TEST(JsonPreferences, WhereNoThreadCanBeHadAHeldLockLeavesTheChangeToTheNextOneOrTheEnd)
+{
+    withoutThreads([] {
+        const DiskTree disk;
+        JsonPreferences(fileIn(disk)).setValue("before", true);
+        const int held = lockFolderOf(fileIn(disk));
+        {
+            JsonPreferences store(fileIn(disk), std::chrono::milliseconds(0));
+            EXPECT_FALSE(store.setValue("a", true));
+            EXPECT_EQ(readAnew(disk, "a"), std::nullopt);
+            flock(held, LOCK_UN);
+            EXPECT_TRUE(store.setValue("b", true));
+            EXPECT_EQ(readAnew(disk, "a"), PreferenceValue(true));
+            ASSERT_EQ(flock(held, LOCK_EX | LOCK_NB), 0);
+            EXPECT_FALSE(store.setValue("c", true));
+            EXPECT_EQ(readAnew(disk, "c"), std::nullopt);
+        }
+        EXPECT_EQ(readAnew(disk, "c"), PreferenceValue(true));
+        close(held);
     });
 }
 

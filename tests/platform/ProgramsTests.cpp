@@ -5,10 +5,14 @@
 
 #include <gtest/gtest.h>
 
+#include <signal.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <array>
+#include <cerrno>
+#include <chrono>
+#include <fstream>
 #include <string>
 #include <thread>
 
@@ -72,14 +76,61 @@ TEST(Programs, OutputWithoutEndIsGivenUp)
     EXPECT_FALSE(run({"cat", "/dev/zero"}).has_value());
 }
 
+/// A program that runs for ten minutes and tells its process.
+class LongProgram
+{
+public:
+    LongProgram() = default;
+    LongProgram(const LongProgram&) = delete;
+    LongProgram& operator=(const LongProgram&) = delete;
+    ~LongProgram()
+    {
+        if (m_process > 0 && !hasEnded()) {
+            kill(m_process, SIGKILL);
+        }
+    }
+
+    std::vector<std::string> arguments() const
+    {
+        return {"sh", "-c", R"(echo $$ >"$0.new" && mv "$0.new" "$0" && exec sleep 600)", file()};
+    }
+    void awaitStart()
+    {
+        const auto deadline = std::chrono::steady_clock::now() + patience;
+        while (m_process == 0 && std::chrono::steady_clock::now() < deadline) {
+            std::ifstream(file()) >> m_process;
+            std::this_thread::yield();
+        }
+    }
+    /// Nothing is left of the process: it has ended, and its end was waited for.
+    bool hasEnded() const { return m_process > 0 && kill(m_process, 0) != 0 && errno == ESRCH; }
+
+private:
+    std::string file() const { return m_disk.path("process").bytes(); }
+
+    DiskTree m_disk;
+    pid_t m_process = 0;
+};
+
 TEST(Programs, AProgramThatTakesTooLongIsEnded)
 {
-    EXPECT_FALSE(run({"sleep", "600"}, std::chrono::milliseconds(1)).has_value());
+    LongProgram program;
+    // Asked after every poll and before the time is compared: that is up by then.
+    EXPECT_FALSE(run(program.arguments(), std::chrono::milliseconds(1), [&] {
+                     program.awaitStart();
+                     return false;
+                 }).has_value());
+    EXPECT_TRUE(program.hasEnded());
 }
 
 TEST(Programs, ACancelEndsTheProgram)
 {
-    EXPECT_FALSE(run({"sleep", "600"}, patience, [] { return true; }).has_value());
+    LongProgram program;
+    EXPECT_FALSE(run(program.arguments(), patience, [&] {
+                     program.awaitStart();
+                     return true;
+                 }).has_value());
+    EXPECT_TRUE(program.hasEnded());
 }
 
 TEST(Programs, OurOwnProcessIsAmongThoseThatRun)

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "DesktopSettings.h"
 
+#include "SessionBus.h"
 #include "WaitFor.h"
 
 #include <gtest/gtest.h>
@@ -69,10 +70,11 @@ protected:
     bool serve()
     {
         m_portal.bus = QDBusConnection::connectToBus(QDBusConnection::SessionBus, m_busName);
-        return m_portal.bus.isConnected() &&
-               m_portal.bus.registerService(QStringLiteral("org.freedesktop.portal.Desktop")) &&
-               m_portal.bus.registerObject(QStringLiteral("/org/freedesktop/portal/desktop"),
-                                           &m_portal, QDBusConnection::ExportAllSlots);
+        return standsOnABus(
+            m_portal.bus.isConnected() &&
+            m_portal.bus.registerService(QStringLiteral("org.freedesktop.portal.Desktop")) &&
+            m_portal.bus.registerObject(QStringLiteral("/org/freedesktop/portal/desktop"),
+                                        &m_portal, QDBusConnection::ExportAllSlots));
     }
 
     /// The desktop tells another scheme; returns when the settings have heard of it, by a second
