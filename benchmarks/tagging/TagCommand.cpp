@@ -64,9 +64,11 @@ int runTag(const Arguments& arguments)
         return complain(fault->message, fault->code);
     }
     const NodePointer root = std::get<std::shared_ptr<FileTree>>(loaded)->rootPointer();
+    TagEngine::Options settings;
+    settings.volumes = TagEngine::volumesNow();
     const auto start = std::chrono::steady_clock::now();
     const std::clock_t processorStart = std::clock();
-    const TagMatches matches = TagEngine::scan(*rules, root, {}, [](double) {});
+    const TagMatches matches = TagEngine::scan(*rules, root, settings, [](double) {});
     const std::chrono::duration<double> seconds = std::chrono::steady_clock::now() - start;
     const double processor = static_cast<double>(std::clock() - processorStart) / CLOCKS_PER_SEC;
     print(matches, std::cout);

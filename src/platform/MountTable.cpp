@@ -14,7 +14,8 @@ namespace {
 
 /// File systems that a server holds, and those of FUSE that do so. Not 9p: virtual machines reach
 /// the disk of their own host by it.
-constexpr std::array<std::string_view, 20> remoteTypes{"afs",
+constexpr std::array<std::string_view, 26> remoteTypes{"afs",
+                                                       "beegfs",
                                                        "ceph",
                                                        "cifs",
                                                        "coda",
@@ -24,16 +25,27 @@ constexpr std::array<std::string_view, 20> remoteTypes{"afs",
                                                        "fuse.davfs",
                                                        "fuse.gcsfuse",
                                                        "fuse.glusterfs",
+                                                       "fuse.google-drive-ocamlfuse",
                                                        "fuse.gvfsd-fuse",
+                                                       "fuse.kio-fuse",
                                                        "fuse.rclone",
                                                        "fuse.s3fs",
+                                                       "fuse.smbnetfs",
                                                        "fuse.sshfs",
                                                        "glusterfs",
                                                        "lustre",
                                                        "ncpfs",
                                                        "nfs",
                                                        "nfs4",
-                                                       "smb3"};
+                                                       "orangefs",
+                                                       "smb3",
+                                                       "smbfs"};
+
+/// File systems without a disk behind them that the kernel fills by itself.
+constexpr std::array<std::string_view, 19> kernelMadeTypes{
+    "autofs", "binfmt_misc", "bpf",       "cgroup",    "cgroup2", "configfs", "debugfs",
+    "devpts", "efivarfs",    "fusectl",   "hugetlbfs", "mqueue",  "nsfs",     "proc",
+    "pstore", "securityfs",  "selinuxfs", "sysfs",     "tracefs"};
 
 bool isOctal(char c)
 {
@@ -88,17 +100,37 @@ std::optional<std::uint64_t> deviceFrom(std::string_view field)
            (std::uint64_t{minor & ~lowMinor} << 12U) | (std::uint64_t{major & ~lowMajor} << 32U);
 }
 
-bool isRemote(std::string_view type)
+MountKind kindOf(std::string_view type)
 {
-    return std::find(remoteTypes.begin(), remoteTypes.end(), type) != remoteTypes.end();
+    if (std::find(remoteTypes.begin(), remoteTypes.end(), type) != remoteTypes.end()) {
+        return MountKind::remote;
+    }
+    const bool isMadeUp =
+        std::find(kernelMadeTypes.begin(), kernelMadeTypes.end(), type) != kernelMadeTypes.end();
+    return isMadeUp ? MountKind::kernelMade : MountKind::local;
+}
+
+std::vector<MountedVolume> localVolumes(std::vector<FilePath> mountPoints)
+{
+    std::vector<MountedVolume> volumes;
+    for (FilePath& point : mountPoints) {
+        volumes.push_back({std::move(point), MountKind::local, 0});
+    }
+    return volumes;
 }
 
 } // namespace
 
-MountTable::MountTable(std::vector<FilePath> mountPoints, std::vector<RemoteMount> remote)
-    : m_mountPoints(std::move(mountPoints))
-    , m_remote(std::move(remote))
+MountTable::MountTable(std::vector<FilePath> mountPoints)
+    : MountTable(localVolumes(std::move(mountPoints)))
+{}
+
+MountTable::MountTable(std::vector<MountedVolume> volumes)
+    : m_volumes(std::move(volumes))
 {
+    for (const MountedVolume& volume : m_volumes) {
+        m_mountPoints.push_back(volume.mountPoint);
+    }
     std::sort(m_mountPoints.begin(), m_mountPoints.end());
     m_mountPoints.erase(std::unique(m_mountPoints.begin(), m_mountPoints.end()),
                         m_mountPoints.end());
@@ -106,8 +138,7 @@ MountTable::MountTable(std::vector<FilePath> mountPoints, std::vector<RemoteMoun
 
 MountTable MountTable::fromMountInfo(std::string_view text)
 {
-    std::vector<FilePath> points;
-    std::vector<RemoteMount> remote;
+    std::vector<MountedVolume> volumes;
     while (!text.empty()) {
         const std::size_t end = std::min(text.find('\n'), text.size());
         // ID, parent, device, root of the mount, mount point, options, any number of optional
@@ -119,16 +150,25 @@ MountTable MountTable::fromMountInfo(std::string_view text)
         takeField(line);
         const std::string_view point = takeField(line);
         if (point.starts_with('/')) {
-            points.emplace_back(withoutOctalEscapes(point));
             while (!line.empty() && takeField(line) != "-") {
             }
-            if (device && isRemote(takeField(line))) {
-                remote.push_back({points.back(), *device});
-            }
+            volumes.push_back({FilePath(withoutOctalEscapes(point)), kindOf(takeField(line)),
+                               device.value_or(0)});
         }
         text.remove_prefix(std::min(end + 1, text.size()));
     }
-    return MountTable(std::move(points), std::move(remote));
+    return MountTable(std::move(volumes));
+}
+
+std::vector<RemoteMount> MountTable::remote() const
+{
+    std::vector<RemoteMount> remote;
+    for (const MountedVolume& volume : m_volumes) {
+        if (volume.kind == MountKind::remote && volume.device != 0) {
+            remote.push_back({volume.mountPoint, volume.device});
+        }
+    }
+    return remote;
 }
 
 bool MountTable::isMountPoint(const FilePath& path) const

@@ -130,12 +130,33 @@ QString mediumDateFormat(const QLocale& locale)
     return format.replace(QLatin1String("MMMM"), QLatin1String("MMM"));
 }
 
+/// Without the year and what sets it apart.
+QString dayFormat(const QLocale& locale)
+{
+    QString format = mediumDateFormat(locale);
+    for (const QLatin1String year : {QLatin1String(", yyyy"), QLatin1String(" yyyy"),
+                                     QLatin1String("yyyy"), QLatin1String("y")}) {
+        format.remove(year);
+    }
+    return format.trimmed();
+}
+
+QDateTime timeOf(double date)
+{
+    const double seconds = std::clamp(date, -farthestDate, farthestDate) + referenceDate;
+    return QDateTime::fromMSecsSinceEpoch(static_cast<qint64>(seconds * 1000));
+}
+
 } // namespace
+
+QString SnapshotHeading::formattedDay(const QLocale& locale) const
+{
+    return locale.toString(timeOf(date).date(), dayFormat(locale));
+}
 
 QString SnapshotHeading::formattedDate(const QLocale& locale) const
 {
-    const double seconds = std::clamp(date, -farthestDate, farthestDate) + referenceDate;
-    const QDateTime time = QDateTime::fromMSecsSinceEpoch(static_cast<qint64>(seconds * 1000));
+    const QDateTime time = timeOf(date);
     const QString joint = locale.language() == QLocale::English || locale.language() == QLocale::C
                               ? QStringLiteral(" at ")
                               : QStringLiteral(", ");

@@ -148,7 +148,7 @@ std::optional<std::string> SnapshotStore::contentsOf(const std::string& name) co
     return place.isReachable() ? contentsOf(place.parent(), place.name()) : std::nullopt;
 }
 
-std::vector<StoredSnapshot> SnapshotStore::load(const LockedFlag* stop) const
+std::vector<StoredSnapshot> SnapshotStore::load(const std::function<bool()>& isCancelled) const
 {
     // With "." behind it the folder may be a link to the one that holds the files.
     const ReachablePlace place(m_fileSystem, m_directory.appending("."));
@@ -172,7 +172,7 @@ std::vector<StoredSnapshot> SnapshotStore::load(const LockedFlag* stop) const
     std::atomic<std::size_t> next = 0;
     runOnWorkers(std::min(processorCount(), names.size()), [&] {
         for (std::size_t i = next++; i < names.size(); i = next++) {
-            if (stop != nullptr && stop->get()) {
+            if (isCancelled()) {
                 return;
             }
             const std::optional<std::string> json = contentsOf(folder, names[i].c_str());

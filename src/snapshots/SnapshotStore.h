@@ -5,12 +5,12 @@
 #include "FileNode.h"
 #include "FilePath.h"
 #include "FileSystemCalls.h"
-#include "LockedFlag.h"
 #include "ScanSnapshot.h"
 #include "StoredFiles.h"
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <string>
 #include <vector>
@@ -65,8 +65,11 @@ public:
     /// whatever ends the program in between, every other file is as it was.
     bool save(const ScanSnapshot& snapshot) const;
     /// The snapshots in the folder, newest first; without one, or with a folder that cannot be
-    /// read, an empty list. A file that holds none is passed over. Ends early once stop is set.
-    std::vector<StoredSnapshot> load(const LockedFlag* stop = nullptr) const;
+    /// read, an empty list. A file that holds none is passed over. Ends early once
+    /// isCancelled, which is asked on several threads.
+    std::vector<StoredSnapshot> load(const std::function<bool()>& isCancelled = [] {
+        return false;
+    }) const;
     /// The whole of a snapshot that load() has told of; absent when the file no longer holds it.
     std::optional<ScanSnapshot> read(const StoredSnapshot& stored) const;
     /// Removes the file "{id}.json", provided that it holds the snapshot of that id: a foreign file

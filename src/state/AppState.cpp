@@ -13,6 +13,8 @@ AppState::AppState(const Platform& platform)
     , StagingState(FacetHost::of(*this))
     , DuplicatesState(FacetHost::of(*this))
     , SearchState(FacetHost::of(*this))
+    , SnapshotsState(FacetHost::of(*this))
+    , TaggingState(FacetHost::of(*this))
     , SettingsState(FacetHost::of(*this))
     , DriveState(FacetHost::of(*this))
     , MonitorState(FacetHost::of(*this))
@@ -40,11 +42,16 @@ void AppState::dropOldScan()
     nodesByID = std::make_shared<const NodeIndex>();
     dropDuplicates();
     dropFolderSearch();
+    dropTagResults();
+    tagScanSummary = std::nullopt;
+    dropGrowth();
     // The fields no longer hold it, so a tree of millions of nodes is destroyed in the background.
     jobs().release(std::move(oldTree));
     for (JobSlot* const slot : {&duplicateSlot(), &cautionSlot(), &folderSearchSlot()}) {
         slot->stop();
     }
+    // Its flag stays: a tag scan that was cut off is the last one.
+    tagScanSlot().discard();
 }
 
 void AppState::publishTree(const NodePointer& root, std::shared_ptr<const NodeIndex> index)
@@ -56,6 +63,7 @@ void AppState::publishTree(const NodePointer& root, std::shared_ptr<const NodeIn
     maybeAutoFindDuplicates(root);
     refreshDriveUsage();
     indexScan(root);
+    recomputeDiffs();
 }
 
 void AppState::changeQueue(const std::vector<FileNode*>& unstaged,
@@ -124,6 +132,16 @@ DuplicatesState& DuplicatesState::of(AppState& state)
 }
 
 SearchState& SearchState::of(AppState& state)
+{
+    return state;
+}
+
+SnapshotsState& SnapshotsState::of(AppState& state)
+{
+    return state;
+}
+
+TaggingState& TaggingState::of(AppState& state)
 {
     return state;
 }

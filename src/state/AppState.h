@@ -10,7 +10,9 @@
 #include "ScanState.h"
 #include "SearchState.h"
 #include "SettingsState.h"
+#include "SnapshotsState.h"
 #include "StagingState.h"
+#include "TaggingState.h"
 
 #include <QString>
 
@@ -31,6 +33,8 @@ class AppState final : public FlashState,
                        public StagingState,
                        public DuplicatesState,
                        public SearchState,
+                       public SnapshotsState,
+                       public TaggingState,
                        public SettingsState,
                        public DriveState,
                        public MonitorState

@@ -34,17 +34,18 @@ bool isLowered(std::string_view text, std::string_view wanted)
                       [](char c, char lower) { return asciiLower(c) == lower; });
 }
 
-bool isReadable(const FilePath& path, std::span<const Volume> volumes)
+bool isReadable(const FilePath& path, std::span<const MountedVolume> volumes)
 {
-    const Volume* nearest = nullptr;
-    for (const Volume& volume : volumes) {
+    const MountedVolume* nearest = nullptr;
+    for (const MountedVolume& volume : volumes) {
         // Of two at one place the later one hides the earlier one.
-        if (volume.path.holds(path) &&
-            (nearest == nullptr || volume.path.bytes().size() >= nearest->path.bytes().size())) {
+        if (volume.mountPoint.holds(path) &&
+            (nearest == nullptr ||
+             volume.mountPoint.bytes().size() >= nearest->mountPoint.bytes().size())) {
             nearest = &volume;
         }
     }
-    return nearest == nullptr || nearest->isReadable;
+    return nearest == nullptr || nearest->kind == MountKind::local;
 }
 
 /// The folder of the tree at a path below its root; null when there is none.
@@ -112,7 +113,7 @@ bool RuleTest::nameHolds(const Condition& condition, std::string_view name)
 }
 
 bool RuleTest::holdsFor(const FileNode& node, const FolderRow& folder, ContentReader* reader,
-                        const LockedFlag* stop) const
+                        const std::function<bool()>& isCancelled) const
 {
     const auto holds = [&](const Condition& condition) {
         switch (condition.type) {
@@ -126,7 +127,7 @@ bool RuleTest::holdsFor(const FileNode& node, const FolderRow& folder, ContentRe
             return condition.bytes && node.scannedBytes() < *condition.bytes;
         case TagConditionType::contentContains: {
             if (condition.needle.isEmpty() || reader == nullptr || !folder.isReadable ||
-                (stop != nullptr && stop->get())) {
+                isCancelled()) {
                 return false;
             }
             const std::optional<std::string_view> contents = reader->beginningOf(node);
@@ -144,7 +145,7 @@ bool RuleTest::holdsFor(const FileNode& node, const FolderRow& folder, ContentRe
 }
 
 FolderFacts::FolderFacts(const RuleTest& test, const ScanFiles& files,
-                         std::span<const Volume> volumes)
+                         std::span<const MountedVolume> volumes)
     : m_needles(test.folderNeedles().size())
     , m_containsNeedle(files.folders().size() * m_needles)
 {
@@ -182,16 +183,18 @@ void FolderFacts::findNeedle(std::size_t needle, const std::string& text, const 
     }
 }
 
-void FolderFacts::findVolumes(const ScanFiles& files, std::span<const Volume> volumes)
+void FolderFacts::findVolumes(const ScanFiles& files, std::span<const MountedVolume> volumes)
 {
     const FilePath rootPath = files.root().path();
     std::unordered_map<const FileNode*, bool> mountedOn;
     bool areAllReadable = isReadable(rootPath, volumes);
-    for (const Volume& volume : volumes) {
-        if (volume.path != rootPath && rootPath.holds(volume.path)) {
-            if (const FileNode* const folder = folderAt(files.root(), rootPath, volume.path)) {
-                mountedOn[folder] = volume.isReadable;
-                areAllReadable = areAllReadable && volume.isReadable;
+    for (const MountedVolume& volume : volumes) {
+        if (volume.mountPoint != rootPath && rootPath.holds(volume.mountPoint)) {
+            if (const FileNode* const folder =
+                    folderAt(files.root(), rootPath, volume.mountPoint)) {
+                const bool isLocal = volume.kind == MountKind::local;
+                mountedOn[folder] = isLocal;
+                areAllReadable = areAllReadable && isLocal;
             }
         }
     }
@@ -219,8 +222,8 @@ FolderRow FolderFacts::rowOf(std::uint32_t folder) const
             std::span(m_containsNeedle).subspan(folder * m_needles, m_needles)};
 }
 
-FolderRow folderRowOf(const FilePath& folder, const RuleTest& test, std::span<const Volume> volumes,
-                      std::vector<char>& buffer)
+FolderRow folderRowOf(const FilePath& folder, const RuleTest& test,
+                      std::span<const MountedVolume> volumes, std::vector<char>& buffer)
 {
     const std::string path = comparableText(folder.bytes());
     buffer.clear();

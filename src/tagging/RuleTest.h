@@ -2,13 +2,13 @@
 #pragma once
 
 #include "ContentReader.h"
-#include "LockedFlag.h"
 #include "TagEngine.h"
 #include "TagRule.h"
 #include "TextNeedle.h"
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <span>
 #include <string>
@@ -35,9 +35,9 @@ public:
     const std::vector<std::string>& folderNeedles() const { return m_folderNeedles; }
 
     /// Whether the conditions hold, tried in their order up to the one that decides. Nothing is
-    /// read without a reader or once stop is set.
+    /// read without a reader or once isCancelled.
     bool holdsFor(const FileNode& node, const FolderRow& folder, ContentReader* reader,
-                  const LockedFlag* stop) const;
+                  const std::function<bool()>& isCancelled) const;
 
 private:
     struct Condition
@@ -61,13 +61,14 @@ private:
 class FolderFacts
 {
 public:
-    FolderFacts(const RuleTest& test, const ScanFiles& files, std::span<const Volume> volumes);
+    FolderFacts(const RuleTest& test, const ScanFiles& files,
+                std::span<const MountedVolume> volumes);
 
     FolderRow rowOf(std::uint32_t folder) const;
 
 private:
     void findNeedle(std::size_t needle, const std::string& text, const ScanFiles& files);
-    void findVolumes(const ScanFiles& files, std::span<const Volume> volumes);
+    void findVolumes(const ScanFiles& files, std::span<const MountedVolume> volumes);
 
     std::size_t m_needles;
     std::vector<char> m_containsNeedle; ///< folder after folder
@@ -76,7 +77,7 @@ private:
 
 /// The same row for one path, without a tree. The needles' answers go to the buffer, which has to
 /// outlive the row.
-FolderRow folderRowOf(const FilePath& folder, const RuleTest& test, std::span<const Volume> volumes,
-                      std::vector<char>& buffer);
+FolderRow folderRowOf(const FilePath& folder, const RuleTest& test,
+                      std::span<const MountedVolume> volumes, std::vector<char>& buffer);
 
 } // namespace quorvane::TagEngine

@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <atomic>
+#include <optional>
 #include <utility>
 
 namespace quorvane::TagEngine {
@@ -16,11 +17,6 @@ namespace {
 /// files at one place do not leave the other workers without work.
 constexpr std::size_t batchFiles = 256;
 
-bool isStopped(const Options& options)
-{
-    return options.stop != nullptr && options.stop->get();
-}
-
 std::size_t workerCount(const Options& options, std::size_t batches)
 {
     const std::size_t wanted =
@@ -29,6 +25,14 @@ std::size_t workerCount(const Options& options, std::size_t batches)
 }
 
 } // namespace
+
+std::vector<MountedVolume> volumesNow()
+{
+    if (const std::optional<MountTable> table = MountTable::read()) {
+        return table->volumes();
+    }
+    return {{FilePath("/"), MountKind::remote}};
+}
 
 ScanFiles::ScanFiles(FileNode& root)
     : m_root(root)
@@ -71,13 +75,13 @@ std::vector<FileNode*> matches(const TagRule& rule, const ScanFiles& files, cons
         }
         for (;;) {
             const std::size_t batch = nextBatch++;
-            if (batch >= batches || isStopped(options)) {
+            if (batch >= batches || options.isCancelled()) {
                 return;
             }
             const std::size_t end = std::min((batch + 1) * batchFiles, all.size());
             for (std::size_t i = batch * batchFiles; i < end; ++i) {
                 if (test.holdsFor(*all[i].node, facts.rowOf(all[i].folder),
-                                  reader ? &*reader : nullptr, options.stop)) {
+                                  reader ? &*reader : nullptr, options.isCancelled)) {
                     found[batch].push_back(all[i].node);
                 }
             }
@@ -104,7 +108,7 @@ bool matchesRule(const FileNode& node, const TagRule& rule, const Options& optio
     if (test.readsContents()) {
         reader.emplace(options.fileSystem, options.contents);
     }
-    return test.holdsFor(node, folder, reader ? &*reader : nullptr, options.stop);
+    return test.holdsFor(node, folder, reader ? &*reader : nullptr, options.isCancelled);
 }
 
 bool matchCondition(const TagCondition& condition, const FileNode& node, const Options& options)
@@ -125,7 +129,7 @@ TagMatches scan(std::span<const TagRule> rules, const NodePointer& root, const O
     }
     const ScanFiles files(*root);
     std::vector<TagMatches::Match> all;
-    for (std::uint32_t i = 0; i < enabled.size() && !isStopped(options); ++i) {
+    for (std::uint32_t i = 0; i < enabled.size() && !options.isCancelled(); ++i) {
         for (FileNode* const node : matches(enabled[i], files, options)) {
             all.push_back({node, i});
         }

@@ -5,7 +5,7 @@
 #include "FileNode.h"
 #include "FilePath.h"
 #include "FileSystemCalls.h"
-#include "LockedFlag.h"
+#include "MountTable.h"
 #include "TagMatch.h"
 #include "TagRule.h"
 
@@ -18,25 +18,22 @@
 /// Applies tag rules to a finished tree. Keeps no state; every function may run on any thread.
 namespace quorvane::TagEngine {
 
-/// Something mounted, and whether its files may be read for their contents.
-struct Volume
-{
-    FilePath path;
-    bool isReadable = true;
-};
-
 /// How files are read, and what a scan obeys.
 struct Options
 {
     FileSystemCalls& fileSystem = FileSystemCalls::system();
     FileContentCalls& contents = FileContentCalls::system();
-    /// What is mounted, in the order of mounting. No file of a volume that is not readable is
+    /// What is mounted, in the order of mounting. No file of a volume that is not local is
     /// opened, so that a server that does not answer holds nothing up.
-    std::vector<Volume> volumes = {};
-    /// Polled before every file that is read and every few hundred others.
-    const LockedFlag* stop = nullptr;
+    std::vector<MountedVolume> volumes = {};
+    /// Polled on every thread before every file that is read and every few hundred others.
+    std::function<bool()> isCancelled = [] { return false; };
     int workers = 0; ///< threads; 0 for as many as there are processors
 };
+
+/// What is mounted now, for Options::volumes; one volume that must not be read where the system does
+/// not tell. Asks the system's table and no volume.
+std::vector<MountedVolume> volumesNow();
 
 /// The regular files of a tree in the order in which rules meet them, made once for many rules.
 /// Holds no share in the tree.
@@ -68,7 +65,7 @@ private:
     std::vector<Folder> m_folders;
 };
 
-/// The files that the rule matches, in the order of ScanFiles; fewer once stop is set. A rule
+/// The files that the rule matches, in the order of ScanFiles; fewer once isCancelled. A rule
 /// without conditions matches every file, a disabled one none.
 std::vector<FileNode*> matches(const TagRule& rule, const ScanFiles& files,
                                const Options& options = {});

@@ -32,6 +32,40 @@ TEST(RemoteMount, IsToldByTheTypeOfItsFileSystem)
                     RemoteMount{FilePath("/home/me/cloud"), makedev(0, 47)}));
 }
 
+TEST(MountedVolume, HasTheKindOfItsFileSystemInTheOrderOfMounting)
+{
+    const MountTable table =
+        MountTable::fromMountInfo("27 1 254:0 / / rw - ext4 /dev/vda rw\n"
+                                  "40 27 0:45 / /mnt rw - nfs4 server:/export rw\n"
+                                  "41 27 0:46 / /mnt rw - tmpfs tmpfs rw\n"
+                                  "42 27 0:47 / /a\\040b rw shared:3 - proc proc rw\n"
+                                  "43 27 0:48 / /win rw - fuseblk /dev/sdb1 rw\n"
+                                  "44 27 0:49 / /bare rw\n");
+    using enum MountKind;
+    EXPECT_THAT(table.volumes(),
+                ElementsAre(MountedVolume{FilePath("/"), local, makedev(254, 0)},
+                            MountedVolume{FilePath("/mnt"), remote, makedev(0, 45)},
+                            MountedVolume{FilePath("/mnt"), local, makedev(0, 46)},
+                            MountedVolume{FilePath("/a b"), kernelMade, makedev(0, 47)},
+                            MountedVolume{FilePath("/win"), local, makedev(0, 48)},
+                            MountedVolume{FilePath("/bare"), local, makedev(0, 49)}));
+}
+
+TEST(MountedVolume, TheMachineTellsOfItsRootFolderAndItsProcesses)
+{
+    const std::optional<MountTable> table = MountTable::read();
+    ASSERT_TRUE(table);
+    const auto kindAt = [&](const char* path) {
+        std::optional<MountKind> kind;
+        for (const MountedVolume& volume : table->volumes()) {
+            kind = volume.mountPoint == FilePath(path) ? volume.kind : kind;
+        }
+        return kind;
+    };
+    EXPECT_TRUE(kindAt("/"));
+    EXPECT_EQ(kindAt("/proc"), MountKind::kernelMade);
+}
+
 TEST(RemoteMount, HasTheDeviceThatStatTells)
 {
     EXPECT_THAT(remoteIn("1 1 4097:70000 / /a\\040b rw - nfs x rw"),

@@ -3,6 +3,7 @@
 #include "DiskScanner.h"
 #include "DiskTree.h"
 #include "FaultyFileSystemCalls.h"
+#include "LockedFlag.h"
 #include "TagEngine.h"
 #include "UnprivilegedRun.h"
 
@@ -217,10 +218,10 @@ TEST_F(ContentRule, NoFileOfAVolumeThatMustNotBeReadIsOpened)
     disk.fileWithContents("server/sub/b", "invoice");
     disk.fileWithContents("server/local/c", "invoice");
     disk.fileWithContents("serverlike/d", "invoice");
-    options.volumes = {{FilePath("/"), true},
-                       {disk.path("server"), false},
-                       {disk.path("server/local"), true},
-                       {disk.path("not there"), false}};
+    options.volumes = {{FilePath("/"), MountKind::local},
+                       {disk.path("server"), MountKind::remote},
+                       {disk.path("server/local"), MountKind::local},
+                       {disk.path("not there"), MountKind::kernelMade}};
     EXPECT_THAT(found(), UnorderedElementsAre("here", "c", "d"));
     EXPECT_EQ(contents.opened, 3);
 }
@@ -229,10 +230,11 @@ TEST_F(ContentRule, ARootWithinAVolumeThatMustNotBeReadIsNotOpened)
 {
     disk.fileWithContents("a", "invoice");
     disk.fileWithContents("sub/b", "invoice");
-    options.volumes = {{FilePath("/"), true}, {disk.root().parent(), false}};
+    options.volumes = {{FilePath("/"), MountKind::local},
+                       {disk.root().parent(), MountKind::kernelMade}};
     EXPECT_TRUE(found().empty());
     // What is mounted over it later hides it.
-    options.volumes.push_back({disk.root().parent(), true});
+    options.volumes.push_back({disk.root().parent(), MountKind::local});
     EXPECT_THAT(found(), UnorderedElementsAre("a", "b"));
 }
 
@@ -242,7 +244,7 @@ TEST_F(ContentRule, AStopEndsTheReadingAtTheNextFile)
         disk.fileWithContents("f" + std::to_string(i), "invoice");
     }
     LockedFlag stop;
-    options.stop = &stop;
+    options.isCancelled = [&stop] { return stop.get(); };
     options.workers = 1;
     contents.beforeRead = [&] { stop.set(contents.opened == 3); };
     found();

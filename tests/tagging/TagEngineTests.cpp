@@ -291,10 +291,8 @@ TEST(TagEngine, AFolderTenThousandLevelsDeepIsWalked)
 TEST(TagEngine, ASetStopEndsTheScanWithoutAMatch)
 {
     const auto tree = treeFromText("a 5\n");
-    LockedFlag stop;
-    stop.set(true);
     TagEngine::Options options;
-    options.stop = &stop;
+    options.isCancelled = [] { return true; };
     EXPECT_TRUE(TagEngine::matches(ruleOf({}), tree->root(), options).empty());
 }
 

@@ -6,6 +6,7 @@
 #include <sys/ucred.h>
 
 #include <cstddef>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -24,16 +25,19 @@ std::optional<MountTable> MountTable::read()
     if (count <= 0) {
         return std::nullopt;
     }
-    std::vector<FilePath> points;
-    std::vector<RemoteMount> remote;
+    std::vector<MountedVolume> mounted;
     for (int i = 0; i < count; ++i) {
         const struct statfs& volume = volumes[static_cast<std::size_t>(i)];
-        points.emplace_back(volume.f_mntonname);
-        if ((volume.f_flags & MNT_LOCAL) == 0) {
-            remote.push_back({points.back(), static_cast<std::uint64_t>(volume.f_fsid.val[0])});
-        }
+        const std::string_view type(volume.f_fstypename);
+        const bool isMadeUp = type == "devfs" || type == "fdesc" || type == "autofs";
+        const bool isRemote = (volume.f_flags & MNT_LOCAL) == 0;
+        mounted.push_back({FilePath(volume.f_mntonname),
+                           isMadeUp   ? MountKind::kernelMade
+                           : isRemote ? MountKind::remote
+                                      : MountKind::local,
+                           static_cast<std::uint64_t>(volume.f_fsid.val[0])});
     }
-    return MountTable(std::move(points), std::move(remote));
+    return MountTable(std::move(mounted));
 }
 
 } // namespace quorvane
