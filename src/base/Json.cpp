@@ -15,8 +15,6 @@
 namespace quorvane {
 namespace {
 
-constexpr std::string_view blanks = " \t\r\n";
-
 constexpr std::array<std::pair<char, char>, 8> simpleEscapes{{{'"', '"'},
                                                               {'\\', '\\'},
                                                               {'/', '/'},
@@ -66,8 +64,11 @@ void appendEscaped(std::string& out, char c)
 
 std::size_t digitsAt(std::string_view text, std::size_t from)
 {
-    const std::size_t end = text.find_first_not_of("0123456789", from);
-    return std::min(end, text.size()) - from;
+    std::size_t end = from;
+    while (end < text.size() && text[end] >= '0' && text[end] <= '9') {
+        ++end;
+    }
+    return end - from;
 }
 
 } // namespace
@@ -107,7 +108,8 @@ bool JsonReader::fail()
 
 void JsonReader::skipBlanks()
 {
-    while (m_position < m_text.size() && blanks.find(m_text[m_position]) != blanks.npos) {
+    const auto isBlank = [](char c) { return c == ' ' || c == '\t' || c == '\r' || c == '\n'; };
+    while (m_position < m_text.size() && isBlank(m_text[m_position])) {
         ++m_position;
     }
 }
@@ -198,6 +200,34 @@ bool JsonReader::text(std::string& out)
             return true;
         }
         if (c != '\\' || !escape(out)) {
+            return fail();
+        }
+    }
+}
+
+bool JsonReader::skipText()
+{
+    if (!take('"')) {
+        return fail();
+    }
+    for (;;) {
+        while (m_position < m_text.size() && !endsRun(m_text[m_position])) {
+            ++m_position;
+        }
+        if (m_position == m_text.size()) {
+            return fail();
+        }
+        const char c = m_text[m_position++];
+        if (c == '"') {
+            return true;
+        }
+        // A slash is the escape that paths are full of.
+        if (c == '\\' && m_position < m_text.size() && m_text[m_position] == '/') {
+            ++m_position;
+            continue;
+        }
+        m_scratch.clear();
+        if (c != '\\' || !escape(m_scratch)) {
             return fail();
         }
     }
@@ -313,7 +343,7 @@ bool JsonReader::skipScalar()
 {
     skipBlanks();
     if (m_position < m_text.size() && m_text[m_position] == '"') {
-        return text(m_scratch);
+        return skipText();
     }
     bool isWhole = false;
     return takeWord("true") || takeWord("false") || takeWord("null") || !number(isWhole).empty() ||

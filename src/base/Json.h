@@ -32,6 +32,8 @@ public:
 
     /// A string, escapes resolved. Half a surrogate pair is a fault.
     bool text(std::string& out);
+    /// The same, but nothing of it is kept.
+    bool skipText();
     /// A whole number of 64 bits without fraction and exponent.
     bool integer(std::int64_t& out);
     /// Any number that a double can hold as a finite one.

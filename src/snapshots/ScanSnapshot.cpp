@@ -73,9 +73,8 @@ bool readId(JsonReader& reader, QUuid& out)
     return id.has_value();
 }
 
-/// takeItem(entry) is given each file in turn.
-template<class TakeItem>
-bool readItems(JsonReader& reader, TakeItem takeItem)
+/// The files go to the list; without one they are read to be checked alone.
+bool readItems(JsonReader& reader, std::vector<ScanSnapshot::Entry>* items)
 {
     constexpr std::array<std::string_view, 2> keys{"bytes", "path"};
     if (!reader.beginArray()) {
@@ -84,18 +83,23 @@ bool readItems(JsonReader& reader, TakeItem takeItem)
     ScanSnapshot::Entry entry;
     while (reader.nextItem()) {
         const bool isRead = readObject(reader, keys, [&](std::size_t key) {
-            return key == 0 ? readSize(reader, entry.bytes) : reader.text(entry.path);
+            if (key == 0) {
+                return readSize(reader, entry.bytes);
+            }
+            return items != nullptr ? reader.text(entry.path) : reader.skipText();
         });
         if (!isRead) {
             return false;
         }
-        takeItem(entry);
+        if (items != nullptr) {
+            items->push_back(std::move(entry));
+        }
     }
     return !reader.hasFailed();
 }
 
-template<class TakeItem>
-bool readSnapshot(std::string_view json, SnapshotHeading& heading, TakeItem takeItem)
+bool readSnapshot(std::string_view json, SnapshotHeading& heading,
+                  std::vector<ScanSnapshot::Entry>* items)
 {
     constexpr std::array<std::string_view, 5> keys{"date", "id", "items", "rootBytes", "rootPath"};
     JsonReader reader(json);
@@ -107,7 +111,7 @@ bool readSnapshot(std::string_view json, SnapshotHeading& heading, TakeItem take
                           case 1:
                               return readId(reader, heading.id);
                           case 2:
-                              return readItems(reader, takeItem);
+                              return readItems(reader, items);
                           case 3:
                               return readSize(reader, heading.rootBytes);
                           default:
@@ -154,6 +158,11 @@ QString SnapshotHeading::formattedDay(const QLocale& locale) const
     return locale.toString(timeOf(date).date(), dayFormat(locale));
 }
 
+QString SnapshotHeading::formattedDateOnly(const QLocale& locale) const
+{
+    return locale.toString(timeOf(date).date(), mediumDateFormat(locale));
+}
+
 QString SnapshotHeading::formattedDate(const QLocale& locale) const
 {
     const QDateTime time = timeOf(date);
@@ -196,8 +205,7 @@ std::string encodeSnapshot(const ScanSnapshot& snapshot)
 std::optional<ScanSnapshot> decodeSnapshot(std::string_view json)
 {
     ScanSnapshot snapshot;
-    if (!readSnapshot(json, snapshot,
-                      [&](const ScanSnapshot::Entry& entry) { snapshot.items.push_back(entry); })) {
+    if (!readSnapshot(json, snapshot, &snapshot.items)) {
         return std::nullopt;
     }
     return snapshot;
@@ -206,7 +214,7 @@ std::optional<ScanSnapshot> decodeSnapshot(std::string_view json)
 std::optional<SnapshotHeading> decodeSnapshotHeading(std::string_view json)
 {
     SnapshotHeading heading;
-    if (!readSnapshot(json, heading, [](const ScanSnapshot::Entry&) {})) {
+    if (!readSnapshot(json, heading, nullptr)) {
         return std::nullopt;
     }
     return heading;

@@ -24,6 +24,8 @@ struct SnapshotHeading
 
     /// Medium date and short time: "Aug 3, 2025 at 9:12 PM". Any date is safe.
     QString formattedDate(const QLocale& locale) const;
+    /// The medium date alone: "Aug 3, 2025". Any date is safe.
+    QString formattedDateOnly(const QLocale& locale) const;
     /// Month and day alone: "Aug 3". Any date is safe.
     QString formattedDay(const QLocale& locale) const;
 

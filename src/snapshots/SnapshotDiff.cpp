@@ -7,6 +7,7 @@
 #include <limits>
 #include <string_view>
 #include <unordered_map>
+#include <utility>
 
 namespace quorvane {
 namespace {
@@ -26,6 +27,30 @@ std::int64_t saturatingAdd(std::int64_t a, std::int64_t b)
                      : std::numeric_limits<std::int64_t>::max();
     }
     return sum;
+}
+
+/// Stable. The sort moves keys of sixteen bytes, and each row moves once.
+std::vector<SnapshotDiff> largestFirst(std::vector<SnapshotDiff> rows)
+{
+    struct Key
+    {
+        std::int64_t change;
+        std::size_t place;
+    };
+    std::vector<Key> keys;
+    keys.reserve(rows.size());
+    for (std::size_t i = 0; i < rows.size(); ++i) {
+        keys.push_back({magnitude(rows[i].deltaBytes()), i});
+    }
+    std::sort(keys.begin(), keys.end(), [](const Key& a, const Key& b) {
+        return a.change == b.change ? a.place < b.place : a.change > b.change;
+    });
+    std::vector<SnapshotDiff> sorted;
+    sorted.reserve(rows.size());
+    for (const Key& key : keys) {
+        sorted.push_back(std::move(rows[key.place]));
+    }
+    return sorted;
 }
 
 } // namespace
@@ -66,10 +91,7 @@ std::vector<SnapshotDiff> diff(const ScanSnapshot& past, const ScanSnapshot& pre
         row.presentBytes = present.items[i].bytes;
         row.presentItem = i;
     }
-    std::stable_sort(rows.begin(), rows.end(), [](const SnapshotDiff& a, const SnapshotDiff& b) {
-        return magnitude(a.deltaBytes()) > magnitude(b.deltaBytes());
-    });
-    return rows;
+    return largestFirst(std::move(rows));
 }
 
 std::int64_t netChange(std::span<const SnapshotDiff> diffs)

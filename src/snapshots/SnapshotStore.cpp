@@ -81,7 +81,10 @@ CapturedSnapshot SnapshotStore::capture(FileNode& root)
         stack.pop_back();
         if (node->isDirectory()) {
             for (FileNode& child : node->children()) {
-                stack.push_back(&child);
+                // The many small files never reach the stack.
+                if (child.isDirectory() || child.scannedBytes() >= minimumBytesCaptured) {
+                    stack.push_back(&child);
+                }
             }
         } else if (node->scannedBytes() >= minimumBytesCaptured) {
             found.push_back(node);

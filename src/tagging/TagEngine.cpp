@@ -24,6 +24,51 @@ std::size_t workerCount(const Options& options, std::size_t batches)
     return std::min(wanted, batches);
 }
 
+/// The files that each of the tests holds for, in the order of ScanFiles. The tests take turns at
+/// each batch of files, which stays in the processor's cache meanwhile.
+std::vector<std::vector<FileNode*>> matchesOf(std::span<const RuleTest> tests,
+                                              const ScanFiles& files, const Options& options)
+{
+    std::vector<FolderFacts> facts;
+    for (const RuleTest& test : tests) {
+        facts.emplace_back(test, files, options.volumes);
+    }
+    const bool readsContents = std::any_of(
+        tests.begin(), tests.end(), [](const RuleTest& test) { return test.readsContents(); });
+    const std::vector<ScanFiles::File>& all = files.files();
+    const std::size_t batches = (all.size() + batchFiles - 1) / batchFiles;
+    std::vector<std::vector<FileNode*>> found(batches * tests.size());
+    std::atomic<std::size_t> nextBatch = 0;
+    runOnWorkers(workerCount(options, batches), [&] {
+        std::optional<ContentReader> reader;
+        if (readsContents) {
+            reader.emplace(options.fileSystem, options.contents);
+        }
+        for (;;) {
+            const std::size_t batch = nextBatch++;
+            if (batch >= batches || options.isCancelled()) {
+                return;
+            }
+            const std::span part = std::span(all).subspan(
+                batch * batchFiles, std::min(batchFiles, all.size() - batch * batchFiles));
+            for (std::size_t test = 0; test < tests.size(); ++test) {
+                for (const ScanFiles::File& file : part) {
+                    if (tests[test].holdsFor(*file.node, facts[test].rowOf(file.folder),
+                                             reader ? &*reader : nullptr, options.isCancelled)) {
+                        found[test * batches + batch].push_back(file.node);
+                    }
+                }
+            }
+        }
+    });
+    std::vector<std::vector<FileNode*>> matches(tests.size());
+    for (std::size_t i = 0; i < found.size(); ++i) {
+        std::vector<FileNode*>& whole = matches[i / batches];
+        whole.insert(whole.end(), found[i].begin(), found[i].end());
+    }
+    return matches;
+}
+
 } // namespace
 
 std::vector<MountedVolume> volumesNow()
@@ -57,46 +102,13 @@ ScanFiles::ScanFiles(FileNode& root)
     }
 }
 
-std::vector<FileNode*> matches(const TagRule& rule, const ScanFiles& files, const Options& options)
+std::vector<FileNode*> matches(const TagRule& rule, FileNode& root, const Options& options)
 {
     if (!rule.isEnabled) {
         return {};
     }
     const RuleTest test(rule);
-    const FolderFacts facts(test, files, options.volumes);
-    const std::vector<ScanFiles::File>& all = files.files();
-    const std::size_t batches = (all.size() + batchFiles - 1) / batchFiles;
-    std::vector<std::vector<FileNode*>> found(batches);
-    std::atomic<std::size_t> nextBatch = 0;
-    runOnWorkers(workerCount(options, batches), [&] {
-        std::optional<ContentReader> reader;
-        if (test.readsContents()) {
-            reader.emplace(options.fileSystem, options.contents);
-        }
-        for (;;) {
-            const std::size_t batch = nextBatch++;
-            if (batch >= batches || options.isCancelled()) {
-                return;
-            }
-            const std::size_t end = std::min((batch + 1) * batchFiles, all.size());
-            for (std::size_t i = batch * batchFiles; i < end; ++i) {
-                if (test.holdsFor(*all[i].node, facts.rowOf(all[i].folder),
-                                  reader ? &*reader : nullptr, options.isCancelled)) {
-                    found[batch].push_back(all[i].node);
-                }
-            }
-        }
-    });
-    std::vector<FileNode*> result;
-    for (const std::vector<FileNode*>& part : found) {
-        result.insert(result.end(), part.begin(), part.end());
-    }
-    return result;
-}
-
-std::vector<FileNode*> matches(const TagRule& rule, FileNode& root, const Options& options)
-{
-    return rule.isEnabled ? matches(rule, ScanFiles(root), options) : std::vector<FileNode*>();
+    return matchesOf({&test, 1}, ScanFiles(root), options).front();
 }
 
 bool matchesRule(const FileNode& node, const TagRule& rule, const Options& options)
@@ -128,12 +140,23 @@ TagMatches scan(std::span<const TagRule> rules, const NodePointer& root, const O
         return {};
     }
     const ScanFiles files(*root);
+    const std::vector<RuleTest> tests(enabled.begin(), enabled.end());
     std::vector<TagMatches::Match> all;
-    for (std::uint32_t i = 0; i < enabled.size() && !options.isCancelled(); ++i) {
-        for (FileNode* const node : matches(enabled[i], files, options)) {
-            all.push_back({node, i});
+    for (std::size_t first = 0; first < tests.size() && !options.isCancelled();) {
+        // Rules that read no file are cheap and go through the files together; one that does goes
+        // alone, so that its progress shows.
+        std::size_t end = first + 1;
+        while (!tests[first].readsContents() && end < tests.size() && !tests[end].readsContents()) {
+            ++end;
         }
-        onProgress((i + 1.0) / static_cast<double>(enabled.size()));
+        const auto found = matchesOf(std::span(tests).subspan(first, end - first), files, options);
+        for (std::size_t i = 0; i < found.size(); ++i) {
+            for (FileNode* const node : found[i]) {
+                all.push_back({node, static_cast<std::uint32_t>(first + i)});
+            }
+            onProgress(static_cast<double>(first + i + 1) / static_cast<double>(tests.size()));
+        }
+        first = end;
     }
     return {root, std::move(enabled), std::move(all)};
 }

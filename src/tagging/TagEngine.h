@@ -31,8 +31,8 @@ struct Options
     int workers = 0; ///< threads; 0 for as many as there are processors
 };
 
-/// What is mounted now, for Options::volumes; one volume that must not be read where the system does
-/// not tell. Asks the system's table and no volume.
+/// What is mounted now, for Options::volumes; one volume that must not be read where the system
+/// does not tell. Asks the system's table and no volume.
 std::vector<MountedVolume> volumesNow();
 
 /// The regular files of a tree in the order in which rules meet them, made once for many rules.
@@ -65,11 +65,8 @@ private:
     std::vector<Folder> m_folders;
 };
 
-/// The files that the rule matches, in the order of ScanFiles; fewer once isCancelled. A rule
-/// without conditions matches every file, a disabled one none.
-std::vector<FileNode*> matches(const TagRule& rule, const ScanFiles& files,
-                               const Options& options = {});
-/// The same for one tree and one rule.
+/// The regular files that the rule matches, depth first and later siblings first; fewer once
+/// isCancelled. A rule without conditions matches every file, a disabled one none.
 std::vector<FileNode*> matches(const TagRule& rule, FileNode& root, const Options& options = {});
 /// Whether the rule's conditions hold for the node, enabled or not.
 bool matchesRule(const FileNode& node, const TagRule& rule, const Options& options = {});

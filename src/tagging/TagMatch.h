@@ -40,7 +40,8 @@ public:
     };
 
     TagMatches() = default;
-    /// Sorts the matches, which belong to the root's tree, stably by their bytes.
+    /// Sorts the matches, which belong to the root's tree and come rule by rule, stably by their
+    /// bytes.
     TagMatches(NodePointer root, std::vector<TagRule> rules, std::vector<Match> matches);
 
     std::size_t size() const { return m_matches.size(); }

@@ -108,6 +108,8 @@ TEST(ScanSnapshot, DatesReadInTheMediumFormOfTheLocale)
     heading.date = static_cast<double>(time.toSecsSinceEpoch() - 978307200);
     EXPECT_EQ(heading.formattedDate(QLocale(QLatin1String("en_US"))),
               QStringLiteral("Aug 3, 2025 at 9:12 PM"));
+    EXPECT_EQ(heading.formattedDateOnly(QLocale(QLatin1String("en_US"))),
+              QStringLiteral("Aug 3, 2025"));
     EXPECT_EQ(heading.formattedDay(QLocale(QLatin1String("en_US"))), QStringLiteral("Aug 3"));
     EXPECT_EQ(heading.formattedDay(QLocale(QLatin1String("de_DE"))), QStringLiteral("3. Aug."));
     EXPECT_EQ(heading.formattedDate(QLocale(QLatin1String("en_GB"))),
