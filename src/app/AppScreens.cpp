@@ -7,6 +7,8 @@
 #include "MonitorView.h"
 #include "SearchView.h"
 #include "SettingsView.h"
+#include "SnapshotsView.h"
+#include "TagRulesView.h"
 #include "VisualizerHostView.h"
 
 namespace quorvane {
@@ -34,6 +36,12 @@ AppScreens AppScreens::standard()
     });
     screens.sections.add(AppSection::search, [](AppState& state, QWidget* parent) -> QWidget* {
         return new SearchView(state, parent);
+    });
+    screens.sections.add(AppSection::snapshots, [](AppState& state, QWidget* parent) -> QWidget* {
+        return new SnapshotsView(state, parent);
+    });
+    screens.sections.add(AppSection::tagging, [](AppState& state, QWidget* parent) -> QWidget* {
+        return new TagRulesView(state, parent);
     });
     screens.sections.add(AppSection::settings, [](AppState& state, QWidget* parent) -> QWidget* {
         return new SettingsView(state, parent);

@@ -13,6 +13,7 @@ namespace {
 
 constexpr int padding = 10;
 constexpr int clearSymbolSide = 12;
+constexpr int cautionSide = 12;
 constexpr int gap = 8;
 constexpr int clearSide = 20;
 constexpr int clearMargin = 6; ///< brings the symbol itself to the padding
@@ -93,6 +94,13 @@ void TextField::setClearable(bool clearable, const QString& tooltip)
     layOut();
 }
 
+void TextField::setCaution(bool caution)
+{
+    m_hasCaution = caution;
+    layOut();
+    update();
+}
+
 void TextField::setFieldHeight(int height)
 {
     m_height = height;
@@ -107,7 +115,9 @@ QSize TextField::sizeHint() const
 void TextField::layOut()
 {
     const int before = padding - 1 + (m_symbol.isEmpty() ? 0 : m_symbolSide + gap);
-    const int after = m_clear ? clearSide + clearMargin : padding - 1;
+    const int after = m_clear        ? clearSide + clearMargin
+                      : m_hasCaution ? cautionSide + gap + padding - 1
+                                     : padding - 1;
     setTextMargins(before - lineEditMargin, 0, after - lineEditMargin, 0);
     if (m_clear) {
         m_clear->setGeometry(width() - clearSide - clearMargin, (height() - clearSide) / 2,
@@ -123,6 +133,16 @@ void TextField::paintEvent(QPaintEvent* event)
         const QRectF place = cursorRect();
         painter.fillRect(QRectF(place.center().x() - 0.5, place.top(), caretWidth, place.height()),
                          themeColor(ThemeColor::accent));
+    }
+    if (m_hasCaution) {
+        const QColor orange = themeColor(ThemeColor::orangeText);
+        painter.setRenderHint(QPainter::Antialiasing);
+        painter.setPen(orange);
+        painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), radius::control,
+                                radius::control);
+        paintSymbol(painter, QStringLiteral("exclamationmark.triangle.fill"),
+                    QRectF(width() - padding - cautionSide, 0, cautionSide, height()), cautionSide,
+                    orange);
     }
     if (m_symbol.isEmpty()) {
         return;

@@ -22,6 +22,9 @@ public:
     QString symbol() const { return m_symbol; }
     /// Shows a button that empties the field, while there is text. `tooltip` names it.
     void setClearable(bool clearable, const QString& tooltip);
+    /// Shows by an orange edge and a symbol at the end that the text is of no use as it stands.
+    void setCaution(bool caution);
+    bool hasCaution() const { return m_hasCaution; }
     /// 30 at first.
     void setFieldHeight(int height);
 
@@ -47,6 +50,7 @@ private:
     ToolButton* m_clear = nullptr;
     QTimer m_blink;
     bool m_caretLit = true;
+    bool m_hasCaution = false;
 };
 
 } // namespace quorvane

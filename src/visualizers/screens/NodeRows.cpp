@@ -3,6 +3,7 @@
 
 #include "AppState.h"
 #include "NodeContextMenuModifier.h"
+#include "TagDots.h"
 
 #include <QCoreApplication>
 
@@ -10,6 +11,24 @@
 #include <utility>
 
 namespace quorvane {
+
+namespace {
+
+/// The tags of a matched file stand behind its name.
+void addTags(Row& row, const std::vector<TagDot>& dots)
+{
+    for (const TagDot& dot : dots) {
+        RowCell cell = RowCell::note(dot.name, 0);
+        cell.alignment = Qt::AlignLeft;
+        cell.dot = dot.color;
+        row.titleCells.push_back(std::move(cell));
+        if (!row.accessibleText.isEmpty()) {
+            row.accessibleText += QCoreApplication::translate("NodeRows", ", tag %1").arg(dot.name);
+        }
+    }
+}
+
+} // namespace
 
 NodeListModel::NodeListModel(Describe describe, QObject* parent)
     : NodeRowSource(parent)
@@ -55,7 +74,8 @@ int NodeListModel::rowCount(const QModelIndex& parent) const
 
 Row NodeListModel::row(const QModelIndex& index) const
 {
-    return m_describe(*m_nodes[static_cast<std::size_t>(index.row())], index.row());
+    FileNode& node = *m_nodes[static_cast<std::size_t>(index.row())];
+    return marked(m_describe(node, index.row()), node);
 }
 
 NodeRowView::NodeRowView(AppState& state, NodeRowSource& model, const RowMetrics& metrics,
@@ -90,6 +110,9 @@ NodeRowView::NodeRowView(AppState& state, NodeRowSource& model, const RowMetrics
         Qt::QueuedConnection);
     m_observers.push_back(m_state.selectedNode.addNotifier([this] { showSelection(); }));
     m_observers.push_back(m_state.stagedNodes.addNotifier([this] { m_nodes.refreshRows(); }));
+    model.setMark(
+        [&state](Row& row, const FileNode& node) { addTags(row, tagDots(state.tagsOf(node))); });
+    m_observers.push_back(m_state.tagResults.addNotifier([this] { m_nodes.refreshRows(); }));
 }
 
 NodePointer NodeRowView::currentNode(const QModelIndex& index) const

@@ -8,6 +8,7 @@
 #include <QProperty>
 
 #include <functional>
+#include <utility>
 #include <vector>
 
 namespace quorvane {
@@ -26,6 +27,22 @@ public:
     virtual NodePointer node(const QModelIndex& index) const = 0;
     /// Invalid for a node without a row.
     virtual QModelIndex indexOf(const FileNode& node) const = 0;
+
+    /// Adds to each row what its node is marked with, for example tags.
+    using Mark = std::function<void(Row& row, const FileNode& node)>;
+    void setMark(Mark mark) { m_mark = std::move(mark); }
+
+protected:
+    Row marked(Row row, const FileNode& node) const
+    {
+        if (m_mark) {
+            m_mark(row, node);
+        }
+        return row;
+    }
+
+private:
+    Mark m_mark;
 };
 
 /// A flat list of nodes.

@@ -80,7 +80,8 @@ bool OutlineModel::hasChildren(const QModelIndex& parent) const
 
 Row OutlineModel::row(const QModelIndex& index) const
 {
-    return m_describe(*nodeAt(index));
+    const FileNode& node = *nodeAt(index);
+    return marked(m_describe(node), node);
 }
 
 } // namespace quorvane
