@@ -9,6 +9,7 @@
 #include "LockedFlag.h"
 #include "MindMapScene.h"
 #include "SeededRandom.h"
+#include "SnapshotStore.h"
 #include "SunburstScene.h"
 #include "Theme.h"
 #include "TreeSource.h"
@@ -22,7 +23,9 @@
 #include <array>
 #include <chrono>
 #include <iostream>
+#include <memory>
 #include <optional>
+#include <utility>
 #include <vector>
 
 namespace quorvane {
@@ -32,8 +35,9 @@ constexpr int repaints = 7;
 constexpr int hovers = 200;
 constexpr double largestSide = 16'384;
 constexpr std::int64_t largestScale = 4;
-constexpr OptionRule options[] = {{"size", true}, {"mode", true}, {"focus", true}, {"hide", true},
-                                  {"dump", true}, {"kind", true}, {"scale", true}};
+constexpr OptionRule options[] = {{"size", true},  {"mode", true},    {"focus", true},
+                                  {"hide", true},  {"dump", true},    {"kind", true},
+                                  {"scale", true}, {"colored", false}};
 
 using MakeScene = ScenePointer (*)(const SceneRequest& request, const LockedFlag& stop);
 
@@ -79,9 +83,12 @@ double medianMilliseconds(int calls, Call&& call)
 void hover(QPainter& painter, const CanvasRendering& rendering, const QPointF& point,
            const QColor& accent)
 {
-    painter.drawImage(QPointF(0, 0), rendering.dimmed);
+    const bool isDimmed = !rendering.dimmed.isNull();
+    painter.drawImage(QPointF(0, 0), isDimmed ? rendering.dimmed : rendering.bright);
     if (const std::optional<std::size_t> item = rendering.scene->itemAt(point)) {
-        rendering.scene->restoreItem(painter, *item, rendering.bright, rendering.dimmed);
+        if (isDimmed) {
+            rendering.scene->restoreItem(painter, *item, rendering.bright, rendering.dimmed);
+        }
         rendering.scene->paintHighlight(painter, *item, CanvasScene::Highlight::hovered, accent);
     }
 }
@@ -127,6 +134,17 @@ std::string measuredLine(const SceneRequest& request, MakeScene make, int scale)
     return line;
 }
 
+/// What the whole tree has grown by since a time when every second large file was half as large.
+std::shared_ptr<const SnapshotGrowth> someGrowth(const NodePointer& root)
+{
+    ScanSnapshot past = SnapshotStore::capture(*root).snapshot;
+    for (std::size_t i = 0; i < past.items.size(); i += 2) {
+        past.items[i].bytes /= 2;
+    }
+    SnapshotHeading heading = past;
+    return std::make_shared<const SnapshotGrowth>(std::move(heading), std::move(past.items), root);
+}
+
 int runPaint(const Arguments& arguments)
 {
     CanvasRequest canvas;
@@ -157,6 +175,9 @@ int runPaint(const Arguments& arguments)
     request.size = QSizeF(canvas.size.width, canvas.size.height).toSize();
     request.sizeMode = canvas.mode;
     request.hidden = canvas.hidden;
+    if (arguments.has("colored")) {
+        request.growth = someGrowth(focused.tree->rootPointer());
+    }
     std::cout << measuredLine(request, make, *scale);
     return exitSuccess;
 }
@@ -167,7 +188,7 @@ const Command paintCommand{
     "paint",
     "(DIR | --dump FILE) [--kind KIND] [--size WxH] [--scale N] [--mode disk|logical] [--focus "
     "SUBPATH] "
-    "[--hide KEY]...",
+    "[--hide KEY]... [--colored]",
     "Paint a visualiser and tell the milliseconds of layout, full repaint and hover.", options,
     runPaint};
 

@@ -27,6 +27,8 @@ ShadowMeasure shadowMeasure(DropShadow::Depth depth)
 constexpr int tooltipPaddingX = 11; ///< with the edge
 constexpr int tooltipPaddingTop = 8;
 constexpr int tooltipPaddingBottom = 9;
+constexpr int tooltipMark = 8;
+constexpr int tooltipMarkGap = 6;
 constexpr int pointerOffset = 12;
 constexpr int tooltipMaximumWidth = 420;
 
@@ -101,12 +103,17 @@ TooltipCard::TooltipCard(QWidget* canvas)
     new DropShadow(*this, DropShadow::Depth::popover, radius::control);
 }
 
-void TooltipCard::setContent(const QString& title, const QString& detail)
+void TooltipCard::setContent(const QString& title, const QString& detail, const QString& note,
+                             const QColor& mark)
 {
-    if (m_title != title || m_detail != detail) {
+    if (m_title != title || m_detail != detail || m_note != note || m_mark != mark) {
         m_title = title;
         m_detail = detail;
-        setAccessibleName(detail.isEmpty() ? title : title + u'\n' + detail);
+        m_note = note;
+        m_mark = mark;
+        QStringList lines{title, detail, note};
+        lines.removeAll(QString());
+        setAccessibleName(lines.join(u'\n'));
         update();
     }
     resize(sizeHint());
@@ -115,10 +122,13 @@ void TooltipCard::setContent(const QString& title, const QString& detail)
 QSize TooltipCard::sizeHint() const
 {
     const int lineHeight = typeMeasure(TextStyle::caption).lineHeight;
-    const int widest = std::max(textWidth(TextStyle::captionStrong, m_title),
-                                textWidth(TextStyle::caption, m_detail));
+    const int markWidth = m_mark.isValid() ? tooltipMark + tooltipMarkGap : 0;
+    const int widest = std::max({textWidth(TextStyle::captionStrong, m_title),
+                                 textWidth(TextStyle::caption, m_detail),
+                                 textWidth(TextStyle::caption, m_note) + markWidth});
+    const int lines = 1 + (m_detail.isEmpty() ? 0 : 1) + (m_note.isEmpty() ? 0 : 1);
     return {std::min(widest + 2 * tooltipPaddingX, tooltipMaximumWidth),
-            tooltipPaddingTop + tooltipPaddingBottom + lineHeight * (m_detail.isEmpty() ? 1 : 2)};
+            tooltipPaddingTop + tooltipPaddingBottom + lineHeight * lines};
 }
 
 void TooltipCard::showAt(const QPoint& pointer)
@@ -158,6 +168,14 @@ void TooltipCard::paintEvent(QPaintEvent*)
               m_title, Qt::ElideMiddle);
     paintText(painter, title.translated(0, lineHeight), alignment, TextStyle::caption,
               themeColor(ThemeColor::text2), m_detail);
+    QRectF note = title.translated(0, lineHeight * (m_detail.isEmpty() ? 1 : 2));
+    if (!m_note.isEmpty() && m_mark.isValid()) {
+        painter.fillRect(
+            QRectF(note.left(), note.center().y() - tooltipMark / 2.0, tooltipMark, tooltipMark),
+            m_mark);
+        note.setLeft(note.left() + tooltipMark + tooltipMarkGap);
+    }
+    paintText(painter, note, alignment, TextStyle::caption, themeColor(ThemeColor::text1), m_note);
 }
 
 FlashBanner::FlashBanner(const QString& text, std::function<void()> onDismiss, QWidget* parent)

@@ -40,8 +40,10 @@ class TooltipCard : public QWidget
 public:
     explicit TooltipCard(QWidget* canvas);
 
-    /// An empty detail leaves the second line out.
-    void setContent(const QString& title, const QString& detail);
+    /// An empty detail leaves the second line out, an empty note the third. Before the note stands
+    /// a square of 8 in the mark's colour, where that is valid.
+    void setContent(const QString& title, const QString& detail, const QString& note = {},
+                    const QColor& mark = {});
     /// Shows the card at the given point of the parent plus (12, 12); flips to the other side of
     /// the point where it would leave the parent.
     void showAt(const QPoint& pointer);
@@ -56,6 +58,8 @@ protected:
 private:
     QString m_title;
     QString m_detail;
+    QString m_note;
+    QColor m_mark;
 };
 
 class ShortenedName;

@@ -15,16 +15,19 @@ namespace {
 
 constexpr qreal knobInset = 2;
 constexpr double disabledOpacity = 0.45;
+constexpr QSize smallTrack(28, 16);
 
 } // namespace
 
-Switch::Switch(const QString& name, QWidget* parent)
+Switch::Switch(const QString& name, QWidget* parent, ControlSize size)
     : QCheckBox(parent)
+    , m_track(size == ControlSize::small ? smallTrack
+                                         : QSize(measure::switchWidth, measure::switchHeight))
 {
     setAccessibleName(name);
     setAttribute(Qt::WA_Hover);
     setFocusPolicy(Qt::TabFocus);
-    setFocusRadius(*this, measure::switchHeight / 2);
+    setFocusRadius(*this, m_track.height() / 2);
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
     m_slide.setEasingCurve(QEasingCurve::InOutQuad);
     connect(&m_slide, &QVariantAnimation::valueChanged, this, [this](const QVariant& value) {
@@ -51,7 +54,7 @@ void Switch::slide(bool on)
 
 QSize Switch::sizeHint() const
 {
-    return {measure::switchWidth, measure::switchHeight};
+    return m_track;
 }
 
 QSize Switch::minimumSizeHint() const
@@ -69,9 +72,7 @@ void Switch::paintEvent(QPaintEvent*)
     QStyleOptionButton option;
     initStyleOption(&option);
     QPainter painter(this);
-    paintSwitch(painter,
-                QRectF(0, (height() - measure::switchHeight) / 2.0, measure::switchWidth,
-                       measure::switchHeight),
+    paintSwitch(painter, QRectF(QPointF(0, (height() - m_track.height()) / 2.0), QSizeF(m_track)),
                 m_position, option.state);
 }
 

@@ -1,7 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "CanvasScene.h"
 
+#include "GrowthColors.h"
+#include "HoverTooltip.h"
 #include "LockedFlag.h"
+#include "NodeColors.h"
 
 #include <utility>
 
@@ -20,7 +23,25 @@ QImage emptyPicture(const QSize& size, const CanvasStyle& style)
 
 QString itemLabel(const TooltipText& text)
 {
-    return text.title + QStringLiteral(", ") + text.detail;
+    const QString label = text.title + QStringLiteral(", ") + text.detail;
+    return text.note.isEmpty() ? label : QString(label + QStringLiteral(", ") + text.note);
+}
+
+Color SceneRequest::colorOf(const FileNode& node) const
+{
+    return growth ? growthColor(growth->stepOf(node)) : NodeColors::leafColor(node);
+}
+
+TooltipText CanvasScene::nodeText(const FileNode& node) const
+{
+    TooltipText text = hoverTooltipText(node);
+    if (const SnapshotGrowth* const growth = m_request.growth.get()) {
+        const Color mark = growthColor(growth->stepOf(node));
+        text.note = sinceText(*growth, node);
+        text.mark = QColor::fromRgbF(static_cast<float>(mark.r), static_cast<float>(mark.g),
+                                     static_cast<float>(mark.b));
+    }
+    return text;
 }
 
 CanvasInk inkOn(const QColor& ground)
@@ -41,7 +62,7 @@ CanvasRendering renderScene(ScenePointer scene, const CanvasStyle& style, const 
         return rendering;
     }
     rendering.scene->paint(rendering.bright, style, false);
-    if (!stop.get()) {
+    if (!stop.get() && !rendering.scene->request().growth) {
         rendering.dimmed = emptyPicture(size, style);
         rendering.scene->paint(rendering.dimmed, style, true);
     }

@@ -2,8 +2,10 @@
 #pragma once
 
 #include "BloatFilter.h"
+#include "Color.h"
 #include "FileNode.h"
 #include "SizeMode.h"
+#include "SnapshotGrowth.h"
 
 #include <QColor>
 #include <QFont>
@@ -52,12 +54,19 @@ struct SceneRequest
     QSize size; ///< of the canvas, points
     SizeMode sizeMode = SizeMode::disk;
     BloatKeys hidden;
+    /// What the items are coloured by; absent for the colours of NodeColors.
+    std::shared_ptr<const SnapshotGrowth> growth = {};
+
+    /// The fill of the item that stands for a node of the target's tree.
+    Color colorOf(const FileNode& node) const;
 };
 
 struct TooltipText
 {
     QString title;
     QString detail;
+    QString note = {}; ///< a third line
+    QColor mark = {};  ///< valid: of a square before it
 };
 
 /// The same in one line, for assistive technology.
@@ -103,13 +112,18 @@ public:
     virtual void paintHighlight(QPainter& painter, std::size_t item, Highlight highlight,
                                 const QColor& accent) const = 0;
 
+protected:
+    /// Name and size of a node, and below them what it has grown by where that colours it.
+    TooltipText nodeText(const FileNode& node) const;
+
 private:
     SceneRequest m_request;
 };
 
 using ScenePointer = std::shared_ptr<const CanvasScene>;
 
-/// A scene and its two pictures: a hover only composes them.
+/// A scene and its two pictures: a hover only composes them. Items that are coloured by growth have
+/// no dimmed picture, as their colours are read against the legend.
 struct CanvasRendering
 {
     ScenePointer scene;

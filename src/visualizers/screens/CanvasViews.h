@@ -27,12 +27,14 @@ inline constexpr CanvasRow canvasRows[]{
       .label = QT_TRANSLATE_NOOP("VisualizerCanvas", "Treemap of %1, %2"),
       .value = QT_TRANSLATE_NOOP("VisualizerCanvas", "%1 regions, grow by clicking a folder"),
       .tooltipFollowsPointer = true,
-      .zoomsByWheel = true}},
+      .zoomsByWheel = true,
+      .showsGrowth = true}},
     {VisualizerType::sunburst,
      {.makeScene = &SunburstScene::make,
       .objectName = "sunburstView",
       .label = QT_TRANSLATE_NOOP("VisualizerCanvas", "Sunburst of %1, %2"),
-      .value = QT_TRANSLATE_NOOP("VisualizerCanvas", "%1 rings, click a slice to drill down")}},
+      .value = QT_TRANSLATE_NOOP("VisualizerCanvas", "%1 rings, click a slice to drill down"),
+      .showsGrowth = true}},
     {VisualizerType::flame,
      {.makeScene = &FlameScene::make,
       .objectName = "flameView",
@@ -40,7 +42,8 @@ inline constexpr CanvasRow canvasRows[]{
       .value =
           QT_TRANSLATE_NOOP("VisualizerCanvas", "%1 rectangles; width is proportional to size"),
       .caption = QT_TRANSLATE_NOOP("VisualizerCanvas",
-                                   "Depth increases downward · width is proportional to size")}},
+                                   "Depth increases downward · width is proportional to size"),
+      .showsGrowth = true}},
     {VisualizerType::bubbles,
      {.makeScene = &BubblesScene::make,
       .objectName = "bubblesView",
@@ -63,6 +66,17 @@ constexpr const CanvasTraits& canvasTraits(VisualizerType type)
         ++row;
     }
     return row->traits;
+}
+
+/// Whether a visualiser can be coloured by growth. Any type.
+constexpr bool showsGrowth(VisualizerType type)
+{
+    for (const CanvasRow& row : canvasRows) {
+        if (row.type == type) {
+            return row.traits.showsGrowth;
+        }
+    }
+    return false;
 }
 
 /// A visualiser of the table on screen.

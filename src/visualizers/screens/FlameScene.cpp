@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "FlameScene.h"
 
-#include "HoverTooltip.h"
 #include "NodeColors.h"
 #include "ShapePainting.h"
 
@@ -56,7 +55,7 @@ QRectF FlameScene::boundsOf(std::size_t item) const
 
 TooltipText FlameScene::tooltipOf(std::size_t item) const
 {
-    return hoverTooltipText(*m_rects[item].node);
+    return nodeText(*m_rects[item].node);
 }
 
 QString FlameScene::labelOf(std::size_t item) const
@@ -82,12 +81,15 @@ void FlameScene::paint(QImage& picture, const CanvasStyle& style, bool dimmed) c
     for (std::size_t i = 0; i < m_rects.size(); ++i) {
         const QRectF rect = boundsOf(i);
         const QPainterPath outline = outlineOf(rect);
-        const QColor fill = toQColor(NodeColors::leafColor(*m_rects[i].node));
+        const QColor fill = toQColor(request().colorOf(*m_rects[i].node));
         painter.fillPath(outline, dimmed ? mixed(fill, dimOpacity, style.ground) : fill);
-        QLinearGradient gloss(rect.topLeft(), rect.bottomLeft());
-        gloss.setColorAt(0, QColor::fromRgbF(1, 1, 1, glossOpacity));
-        gloss.setColorAt(1, QColor::fromRgbF(1, 1, 1, 0));
-        painter.fillPath(outline, gloss);
+        if (!request().growth) {
+            // Not where the colour is read against a legend.
+            QLinearGradient gloss(rect.topLeft(), rect.bottomLeft());
+            gloss.setColorAt(0, QColor::fromRgbF(1, 1, 1, glossOpacity));
+            gloss.setColorAt(1, QColor::fromRgbF(1, 1, 1, 0));
+            painter.fillPath(outline, gloss);
+        }
         if (rect.width() > minLabelWidth) {
             drawShadedLabel(painter, outline, rect, m_rects[i].node->displayName());
         }

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "FooterView.h"
 
+#include "GrowthLegend.h"
 #include "Label.h"
 #include "Painting.h"
 #include "SegmentedPicker.h"
@@ -85,6 +86,7 @@ FooterView::FooterView(AppState& state, QWidget* parent)
     : QWidget(parent)
     , m_settings(SettingsState::of(state))
     , m_sizeBasis(new SegmentedPicker(tr("Size basis"), this))
+    , m_legend(new GrowthLegend(state, this))
     , m_hint(new FooterHint(
           tr("Hover to inspect · Click a folder to zoom · Right-click for actions · Esc zooms out"),
           this))
@@ -102,6 +104,7 @@ FooterView::FooterView(AppState& state, QWidget* parent)
         m_settings.setSizeMode(allSizeModes[static_cast<std::size_t>(index)]);
     });
     m_sizeModeChanged = m_settings.storageSizeMode.addNotifier([this] { showSizeMode(); });
+    connect(m_legend, &GrowthLegend::contentChanged, this, [this] { layOut(); });
     showSizeMode();
 }
 
@@ -118,8 +121,10 @@ void FooterView::layOut()
     const int pickerTop = (measure::footerHeight + 1 - pickerHeight) / 2;
     m_sizeBasis->setGeometry(leftMargin, pickerTop, pickerWidth, pickerHeight);
     const int lineHeight = typeMeasure(m_hint->textStyle()).lineHeight;
-    const int left = leftMargin + pickerWidth + spacing::l;
-    const int beside = width() - left - rightMargin;
+    int besidePicker = leftMargin + pickerWidth;
+    const int rowsBottom = layOutLegend(pickerTop, besidePicker);
+    const int left = besidePicker + spacing::l;
+    const int beside = rowsBottom > pickerTop + pickerHeight ? 0 : width() - left - rightMargin;
     if (beside >= m_hint->widthOf(hintLines)) {
         m_hint->setLines(beside >= m_hint->widthOf(1) ? 1 : hintLines, Qt::AlignRight);
         m_hint->setGeometry(left, 1, beside, measure::footerHeight - 1);
@@ -127,9 +132,33 @@ void FooterView::layOut()
         return;
     }
     m_hint->setLines(hintLines, Qt::AlignLeft);
-    m_hint->setGeometry(leftMargin, pickerTop + pickerHeight + hintGap,
-                        width() - leftMargin - rightMargin, hintLines * lineHeight);
+    m_hint->setGeometry(leftMargin, rowsBottom + hintGap, width() - leftMargin - rightMargin,
+                        hintLines * lineHeight);
     setFixedHeight(m_hint->geometry().bottom() + 1 + bottomMargin);
+}
+
+/// Puts the legend beside the picker, or below it where there is no room. Moves `right` behind what
+/// stands in the picker's row, and returns the bottom of the last row.
+int FooterView::layOutLegend(int top, int& right)
+{
+    const int rowHeight = m_sizeBasis->sizeHint().height();
+    m_legend->setVisible(m_legend->isWanted());
+    if (!m_legend->isWanted()) {
+        return top + rowHeight;
+    }
+    const int left = right + spacing::xl;
+    const int beside = width() - left - rightMargin;
+    if (beside >= m_legend->shortWidth()) {
+        const int own = std::min(beside, m_legend->wholeWidth());
+        m_legend->setGeometry(left, top, own, rowHeight);
+        right = left + own;
+        return top + rowHeight;
+    }
+    const int below = top + rowHeight + hintGap;
+    m_legend->setGeometry(leftMargin, below,
+                          std::min(width() - leftMargin - rightMargin, m_legend->wholeWidth()),
+                          rowHeight);
+    return below + rowHeight;
 }
 
 void FooterView::resizeEvent(QResizeEvent* event)

@@ -23,7 +23,7 @@ HoverTooltip::HoverTooltip(QWidget* canvas)
 
 void HoverTooltip::setText(const TooltipText& text)
 {
-    setContent(text.title, text.detail);
+    setContent(text.title, text.detail, text.note, text.mark);
 }
 
 } // namespace quorvane

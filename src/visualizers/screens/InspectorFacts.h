@@ -3,6 +3,7 @@
 
 #include "FileNode.h"
 
+#include <QColor>
 #include <QString>
 
 #include <cstdint>
@@ -16,6 +17,7 @@ struct InspectorFact
 {
     QString label;
     QString value;
+    QColor dot = {}; ///< valid: before the label, which is then a name
 
     friend bool operator==(const InspectorFact&, const InspectorFact&) = default;
 };

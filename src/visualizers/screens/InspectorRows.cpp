@@ -44,8 +44,8 @@ void FactRow::setFact(const QString& label, const QString& value)
 void FactRow::setDot(const QColor& color)
 {
     m_dot = color;
-    m_label->setTextColor(ThemeColor::text1);
-    m_label->setContentsMargins(dotSide + dotGap, 0, 0, 0);
+    m_label->setTextColor(color.isValid() ? ThemeColor::text1 : ThemeColor::text2);
+    m_label->setContentsMargins(color.isValid() ? dotSide + dotGap : 0, 0, 0, 0);
     update();
 }
 

@@ -21,7 +21,7 @@ public:
     explicit FactRow(bool isFirst, QWidget* parent = nullptr);
 
     void setFact(const QString& label, const QString& value);
-    /// The label then stands out as a name.
+    /// The label then stands out as a name; an invalid colour takes the dot away.
     void setDot(const QColor& color);
 
     QString label() const;

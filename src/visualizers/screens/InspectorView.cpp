@@ -3,6 +3,7 @@
 
 #include "Card.h"
 #include "EmptyState.h"
+#include "GrowthColors.h"
 #include "InspectorFacts.h"
 #include "InspectorRows.h"
 #include "Label.h"
@@ -15,7 +16,10 @@
 #include "ScanState.h"
 #include "SettingsState.h"
 #include "ShortenedName.h"
+#include "SnapshotsState.h"
 #include "StagingState.h"
+#include "TagDots.h"
+#include "TaggingState.h"
 #include "Tile.h"
 #include "Tokens.h"
 
@@ -23,6 +27,7 @@
 #include <QApplication>
 #include <QDateTime>
 #include <QHBoxLayout>
+#include <QLocale>
 #include <QPainter>
 #include <QScrollArea>
 #include <QShortcut>
@@ -36,7 +41,8 @@
 namespace quorvane {
 namespace {
 
-constexpr int maxFacts = 8;
+/// Eight of the node itself, what it has grown by, and its first tags.
+constexpr int maxFacts = 13;
 constexpr std::size_t maxChildren = 9;
 constexpr int maxNameLines = 3;
 constexpr int headerGap = 12;
@@ -46,6 +52,13 @@ QColor toQColor(const Color& color)
 {
     return QColor::fromRgbF(static_cast<float>(color.r), static_cast<float>(color.g),
                             static_cast<float>(color.b), static_cast<float>(color.a));
+}
+
+/// "since Aug 3" and "+1.2 GB".
+InspectorFact growthFact(const SnapshotGrowth& growth, const FileNode& node)
+{
+    return {InspectorView::tr("since %1").arg(growth.base().formattedDay(QLocale())),
+            signedBytes(growth.changeOf(node).delta)};
 }
 
 std::vector<FactRow*> fillCard(Card& card, int count)
@@ -69,6 +82,8 @@ InspectorView::InspectorView(AppState& state, QWidget* parent)
     , m_navigation(NavigationState::of(state))
     , m_staging(StagingState::of(state))
     , m_settings(SettingsState::of(state))
+    , m_snapshots(SnapshotsState::of(state))
+    , m_tagging(TaggingState::of(state))
     , m_refresher(new Refresher(this, [this] { refresh(); }))
 {
     setObjectName(QStringLiteral("inspectorView"));
@@ -86,7 +101,7 @@ InspectorView::InspectorView(AppState& state, QWidget* parent)
     auto* const stageRefresher = new Refresher(this, [this] { refreshStage(); });
     stageRefresher->watch(m_staging.stagedNodes, m_staging.trashProgress);
     auto* const creationRefresher = new Refresher(this, [this] { refreshFacts(); });
-    creationRefresher->watch(m_navigation.creationDate);
+    creationRefresher->watch(m_navigation.creationDate, m_snapshots.growth, m_tagging.tagResults);
     refresh();
 }
 
@@ -265,12 +280,19 @@ void InspectorView::showFacts(const FileNode& node)
     const CreationDate& read = m_navigation.creationDate.value();
     const std::optional<std::int64_t> created =
         tellsCreation(node) && read.node.get() == &node ? read.seconds : std::nullopt;
-    const std::vector<InspectorFact> facts =
+    std::vector<InspectorFact> facts =
         inspectorFacts(node, created, QDateTime::currentSecsSinceEpoch());
+    if (const auto growth = m_snapshots.growth.value()) {
+        facts.push_back(growthFact(*growth, node));
+    }
+    for (const TagDot& tag : tagDots(m_tagging.tagsOf(node))) {
+        facts.push_back({tag.name, tr("Tag"), tag.color});
+    }
     for (std::size_t i = 0; i < m_facts.size(); ++i) {
         m_facts[i]->setVisible(i < facts.size());
         if (i < facts.size()) {
             m_facts[i]->setFact(facts[i].label, facts[i].value);
+            m_facts[i]->setDot(facts[i].dot);
         }
     }
 }

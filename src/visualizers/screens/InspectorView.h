@@ -14,7 +14,9 @@ class AppState;
 class NavigationState;
 class ScanState;
 class SettingsState;
+class SnapshotsState;
 class StagingState;
+class TaggingState;
 class Card;
 class FactRow;
 class Label;
@@ -55,6 +57,8 @@ private:
     NavigationState& m_navigation;
     StagingState& m_staging;
     SettingsState& m_settings;
+    SnapshotsState& m_snapshots;
+    TaggingState& m_tagging;
     QWidget* m_nothing = nullptr;
     QWidget* m_details = nullptr;
     SymbolPlate* m_symbol = nullptr;

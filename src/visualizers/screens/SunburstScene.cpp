@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "SunburstScene.h"
 
-#include "HoverTooltip.h"
 #include "NodeColors.h"
 #include "ShapePainting.h"
 
@@ -161,7 +160,7 @@ QRectF SunburstScene::boundsOf(std::size_t item) const
 
 TooltipText SunburstScene::tooltipOf(std::size_t item) const
 {
-    return hoverTooltipText(*m_slices[item].node);
+    return nodeText(*m_slices[item].node);
 }
 
 QString SunburstScene::labelOf(std::size_t item) const
@@ -179,14 +178,20 @@ std::optional<std::size_t> SunburstScene::itemOf(const FileNode& node) const
     return std::nullopt;
 }
 
+/// How much a slice darkens outwards. Not at all where its colour is read against a legend.
+double SunburstScene::shading() const
+{
+    return request().growth ? 0 : edgeDarkening;
+}
+
 void SunburstScene::fillSlice(QPainter& painter, std::size_t item,
                               const QPainterPath& outline) const
 {
     const RingSector sector = sectorOf(item);
-    const Color base = NodeColors::leafColor(*m_slices[item].node);
+    const Color base = request().colorOf(*m_slices[item].node);
     QRadialGradient gradient(sector.center, sector.outer);
     gradient.setColorAt(sector.inner / sector.outer, toQColor(base));
-    gradient.setColorAt(1, toQColor(NodeColors::darkened(base, edgeDarkening)));
+    gradient.setColorAt(1, toQColor(NodeColors::darkened(base, shading())));
     painter.fillPath(outline, gradient);
 }
 
@@ -199,7 +204,7 @@ std::vector<SunburstScene::Piece> SunburstScene::piecesOf(const Ring& ring, doub
         if (slice.node->parent() != ring.lastFolder || !boundsOf(item).intersects(canvas)) {
             continue;
         }
-        const Color color = NodeColors::leafColor(*slice.node);
+        const Color color = request().colorOf(*slice.node);
         const bool joins = !pieces.empty() && pieces.back().end == slice.startAngle &&
                            pieces.back().angle() < minAngle &&
                            slice.endAngle - slice.startAngle < minAngle;
@@ -249,7 +254,7 @@ void SunburstScene::shadeRing(QPainter& painter, const Ring& ring, double opacit
     QRadialGradient shade(center(), ring.outer);
     dark.setAlphaF(0);
     shade.setColorAt(ring.inner / ring.outer, dark);
-    dark.setAlphaF(static_cast<float>(edgeDarkening));
+    dark.setAlphaF(static_cast<float>(shading()));
     shade.setColorAt(1, dark);
     QPainterPath whole;
     whole.addEllipse(center(), ring.outer, ring.outer);
@@ -319,7 +324,7 @@ void SunburstScene::paintHighlight(QPainter& painter, std::size_t item, Highligh
 {
     painter.setRenderHint(QPainter::Antialiasing);
     if (highlight == Highlight::hovered) {
-        const QColor color = toQColor(NodeColors::leafColor(*m_slices[item].node));
+        const QColor color = toQColor(request().colorOf(*m_slices[item].node));
         strokeEdges(painter, sectorOf(item), hoverPenOver(color));
     } else if (isOnTop(item)) {
         strokeSelected(painter, annulus(sectorOf(item)), accent);

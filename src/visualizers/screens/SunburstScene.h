@@ -72,6 +72,7 @@ private:
     double farthestRadius() const;
     RingSector sectorOf(std::size_t item) const;
     std::optional<std::size_t> firstHit(const Ring& ring, double angle) const;
+    double shading() const;
     void fillSlice(QPainter& painter, std::size_t item, const QPainterPath& outline) const;
     /// What can be seen of a ring. Neighbours below the least angle are joined until they reach it.
     std::vector<Piece> piecesOf(const Ring& ring, double minAngle) const;

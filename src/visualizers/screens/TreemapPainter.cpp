@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "TreemapPainter.h"
 
+#include "GrowthColors.h"
 #include "NodeColors.h"
 #include "Text.h"
 #include "TreemapColors.h"
@@ -60,11 +61,12 @@ double labelScrimOpacity(const QColor& fill)
     return high;
 }
 
-TreemapPainter::TreemapPainter(QImage& picture, const CanvasStyle& style, SizeMode sizeMode)
+TreemapPainter::TreemapPainter(QImage& picture, const CanvasStyle& style,
+                               const SceneRequest& request)
     : m_picture(picture)
     , m_tiles(picture)
     , m_style(style)
-    , m_sizeMode(sizeMode)
+    , m_request(request)
     , m_boundary(NodeColors::boundaryColor())
     , m_texts(&picture)
 {}
@@ -88,13 +90,32 @@ QColor TreemapPainter::fillColor(const Color& fill, bool dimmed) const
 void TreemapPainter::paint(const std::vector<Slice>& slices, bool dimmed)
 {
     m_texts.setOpacity(dimmed ? dimTextOpacity : 1);
+    std::vector<bool> hasTilesInside(slices.size());
     for (const Slice& slice : slices) {
-        if (slice.isAggregateTile) {
-            paintAggregate(slice, dimmed);
-        } else if (slice.node != nullptr) {
-            paintTile(slice, dimmed);
+        if (slice.parent) {
+            hasTilesInside[*slice.parent] = true;
         }
     }
+    for (std::size_t i = 0; i < slices.size(); ++i) {
+        if (slices[i].isAggregateTile) {
+            paintAggregate(slices[i], dimmed);
+        } else if (slices[i].node != nullptr) {
+            paintTile(slices[i], hasTilesInside[i], dimmed);
+        }
+    }
+}
+
+Color TreemapPainter::fillOf(const Slice& slice, bool hasTilesInside) const
+{
+    if (m_request.growth) {
+        // Between tiles the ground stays out of the scale: only what fills an item tells of it.
+        return hasTilesInside ? TreemapColors::folderBodyColor : m_request.colorOf(*slice.node);
+    }
+    if (!slice.isFolder) {
+        return m_request.colorOf(*slice.node);
+    }
+    return slice.folderBodyCategory ? NodeColors::legendColor(*slice.folderBodyCategory)
+                                    : TreemapColors::folderBodyColor;
 }
 
 void TreemapPainter::paintAggregate(const Slice& slice, bool dimmed)
@@ -102,7 +123,10 @@ void TreemapPainter::paintAggregate(const Slice& slice, bool dimmed)
     TilePainter::Tile tile;
     tile.rect = TreemapScene::body(slice);
     tile.topRadius = tile.bottomRadius = TreemapScene::cornerRadius(slice, tile.rect);
-    tile.fill = fillColor(NodeColors::genericFileColor, dimmed);
+    // Of many small files none has a step of its own.
+    tile.fill = fillColor(m_request.growth ? growthColor(GrowthStep::unchanged)
+                                           : NodeColors::genericFileColor,
+                          dimmed);
     tile.stroke = toQColor(m_boundary);
     tile.strokeWidth = boundaryWidth;
     m_tiles.draw(tile);
@@ -115,17 +139,13 @@ void TreemapPainter::paintAggregate(const Slice& slice, bool dimmed)
     }
 }
 
-void TreemapPainter::paintTile(const Slice& slice, bool dimmed)
+void TreemapPainter::paintTile(const Slice& slice, bool hasTilesInside, bool dimmed)
 {
     const double header = slice.isFolder ? TreemapLayout::headerHeightFor(slice.rect) : 0;
     TilePainter::Tile tile;
     tile.rect = TreemapScene::body(slice);
     tile.topRadius = tile.bottomRadius = TreemapScene::cornerRadius(slice, tile.rect);
-    const Color fill = !slice.isFolder ? NodeColors::leafColor(*slice.node)
-                       : slice.folderBodyCategory
-                           ? NodeColors::legendColor(*slice.folderBodyCategory)
-                           : TreemapColors::folderBodyColor;
-    tile.fill = fillColor(fill, dimmed);
+    tile.fill = fillColor(fillOf(slice, hasTilesInside), dimmed);
     const bool hasText = tile.rect.width > 40 && tile.rect.height > 18;
     if (hasText && header <= 0) {
         tile.scrimOpacity = labelScrimOpacity(*tile.fill);
@@ -221,7 +241,7 @@ const LabelFont& TreemapPainter::labelFont(int size, bool bold)
 
 QString TreemapPainter::sizeText(const FileNode& node) const
 {
-    return basisLabel(node, m_sizeMode);
+    return basisLabel(node, m_request.sizeMode);
 }
 
 } // namespace quorvane

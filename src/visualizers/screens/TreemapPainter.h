@@ -20,7 +20,8 @@ namespace quorvane {
 class TreemapPainter
 {
 public:
-    TreemapPainter(QImage& picture, const CanvasStyle& style, SizeMode sizeMode);
+    /// The request outlives the painter.
+    TreemapPainter(QImage& picture, const CanvasStyle& style, const SceneRequest& request);
 
     void paint(const std::vector<TreemapLayout::Slice>& slices, bool dimmed);
 
@@ -29,7 +30,8 @@ private:
 
     QColor fillColor(const Color& fill, bool dimmed) const;
     void paintAggregate(const Slice& slice, bool dimmed);
-    void paintTile(const Slice& slice, bool dimmed);
+    void paintTile(const Slice& slice, bool hasTilesInside, bool dimmed);
+    Color fillOf(const Slice& slice, bool hasTilesInside) const;
     void paintHeader(const Rect& body, double header, double radius, bool dimmed);
     void drawHeaderTexts(const Slice& slice, const Rect& body, double header,
                          const QColor& sizeColor);
@@ -43,7 +45,7 @@ private:
     QImage& m_picture;
     TilePainter m_tiles;
     CanvasStyle m_style;
-    SizeMode m_sizeMode;
+    const SceneRequest& m_request;
     Color m_boundary;
     std::array<std::array<std::optional<LabelFont>, 2>, 16> m_fonts; ///< by size and weight
     /// Texts and tiles are drawn in turn: a later tile may cover the text of an earlier one.

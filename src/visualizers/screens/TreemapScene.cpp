@@ -2,7 +2,6 @@
 #include "TreemapScene.h"
 
 #include "ByteFormatter.h"
-#include "HoverTooltip.h"
 #include "TreemapPainter.h"
 
 #include <QPainter>
@@ -91,7 +90,7 @@ TooltipText TreemapScene::tooltipOf(std::size_t item) const
                     ByteFormatter::string(slice.aggregateBytes, 1) +
                     QStringLiteral(", click to zoom into ") + slice.node->displayName()};
     }
-    return hoverTooltipText(*slice.node);
+    return nodeText(*slice.node);
 }
 
 QString TreemapScene::labelOf(std::size_t item) const
@@ -111,7 +110,7 @@ std::optional<std::size_t> TreemapScene::itemOf(const FileNode& node) const
 
 void TreemapScene::paint(QImage& picture, const CanvasStyle& style, bool dimmed) const
 {
-    TreemapPainter painter(picture, style, request().sizeMode);
+    TreemapPainter painter(picture, style, request());
     painter.paint(m_slices, dimmed);
 }
 

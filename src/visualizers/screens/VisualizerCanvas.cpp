@@ -11,6 +11,7 @@
 #include "Refresher.h"
 #include "ScanState.h"
 #include "SettingsState.h"
+#include "SnapshotsState.h"
 #include "Theme.h"
 #include "Tokens.h"
 
@@ -38,6 +39,7 @@ VisualizerCanvas::VisualizerCanvas(AppState& state, const CanvasTraits& traits, 
     , m_scan(ScanState::of(state))
     , m_navigation(NavigationState::of(state))
     , m_settings(SettingsState::of(state))
+    , m_snapshots(SnapshotsState::of(state))
     , m_host(FacetHost::of(state))
     , m_traits(traits)
     , m_layoutRefresher(new Refresher(this, [this] { refreshLayout(); }))
@@ -57,6 +59,9 @@ void VisualizerCanvas::observe()
 {
     m_layoutRefresher->watch(m_scan.rootNode, m_navigation.focusNode, m_settings.storageSizeMode,
                              m_settings.storageBloatFilters, m_settings.storagePalette);
+    if (m_traits.showsGrowth) {
+        m_layoutRefresher->watch(m_snapshots.growth, m_snapshots.showsChanges);
+    }
     m_selectionChanged = m_navigation.selectedNode.addNotifier([this] { refreshSelection(); });
     connect(&ThemeNotifier::instance(), &ThemeNotifier::themeChanged, this,
             [this] { scheduleLayout(); });
@@ -71,6 +76,7 @@ VisualizerCanvas::LayoutKey VisualizerCanvas::layoutKey() const
             m_settings.sizeMode(),
             m_settings.disabledBloat(),
             m_settings.palette(),
+            m_traits.showsGrowth ? m_snapshots.shownGrowth() : nullptr,
             {quorvane::font(TextStyle::caption), groundColor(), devicePixelRatioF()}};
 }
 
@@ -100,9 +106,10 @@ void VisualizerCanvas::refreshLayout()
 
 void VisualizerCanvas::startLayout(const NodePointer& target, const LayoutKey& key)
 {
-    m_key = key;
+    m_host.jobs().release(std::exchange(m_key, key));
     m_target = target;
-    const SceneRequest request{target, key.isScanRoot, key.size, key.sizeMode, key.hidden};
+    const SceneRequest request{target,       key.isScanRoot, key.size,
+                               key.sizeMode, key.hidden,     key.growth};
     m_layoutSlot.restart(
         JobPriority::userInitiated,
         [request, style = key.style, makeScene = m_traits.makeScene](const JobRun& run) {
@@ -133,7 +140,7 @@ void VisualizerCanvas::publish(CanvasRendering rendering)
 void VisualizerCanvas::clearRendering()
 {
     m_layoutSlot.discard();
-    m_key = std::nullopt;
+    m_host.jobs().release(std::exchange(m_key, std::nullopt));
     m_spinner->stop();
     setHovered(std::nullopt, {});
     if (m_rendering.scene) {

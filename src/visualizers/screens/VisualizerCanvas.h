@@ -26,6 +26,7 @@ class NavigationState;
 class Refresher;
 class ScanState;
 class SettingsState;
+class SnapshotsState;
 
 /// What sets one drawn visualiser apart from the others.
 struct CanvasTraits
@@ -44,6 +45,7 @@ struct CanvasTraits
     int emptyTextShift = 0;             ///< of the empty text from the middle to the right, points
     bool tooltipFollowsPointer = false; ///< otherwise it stands in the top left corner
     bool zoomsByWheel = false;
+    bool showsGrowth = false; ///< its items can be coloured by growth
 };
 
 /// What all drawn visualisers share: when a layout is due, asking for it off the main thread,
@@ -100,6 +102,7 @@ private:
         SizeMode sizeMode = SizeMode::disk;
         BloatKeys hidden;
         AppPalette palette = initialPalette;
+        std::shared_ptr<const SnapshotGrowth> growth; ///< that colours the items; null for none
         CanvasStyle style;
 
         friend bool operator==(const LayoutKey&, const LayoutKey&) = default;
@@ -128,6 +131,7 @@ private:
     ScanState& m_scan;
     NavigationState& m_navigation;
     SettingsState& m_settings;
+    SnapshotsState& m_snapshots;
     FacetHost& m_host;
     const CanvasTraits& m_traits;
     Refresher* m_layoutRefresher;
