@@ -3,6 +3,7 @@
 
 #include "ByteFormatter.h"
 #include "Card.h"
+#include "EmptyState.h"
 #include "Label.h"
 #include "NavigationState.h"
 #include "NodeContextMenuModifier.h"

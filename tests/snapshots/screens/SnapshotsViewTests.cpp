@@ -290,10 +290,9 @@ TEST_F(SnapshotsViewTests, InANarrowWindowTheSavedListLiesBelowTheTable)
     const auto& table = part<QWidget>("snapshotDiffTable");
     const auto& saved = part<QWidget>("savedSnapshotsList");
     const auto place = [&](const QWidget& widget) { return widget.mapTo(&m_view, QPoint()); };
-    EXPECT_GT(place(saved).x(), place(table).x() + table.width() - 1);
+    EXPECT_TRUE(waitFor([&] { return place(saved).x() >= place(table).x() + table.width(); }));
     m_view.resize(760, 900);
-    settle();
-    EXPECT_GT(place(saved).y(), place(table).y() + table.height() - 1);
+    EXPECT_TRUE(waitFor([&] { return place(saved).y() >= place(table).y() + table.height(); }));
 }
 
 TEST(ChartTicks, AreRoundAndCoverTheRange)
