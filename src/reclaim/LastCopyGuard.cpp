@@ -1,7 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "LastCopyGuard.h"
 
+#include "PinnedEntry.h"
+
 #include <algorithm>
+#include <optional>
 #include <string_view>
 #include <utility>
 
@@ -28,11 +31,9 @@ const FileNode* treeOf(const DuplicateFinder::Groups& groups)
     return nullptr;
 }
 
-} // namespace
-
-const FileNode* nodeAt(const FileNode& root, const FilePath& path)
+/// As nodeAt(), for a tree whose root goes by that path.
+const FileNode* nodeBelow(const FileNode& root, const FilePath& rootPath, const FilePath& path)
 {
-    const FilePath rootPath = root.path();
     if (path.holds(rootPath)) {
         return &root;
     }
@@ -52,6 +53,25 @@ const FileNode* nodeAt(const FileNode& root, const FilePath& path)
         rest.remove_prefix(name.size());
     }
     return node;
+}
+
+/// As nodeAt(), by the names that both go by when no link is on the way: a home folder that is
+/// reached through a link is one folder under two names.
+const FileNode* nodeOnDisk(const FileNode& root, const FilePath& path)
+{
+    const std::optional<FilePath> realRoot = PinnedEntry::realPathOf(root.path());
+    const std::optional<FilePath> realFolder = PinnedEntry::realPathOf(path.parent());
+    if (!realRoot || !realFolder) {
+        return nullptr;
+    }
+    return nodeBelow(root, *realRoot, realFolder->appending(path.lastComponent()));
+}
+
+} // namespace
+
+const FileNode* nodeAt(const FileNode& root, const FilePath& path)
+{
+    return nodeBelow(root, root.path(), path);
 }
 
 bool AcceptedLosses::contains(const std::shared_ptr<const DuplicateFinder::Groups>& of,
@@ -82,7 +102,11 @@ void LastCopyGuard::noteEntries(std::span<const NodePointer> queue)
     for (std::size_t i = 0; i < queue.size(); ++i) {
         const FileNode* node = queue[i].get();
         if (&topOf(*node) != tree) {
-            node = nodeAt(*tree, node->path());
+            const FilePath path = node->path();
+            node = nodeAt(*tree, path);
+            if (node == nullptr) {
+                node = nodeOnDisk(*tree, path);
+            }
         }
         m_nodes[i] = node;
         if (node != nullptr) {

@@ -34,8 +34,8 @@ public:
     using IsOnDisk = std::function<bool(const FileNode&)>;
 
     /// groups: may be null. queue: the nodes that are to go. A node of another tree, or one that no
-    /// scan saw, stands for the node of the groups' tree at its path, or for all of it where it
-    /// lies around it.
+    /// scan saw, stands for the node of the groups' tree at its path, links on the way to either
+    /// resolved by the disk, or for all of it where it lies around it. Takes as long as the disk.
     LastCopyGuard(std::shared_ptr<const DuplicateFinder::Groups> groups,
                   std::span<const NodePointer> queue);
 

@@ -223,6 +223,18 @@ TEST_F(LastCopyTests, AStandAloneEntryOnAFolderCountsAsThatFolder)
     EXPECT_EQ(send(nodes).front(), moved);
 }
 
+TEST_F(LastCopyTests, AStandAloneEntryReachedThroughALinkCountsAsTheFolderItIs)
+{
+    m_disk.disk.symbolicLink(m_disk.disk.path("root").bytes(), "again");
+    m_disk.disk.folder("beside");
+    std::vector<NodePointer> nodes = queue({"a/picture"});
+    nodes.push_back(FileTree::stagedItem("b", m_disk.disk.path("again/b"), 1));
+    EXPECT_EQ(send(nodes), (Outcomes{lastCopy, lastCopy}));
+    // The link itself is not the folder that it leads to.
+    nodes.back() = FileTree::stagedItem("again", m_disk.disk.path("again"), 1);
+    EXPECT_EQ(send(nodes), (Outcomes{moved, moved}));
+}
+
 TEST_F(LastCopyTests, WithoutASearchNothingIsHeldBack)
 {
     m_disk.groups = nullptr;
