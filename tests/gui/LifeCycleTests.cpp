@@ -29,7 +29,6 @@ TEST_F(LifeCycle, TheWindowHasItsSizesAndItsName)
 {
     start();
     EXPECT_EQ(window().minimumSize(), QSize(1000, 620));
-    EXPECT_EQ(MainWindow::defaultSize, QSize(1560, 980));
     EXPECT_EQ(window().windowTitle(), QStringLiteral("Analysis"));
     EXPECT_EQ(QApplication::applicationDisplayName(), QStringLiteral("Quorvane"));
     EXPECT_EQ(QApplication::desktopFileName(), QStringLiteral("io.github.quorvane.Quorvane"));
@@ -120,6 +119,20 @@ TEST_F(LifeCycle, TheToolBarsFieldHandsOverToTheOverlay)
     EXPECT_TRUE(GlobalSearch::shared().isVisible());
     find<QAction>("spotlightSearchAction")->trigger();
     EXPECT_FALSE(GlobalSearch::shared().isVisible());
+}
+
+TEST_F(LifeCycle, WithoutAHotKeyTheProgramEndsWithItsWindow)
+{
+    start();
+    // As the program itself set it, before the fixture's own word.
+    QApplication::setQuitOnLastWindowClosed(m_quitsWithItsWindow);
+    constexpr int stillRunning = 1;
+    QTimer givesUp;
+    QObject::connect(&givesUp, &QTimer::timeout, [] { QApplication::exit(stillRunning); });
+    givesUp.start(patience);
+    QTimer::singleShot(0, qApp, [this] { find<QAction>("closeWindowAction")->trigger(); });
+    EXPECT_EQ(QApplication::exec(), 0);
+    QApplication::setQuitOnLastWindowClosed(false);
 }
 
 TEST_F(LifeCycle, ClosingTheWindowLeavesTheScanRunning)

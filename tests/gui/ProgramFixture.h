@@ -43,6 +43,7 @@ protected:
     void start(AppScreens screens = AppScreens::standard())
     {
         m_program = std::make_unique<QuorvaneApp>(*qApp, m_platform.platform(), std::move(screens));
+        m_quitsWithItsWindow = QApplication::quitOnLastWindowClosed();
         QApplication::setQuitOnLastWindowClosed(false);
         m_program->showWindow();
         ASSERT_TRUE(QTest::qWaitForWindowExposed(&window(), patience));
@@ -105,6 +106,7 @@ protected:
     FaultyFileSystemCalls m_calls;
     FakePlatform m_platform{m_disk.path("home"), m_calls};
     std::unique_ptr<QuorvaneApp> m_program;
+    bool m_quitsWithItsWindow = false;
 };
 
 } // namespace quorvane
