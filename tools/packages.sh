@@ -39,6 +39,7 @@ packages_bench=(
     plocate        # a search for names
 )
 packages_lint=(clang-format clang-tidy clang-14)
+packages_mutate=(python3 git)
 packages_fuzz=(clang-14 libclang-rt-14-dev)
 packages_package=(dpkg-dev file)
 
