@@ -4,6 +4,7 @@
 #include "FileDigester.h"
 #include "GroupTexts.h"
 #include "TrashFolders.h"
+#include "Workers.h"
 
 #include <algorithm>
 #include <atomic>
@@ -15,7 +16,6 @@
 #include <mutex>
 #include <optional>
 #include <string_view>
-#include <system_error>
 #include <thread>
 #include <tuple>
 #include <utility>
@@ -531,24 +531,13 @@ void DuplicateSearch::inParallel(std::size_t count,
                                  const std::function<void(FileDigester&, std::size_t)>& work)
 {
     std::atomic<std::size_t> next{0};
-    const auto serve = [&](FileDigester& digester) {
+    std::atomic<std::size_t> nextDigester{0};
+    runOnWorkers(std::min(m_digesters.size(), count), [&] {
+        FileDigester& digester = *m_digesters[nextDigester++];
         for (std::size_t i = next++; i < count; i = next++) {
             work(digester, i);
         }
-    };
-    std::vector<std::thread> threads;
-    threads.reserve(m_digesters.size());
-    try {
-        for (std::size_t i = 1; i < std::min(m_digesters.size(), count); ++i) {
-            threads.emplace_back(serve, std::ref(*m_digesters[i]));
-        }
-    } catch (const std::system_error&) {
-        // At the system's limit of threads those that are there do all the work.
-    }
-    serve(*m_digesters.front());
-    for (std::thread& thread : threads) {
-        thread.join();
-    }
+    });
 }
 
 void DuplicateSearch::report(Pass pass, std::size_t files)

@@ -4,11 +4,11 @@
 #include "FileNode.h"
 #include "FileTree.h"
 #include "Text.h"
+#include "Workers.h"
 
 #include <algorithm>
+#include <atomic>
 #include <string>
-#include <system_error>
-#include <thread>
 
 namespace quorvane {
 namespace {
@@ -211,15 +211,15 @@ std::vector<FolderSearch::Hit> walkAll(const Ranking& ranking, std::int64_t end)
     if (end < minIdsForTwo) {
         return ranking.walk(0, end);
     }
+    std::vector<FolderSearch::Hit> hits;
     std::vector<FolderSearch::Hit> behind;
-    std::thread helper;
-    try {
-        helper = std::thread([&] { behind = ranking.walk(end / 2, end); });
-    } catch (const std::system_error&) {
-        return ranking.walk(0, end);
-    }
-    std::vector<FolderSearch::Hit> hits = ranking.walk(0, end / 2);
-    helper.join();
+    std::atomic<int> next = 0;
+    runOnWorkers(2, [&] {
+        for (int half = next++; half < 2; half = next++) {
+            (half == 0 ? hits : behind) =
+                half == 0 ? ranking.walk(0, end / 2) : ranking.walk(end / 2, end);
+        }
+    });
     hits.insert(hits.end(), behind.begin(), behind.end());
     hits.resize(std::min(hits.size(), ranking.limit()));
     return hits;

@@ -2,12 +2,11 @@
 #include "IndexSearch.h"
 
 #include "NameFolding.h"
+#include "Workers.h"
 
 #include <algorithm>
 #include <atomic>
 #include <cstring>
-#include <system_error>
-#include <thread>
 
 namespace quorvane {
 namespace {
@@ -147,18 +146,8 @@ public:
         m_blocks = blocksOf(runs);
         BestHits best(m_limit);
         BestHits others(m_limit);
-        std::thread helper;
-        if (m_blocks.size() > 1) {
-            try {
-                helper = std::thread([&] { work(others); });
-            } catch (const std::system_error&) {
-                // At the limit of threads one does it all.
-            }
-        }
-        work(best);
-        if (helper.joinable()) {
-            helper.join();
-        }
+        std::atomic<int> worker = 0;
+        runOnWorkers(m_blocks.size() > 1 ? 2 : 1, [&] { work(worker++ == 0 ? best : others); });
         best.takeFrom(others);
         IndexHits hits;
         hits.isComplete = best.seen() <= m_limit && m_nextBlock >= m_blocks.size();

@@ -4,13 +4,12 @@
 #include "BundleInfo.h"
 #include "CheckedMath.h"
 #include "DiskReader.h"
+#include "Workers.h"
 
 #include <algorithm>
 #include <array>
 #include <atomic>
 #include <cctype>
-#include <system_error>
-#include <thread>
 #include <utility>
 
 namespace quorvane::InstalledApps {
@@ -137,25 +136,11 @@ void forEachInParallel(std::size_t count, const Work& work)
     constexpr unsigned minWorkers = 2;
     constexpr unsigned maxWorkers = 8;
     std::atomic<std::size_t> next = 0;
-    const auto run = [&] {
+    runOnWorkers(std::clamp<std::size_t>(processorCount(), minWorkers, maxWorkers), [&] {
         for (std::size_t i = next++; i < count; i = next++) {
             work(i);
         }
-    };
-    std::vector<std::thread> helpers;
-    for (unsigned i = 1;
-         i < std::clamp(std::thread::hardware_concurrency(), minWorkers, maxWorkers); ++i) {
-        try {
-            helpers.emplace_back(run);
-        } catch (const std::system_error&) {
-            // At the system's limit of threads the rest is done by those that are there.
-            break;
-        }
-    }
-    run();
-    for (std::thread& helper : helpers) {
-        helper.join();
-    }
+    });
 }
 
 std::string_view withoutArchitecture(std::string_view package)
