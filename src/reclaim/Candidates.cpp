@@ -2,10 +2,12 @@
 #include "Candidates.h"
 
 #include "CheckedMath.h"
+#include "PinnedEntry.h"
 #include "TrashFolders.h"
 
 #include <algorithm>
 #include <span>
+#include <string>
 
 namespace quorvane::DuplicateFinder {
 namespace {
@@ -56,7 +58,14 @@ std::optional<std::size_t> collectCandidates(FileNode& root, std::int64_t minimu
     // An upper bound: only the part that is filled becomes resident.
     candidates.reserve(static_cast<std::size_t>(root.fileCount()));
     std::int64_t count = 0;
-    const bool isRootInTrash = trash.isInTrash(root.path());
+    const FilePath rootPath = root.path();
+    const FilePath realRoot = PinnedEntry::realPathOf(rootPath).value_or(rootPath);
+    const bool isRootInTrash = trash.isInTrash(realRoot);
+    // The root may be reached through links; the system's tables know it without.
+    const auto isTrash = [&](const FileNode& folder) {
+        std::string path = folder.path().bytes();
+        return trash.isTrash(FilePath(path.replace(0, rootPath.bytes().size(), realRoot.bytes())));
+    };
     const bool isDone = visitNodes(root, [&](FileNode& node) {
         if (isCancelled()) {
             return Visit::stop;
@@ -65,7 +74,7 @@ std::optional<std::size_t> collectCandidates(FileNode& root, std::int64_t minimu
             progress(static_cast<double>(count) * walkEnd / total);
         }
         if (isRootInTrash ||
-            (node.isDirectory() && trash.mayBeTrash(node.name()) && trash.isTrash(node.path()))) {
+            (node.isDirectory() && trash.mayBeTrash(node.name()) && isTrash(node))) {
             return Visit::passOver;
         }
         if (node.isRegularFile() && node.scannedBytes() >= minimumBytes) {

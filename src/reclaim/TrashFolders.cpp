@@ -2,6 +2,7 @@
 #include "TrashFolders.h"
 
 #include "MountTable.h"
+#include "PinnedEntry.h"
 
 #include <QDir>
 #include <QFile>
@@ -40,8 +41,12 @@ TrashFolders::TrashFolders(const FilePath& dataHome, const FilePath& home,
 TrashFolders TrashFolders::ofSystem()
 {
     const std::optional<MountTable> mounts = MountTable::read();
-    return {pathOf(QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation)),
-            pathOf(QDir::homePath()), mounts ? std::optional(mounts->mountPoints()) : std::nullopt};
+    const auto real = [](const FilePath& folder) {
+        return PinnedEntry::realPathOf(folder).value_or(folder);
+    };
+    return {real(pathOf(QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation))),
+            real(pathOf(QDir::homePath())),
+            mounts ? std::optional(mounts->mountPoints()) : std::nullopt};
 }
 
 bool TrashFolders::mayBeTrash(std::string_view name)

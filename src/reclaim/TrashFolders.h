@@ -9,8 +9,9 @@
 
 namespace quorvane {
 
-/// Which folders are somebody's Trash, by their paths alone: the home Trash, and at the top of
-/// every mount ".Trash-UID" and ".Trash/UID" (Trash specification 1.0 of freedesktop.org) and
+/// Which folders are somebody's Trash, by their paths, which hold no link: the home Trash, and at
+/// the top of every mount ".Trash-UID" and ".Trash/UID" (Trash specification 1.0 of
+/// freedesktop.org) and
 /// ".Trashes". A plain value. Any thread.
 class TrashFolders
 {

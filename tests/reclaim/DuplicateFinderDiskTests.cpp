@@ -3,6 +3,7 @@
 #include "DiskTree.h"
 #include "FinderFixture.h"
 #include "RandomTree.h"
+#include "TrashFolders.h"
 #include "UnprivilegedRun.h"
 
 #include <fcntl.h>
@@ -152,6 +153,25 @@ TEST(DuplicateFinderOnDisk, HolesAreZerosThatAreNotRead)
     // All of the written one and its samples; of the sparse ones a few blocks of the file system.
     EXPECT_LT(read, bytes + 524288 + 4096 + 2 * 65536);
     EXPECT_GE(read, bytes);
+}
+
+TEST(DuplicateFinderOnDisk, ATrashIsKnownThroughALinkOnTheWayToTheRoot)
+{
+    DiskTree disk;
+    disk.fileWithContents("real/m/.Trash-7/files/a", textOf('q', 5000));
+    disk.fileWithContents("real/m/b", textOf('q', 5000));
+    disk.symbolicLink("real", "link");
+    const TrashFolders trash(FilePath("/data"), FilePath("/home/me"),
+                             std::vector{disk.path("real/m")});
+    DuplicateFinder::Options options;
+    options.trash = &trash;
+    const NodePointer root =
+        std::get<std::shared_ptr<FileTree>>(DiskScanner(1).scan(disk.path("link/m")))
+            ->rootPointer();
+    EXPECT_TRUE(DuplicateFinder::find(
+                    root, DuplicateFinder::defaultMinimumBytes, [](double) {},
+                    DuplicateFinder::neverCancelled, options)
+                    .empty());
 }
 
 TEST(DuplicateFinderOnDisk, DateOfLastAccessStays)
