@@ -10,6 +10,15 @@ namespace quorvane {
 
 /// What one lstat(2) of an entry tells. Sizes in bytes, never negative, times in whole seconds
 /// since 1970.
+/// What tells a folder from every other of the machine while it exists: st_dev and st_ino.
+struct FolderIdentity
+{
+    std::uint64_t device = 0;
+    std::uint64_t inode = 0;
+
+    friend bool operator==(const FolderIdentity&, const FolderIdentity&) = default;
+};
+
 struct EntryStatus
 {
     enum class Kind : std::uint8_t { directory, regularFile, symbolicLink, other };
@@ -20,6 +29,7 @@ struct EntryStatus
     std::int64_t allocatedBytes = 0;  ///< st_blocks × 512, or the largest number below that
     std::int64_t modifiedSeconds = 0; ///< seconds part of st_mtim
     std::uint64_t device = 0;         ///< st_dev
+    std::uint64_t inode = 0;          ///< st_ino
 };
 
 /// Names of one directory, end to end in one buffer: reused from directory to directory, so that a

@@ -50,10 +50,13 @@ public:
         unreachable ///< no permission, a path that names "." or "..", or another fault
     };
 
-    /// Opens the folder of the entry. The root itself may lie below links, what is below the root
-    /// may not. A path that equals the root stands for the root folder's own entry. Reads nothing
-    /// of the entry.
-    static PinnedEntry reach(const FilePath& root, const FilePath& path);
+    enum class RootLink : std::uint8_t { follow, refuse };
+
+    /// Opens the folder of the entry. The root itself may lie below links and, unless that is
+    /// refused, be one; what is below the root may not. A path that equals the root stands for the
+    /// root folder's own entry. Reads nothing of the entry.
+    static PinnedEntry reach(const FilePath& root, const FilePath& path,
+                             RootLink rootLink = RootLink::follow);
 
     /// The path of a folder without a link on the way; absent when it cannot be opened.
     static std::optional<FilePath> realPathOf(const FilePath& folder);
@@ -62,6 +65,9 @@ public:
     /// The path without a link on the way, under which the kernel's tables know the entry. Valid
     /// without a failure.
     const FilePath& realPath() const { return m_realPath; }
+    /// The root folder, or the folder around it where the path equals the root. Valid without a
+    /// failure.
+    const FolderIdentity& topIdentity() const { return m_topIdentity; }
     /// Opens the entry itself, a link as a link, without reading it or triggering a mount, and
     /// tells what it is. False when there is none or it does not answer; failure() tells which.
     bool pin(EntryStatus& status);
@@ -86,6 +92,7 @@ private:
     OwnedDescriptor m_entry;
     std::string m_name;
     FilePath m_realPath;
+    FolderIdentity m_topIdentity;
     Failure m_failure = Failure::none;
 };
 

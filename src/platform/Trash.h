@@ -4,6 +4,7 @@
 #include "FilePath.h"
 
 #include <cstdint>
+#include <optional>
 
 namespace quorvane {
 
@@ -25,6 +26,10 @@ public:
     /// Moves the entry itself, bytes as they are, links not followed, and returns when that is
     /// done. Whatever the outcome, nothing is deleted: what is not moved stays where it was.
     virtual Outcome moveToTrash(const FilePath& path) = 0;
+
+    /// Why a move would fail, as far as that can be told beforehand; absent for no known reason.
+    /// Moves and makes nothing. Takes as long as the disk.
+    virtual std::optional<Outcome> obstacleTo(const FilePath& /*path*/) { return std::nullopt; }
 
     /// The desktop's own; lives as long as the process.
     static Trash& system();

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "CheckedTrash.h"
 
-#include "FileNode.h"
+#include "FileTree.h"
 #include "PinnedEntry.h"
 #include "ProtectedPlaces.h"
 #include "Trash.h"
@@ -67,6 +67,22 @@ bool mayNotGo(const FilePath& path, const FilePath& home)
     return isProtectedPlace(path) || path.holds(home);
 }
 
+/// Reaches the entry from the very folder that was scanned. Absent when nothing is in the way.
+std::optional<TrashOutcome> reach(const TrashRequest& request, PinnedEntry& entry)
+{
+    entry = PinnedEntry::reach(request.root, request.path,
+                               request.mayRootBeLink ? PinnedEntry::RootLink::follow
+                                                     : PinnedEntry::RootLink::refuse);
+    if (entry.failure() != PinnedEntry::Failure::none) {
+        return outcomeOf(entry.failure());
+    }
+    const bool isRoot = request.path == request.root;
+    if (request.rootIdentity && !isRoot && *request.rootIdentity != entry.topIdentity()) {
+        return TrashOutcome::behindLink;
+    }
+    return std::nullopt;
+}
+
 /// Looks at the entry and keeps hold of it. Absent when nothing is in the way.
 std::optional<TrashOutcome> check(const TrashRequest& request, const FilePath& home,
                                   const CheckedTrash::MountReader& readMounts, PinnedEntry& entry)
@@ -74,9 +90,8 @@ std::optional<TrashOutcome> check(const TrashRequest& request, const FilePath& h
     if (mayNotGo(request.path, home)) {
         return TrashOutcome::protectedPlace;
     }
-    entry = PinnedEntry::reach(request.root, request.path);
-    if (entry.failure() != PinnedEntry::Failure::none) {
-        return outcomeOf(entry.failure());
+    if (const std::optional<TrashOutcome> obstacle = reach(request, entry)) {
+        return obstacle;
     }
     const std::optional<FilePath> realHome = PinnedEntry::realPathOf(home);
     if (mayNotGo(entry.realPath(), realHome.value_or(home))) {
@@ -116,9 +131,13 @@ TrashRequest TrashRequest::of(const FileNode& node)
         return request;
     }
     request.root = top->path();
+    request.mayRootBeLink = false;
+    request.rootIdentity = FileTree::identityOf(*top);
     request.kind = kindOf(node);
     if (node.isRegularFile()) {
-        request.size = node.logicalSize();
+        if (!node.isSizeCapped()) {
+            request.size = node.logicalSize();
+        }
         request.modifiedSeconds = node.dateModified();
     }
     return request;
@@ -126,7 +145,10 @@ TrashRequest TrashRequest::of(const FileNode& node)
 
 TrashRequest TrashRequest::of(const FilePath& path, const FilePath& root, const EntryStatus& status)
 {
-    TrashRequest request{path, root, status.kind, std::nullopt, std::nullopt};
+    TrashRequest request;
+    request.path = path;
+    request.root = root;
+    request.kind = status.kind;
     if (status.kind == EntryStatus::Kind::regularFile) {
         request.size = status.size;
         request.modifiedSeconds = status.modifiedSeconds;
@@ -171,9 +193,12 @@ std::string_view nameOf(TrashOutcome outcome)
 
 std::optional<TrashOutcome> differenceOnDisk(const TrashRequest& request)
 {
-    PinnedEntry entry = PinnedEntry::reach(request.root, request.path);
+    PinnedEntry entry;
+    if (const std::optional<TrashOutcome> obstacle = reach(request, entry)) {
+        return obstacle;
+    }
     EntryStatus found;
-    if (entry.failure() != PinnedEntry::Failure::none || !entry.pin(found)) {
+    if (!entry.pin(found)) {
         return outcomeOf(entry.failure());
     }
     return differenceOf(found, request);
@@ -188,7 +213,11 @@ CheckedTrash::CheckedTrash(Trash& trash, FilePath home, MountReader readMounts)
 std::optional<TrashOutcome> CheckedTrash::obstacleTo(const TrashRequest& request) const
 {
     PinnedEntry entry;
-    return check(request, m_home, m_readMounts, entry);
+    if (const std::optional<TrashOutcome> obstacle = check(request, m_home, m_readMounts, entry)) {
+        return obstacle;
+    }
+    const std::optional<Trash::Outcome> refused = m_trash->obstacleTo(request.path);
+    return refused ? std::optional(outcomeOf(*refused)) : std::nullopt;
 }
 
 CheckedTrash CheckedTrash::withOneMountTable() const

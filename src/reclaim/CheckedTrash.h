@@ -22,6 +22,9 @@ struct TrashRequest
     /// The folder that was scanned: nothing between it and the path may be a link. Equal to the
     /// path where the scanned folder itself is to go.
     FilePath root;
+    /// Whether the root itself may be a link. That of a scan was none.
+    bool mayRootBeLink = true;
+    std::optional<FolderIdentity> rootIdentity;  ///< absent where no scan has seen it
     std::optional<EntryStatus::Kind> kind;       ///< absent where nobody has looked
     std::optional<std::int64_t> size;            ///< st_size of a regular file, bytes
     std::optional<std::int64_t> modifiedSeconds; ///< st_mtim of a regular file, seconds since 1970

@@ -67,6 +67,7 @@ DiskScanner::Result DiskScanner::walk(const FilePath& root, const OnProgress& on
         root.lastComponent().empty() ? std::string_view(root.bytes()) : root.lastComponent();
     values.metadata = metadataOf(status);
     const std::shared_ptr<FileTree> tree = FileTree::create(root, values);
+    tree->setRootIdentity({status.device, status.inode});
     if (onProgress && !onProgress(ScanProgress{})) {
         return cancelled();
     }

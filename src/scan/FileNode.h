@@ -47,6 +47,8 @@ public:
     bool isDirectory() const { return (m_flags & directoryFlag) != 0; }
     bool isSymbolicLink() const { return (m_flags & symbolicLinkFlag) != 0; }
     bool isRegularFile() const { return (m_flags & regularFileFlag) != 0; }
+    /// Whether the disk claims a larger size, with which the sums would overflow.
+    bool isSizeCapped() const { return (m_flags & cappedFlag) != 0; }
 
     /// Bytes of the entry itself (st_size). For a folder this is the directory's own size, no
     /// total.
@@ -117,6 +119,7 @@ private:
     static constexpr std::uint32_t regularFileFlag = 4;
     static constexpr std::uint32_t partFlag = 8;
     static constexpr std::uint32_t datelessFlag = 16;
+    static constexpr std::uint32_t cappedFlag = 32;
     static constexpr unsigned nameLengthBits = 24;
 
     struct OwnSizes

@@ -88,7 +88,8 @@ void FileTree::fill(FileNode& node, DirectoryPart* parent, const NodeValues& val
     node.m_flags = ((meta.isDirectory ? FileNode::directoryFlag | FileNode::partFlag : 0U) |
                     (meta.isSymbolicLink ? FileNode::symbolicLinkFlag : 0U) |
                     (meta.isRegularFile ? FileNode::regularFileFlag : 0U) |
-                    (meta.dateModified ? 0U : FileNode::datelessFlag)) &
+                    (meta.dateModified ? 0U : FileNode::datelessFlag) |
+                    (meta.isSizeCapped ? FileNode::cappedFlag : 0U)) &
                    0xFFU;
     node.m_isStagedForTrash = false;
     if (!meta.isDirectory) {
@@ -114,6 +115,11 @@ std::shared_ptr<FileTree> FileTree::create(const FilePath& rootPath, const NodeV
     tree->m_root = new (place) FileNode;
     fill(*tree->m_root, &tree->m_anchor, root, arena.copy(root.name), arena);
     return tree;
+}
+
+std::optional<FolderIdentity> FileTree::identityOf(const FileNode& root)
+{
+    return static_cast<const Anchor*>(root.m_parent)->identity;
 }
 
 NodePointer FileTree::stagedItem(std::string_view name, const FilePath& path, std::int64_t bytes)

@@ -3,12 +3,14 @@
 
 #include "FileNode.h"
 #include "FilePath.h"
+#include "FileSystemCalls.h"
 #include "ItemMetadata.h"
 
 #include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <mutex>
+#include <optional>
 #include <span>
 #include <string_view>
 #include <vector>
@@ -79,6 +81,10 @@ public:
     ~FileTree() = default;
 
     FileNode& root() { return *m_root; }
+    /// What the disk knew the root folder by when it was scanned. Before the tree is shared.
+    void setRootIdentity(const FolderIdentity& identity) { m_anchor.identity = identity; }
+    /// The same of a root node; absent in a tree that no scan made.
+    static std::optional<FolderIdentity> identityOf(const FileNode& root);
     /// Shares ownership of the whole tree.
     NodePointer rootPointer();
 
@@ -104,6 +110,7 @@ private:
     struct Anchor : DirectoryPart
     {
         FilePath path;
+        std::optional<FolderIdentity> identity;
     };
     friend class FileNode;
 

@@ -268,6 +268,7 @@ bool ScanRun::list(const OpenDirectory& directory, Scratch& scratch)
 
 void ScanRun::addEntry(std::uint32_t name, EntryStatus& status, Scratch& scratch)
 {
+    const std::int64_t claimed = status.size;
     if (status.kind == EntryStatus::Kind::directory) {
         add(scratch.counters.directories, 1);
     } else {
@@ -278,7 +279,7 @@ void ScanRun::addEntry(std::uint32_t name, EntryStatus& status, Scratch& scratch
         add(scratch.counters.files, 1);
         add(scratch.counters.bytes, status.size);
     }
-    scratch.entries.push_back({name, status});
+    scratch.entries.push_back({name, status, status.size != claimed});
 }
 
 /// Folders first, in listing order, then the rest as the finished tree wants it: sorting here, on
@@ -316,6 +317,7 @@ void ScanRun::attach(const PendingDirectory& pending, VolumeKind kind,
         scratch.values.push_back({firstID + i,
                                   {scratch.names.bytes.data() + span.offset, span.length},
                                   metadataOf(entry.status)});
+        scratch.values.back().metadata.isSizeCapped = entry.isSizeCapped;
         if (entry.status.kind == EntryStatus::Kind::regularFile) {
             bytes = checkedAdd(bytes, entry.status.size, sumPlace);
             bytesOnDisk = checkedAdd(bytesOnDisk, entry.status.allocatedBytes, sumPlace);

@@ -90,6 +90,7 @@ private:
     {
         std::uint32_t name; ///< index into the name list
         EntryStatus status;
+        bool isSizeCapped = false;
     };
 
     /// What a worker has found in the folder that it is in. Only that worker writes it; finish()

@@ -219,6 +219,7 @@ TEST_F(TrashTests, TellsAVolumeThatHasNoTrash)
     }
     const fs::path file = fs::path(place) / "file.txt";
     std::ofstream(file) << "stays";
+    EXPECT_EQ(Trash::system().obstacleTo(FilePath(file.string())), Outcome::notOfferedHere);
     EXPECT_EQ(move(FilePath(file.string())), Outcome::notOfferedHere);
     EXPECT_EQ(contentsOf(file), "stays");
     fs::remove_all(place);
@@ -276,6 +277,8 @@ TEST_F(VolumeTests, AnotherVolumeHasATrashOfItsOwn)
 {
     onAnotherVolume([this](const FilePath& top) {
         std::ofstream(top.appending("big.iso").bytes()) << "far from home";
+        EXPECT_EQ(Trash::system().obstacleTo(top.appending("big.iso")), std::nullopt);
+        EXPECT_FALSE(exists(top.appending(".Trash-0"))) << "a look makes nothing";
         EXPECT_EQ(move(top.appending("big.iso")), Outcome::moved);
         EXPECT_FALSE(exists(top.appending("big.iso")));
         const auto things = thingsIn(top.appending(".Trash-0").bytes());
@@ -290,6 +293,7 @@ TEST_F(VolumeTests, AReadOnlyVolumeKeepsItsFiles)
     onAnotherVolume([](const FilePath& top) {
         std::ofstream(top.appending("film.mkv").bytes()) << "pressed";
         ASSERT_EQ(mount(nullptr, top.bytes().c_str(), nullptr, MS_REMOUNT | MS_RDONLY, nullptr), 0);
+        EXPECT_EQ(Trash::system().obstacleTo(top.appending("film.mkv")), Outcome::readOnly);
         const Outcome outcome = move(top.appending("film.mkv"));
         EXPECT_TRUE(outcome == Outcome::readOnly || outcome == Outcome::notOfferedHere)
             << static_cast<int>(outcome);

@@ -3,6 +3,7 @@
 
 #include "DiskScanner.h"
 #include "DiskTree.h"
+#include "FaultyFileSystemCalls.h"
 #include "FileTree.h"
 #include "ScriptedTrash.h"
 #include "Trash.h"
@@ -12,6 +13,7 @@
 
 #include <sched.h>
 #include <sys/mount.h>
+#include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -20,7 +22,10 @@
 #include <fstream>
 #include <functional>
 #include <iterator>
+#include <memory>
 #include <string>
+#include <string_view>
+#include <variant>
 
 namespace quorvane {
 namespace {
@@ -141,6 +146,79 @@ TEST_F(CheckedTrashTests, AFolderThatHasBecomeALinkSendsNothingOfAnotherPlace)
     m_disk.symbolicLink("precious", "project");
     EXPECT_EQ(move(scanned), TrashOutcome::behindLink);
     EXPECT_EQ(contentsOf(m_disk.path("precious/cache/file")), "new");
+}
+
+/// A scan of the folder at that place, which the test shares.
+std::shared_ptr<FileTree> scanOf(const FilePath& folder)
+{
+    return std::get<std::shared_ptr<FileTree>>(DiskScanner().scan(folder));
+}
+
+TEST_F(CheckedTrashTests, AScannedFolderThatIsAnotherOneByNowSendsNothingOfThat)
+{
+    for (const bool becomesLink : {true, false}) {
+        const std::string place = becomesLink ? "link/" : "moved/";
+        m_disk.folder(place + "scanned/sub");
+        m_disk.fileWithContents(place + "other/sub/precious", "theirs");
+        const auto tree = scanOf(m_disk.path(place + "scanned"));
+        const TrashRequest sub = TrashRequest::of(tree->root().children().front());
+        fs::rename(m_disk.path(place + "scanned").bytes(), m_disk.path(place + "old").bytes());
+        if (becomesLink) {
+            m_disk.symbolicLink("other", place + "scanned");
+        } else {
+            fs::rename(m_disk.path(place + "other").bytes(),
+                       m_disk.path(place + "scanned").bytes());
+        }
+        EXPECT_EQ(move(sub), TrashOutcome::behindLink) << place;
+        EXPECT_EQ(differenceOnDisk(sub), TrashOutcome::behindLink) << place;
+        EXPECT_EQ(contentsOf(m_disk.path(place + "scanned/sub/precious")), "theirs");
+    }
+}
+
+TEST_F(CheckedTrashTests, ATreeThatIsReadBackKnowsNoLinkAsItsRoot)
+{
+    m_disk.folder("scanned/sub");
+    m_disk.folder("other/sub");
+    TrashRequest sub = TrashRequest::of(scanOf(m_disk.path("scanned"))->root().children().front());
+    sub.rootIdentity.reset();
+    m_disk.remove("scanned");
+    m_disk.symbolicLink("other", "scanned");
+    EXPECT_EQ(move(sub), TrashOutcome::behindLink);
+    EXPECT_TRUE(exists(m_disk.path("other/sub")));
+}
+
+TEST_F(CheckedTrashTests, AFileWhoseSizeTheScanCappedMayGo)
+{
+    m_disk.file("hole", 10);
+    m_disk.file("other", 10);
+    FaultyFileSystemCalls calls;
+    calls.changeStatus([](std::string_view name, EntryStatus& status) {
+        if (name == "hole" || name == "other") {
+            status.size = std::int64_t{6} << 60;
+        }
+    });
+    const auto tree =
+        std::get<std::shared_ptr<FileTree>>(DiskScanner(1, calls).scan(m_disk.root()));
+    int capped = 0;
+    for (const FileNode& file : tree->root().children()) {
+        capped += file.isSizeCapped() ? 1 : 0;
+        EXPECT_EQ(TrashRequest::of(file).size.has_value(), !file.isSizeCapped());
+        EXPECT_EQ(move(TrashRequest::of(file)),
+                  file.isSizeCapped() ? TrashOutcome::moved : TrashOutcome::changed);
+    }
+    EXPECT_EQ(capped, 1);
+}
+
+TEST_F(CheckedTrashTests, ALookSeesWhatTheTrashItselfWouldRefuse)
+{
+    ASSERT_EQ(chmod(m_disk.root().bytes().c_str(), 0755), 0);
+    m_disk.file("closed/file");
+    const TrashRequest file = request("closed/file");
+    const CheckedTrash door(Trash::system(), home());
+    EXPECT_EQ(door.obstacleTo(file), std::nullopt);
+    ASSERT_EQ(chmod(m_disk.path("closed").bytes().c_str(), 0555), 0);
+    asUnprivilegedUser([&] { EXPECT_EQ(door.obstacleTo(file), TrashOutcome::notPermitted); });
+    ASSERT_EQ(chmod(m_disk.path("closed").bytes().c_str(), 0755), 0);
 }
 
 TEST_F(CheckedTrashTests, ARootThatLiesBelowALinkIsNoHindrance)
@@ -286,7 +364,13 @@ TEST_F(CheckedTrashTests, ANodeOfAScanCarriesWhatItLookedLike)
     EXPECT_EQ(folderRequest.kind, EntryStatus::Kind::directory);
     EXPECT_FALSE(folderRequest.size || folderRequest.modifiedSeconds);
     const TrashRequest fileRequest = TrashRequest::of(folder.children().front());
-    EXPECT_EQ(fileRequest, request("folder/file"));
+    TrashRequest expected = request("folder/file");
+    EntryStatus root;
+    ASSERT_TRUE(FileSystemCalls::system().status(FileSystemCalls::noDirectory(),
+                                                 m_disk.root().bytes().c_str(), root));
+    expected.mayRootBeLink = false;
+    expected.rootIdentity = FolderIdentity{root.device, root.inode};
+    EXPECT_EQ(fileRequest, expected);
     EXPECT_EQ(fileRequest.size, 12);
     EXPECT_EQ(fileRequest.modifiedSeconds, 4242);
 }

@@ -5,6 +5,7 @@
 
 #include <functional>
 #include <mutex>
+#include <optional>
 #include <vector>
 
 namespace quorvane {
@@ -22,6 +23,11 @@ public:
         return answer ? answer(path) : Outcome::moved;
     }
 
+    std::optional<Outcome> obstacleTo(const FilePath& path) override
+    {
+        return obstacle ? obstacle(path) : std::nullopt;
+    }
+
     /// What it was asked to move, in order.
     std::vector<FilePath> asked() const
     {
@@ -32,6 +38,8 @@ public:
     /// Called on the thread that asks; everything counts as moved while it is empty. Set it before
     /// the first call.
     std::function<Outcome(const FilePath&)> answer;
+    /// Called on the thread that looks; nothing is in the way while it is empty.
+    std::function<std::optional<Outcome>(const FilePath&)> obstacle;
 
 private:
     mutable std::mutex m_lock;

@@ -2,6 +2,7 @@
 #include "Trash.h"
 
 #include <gio/gio.h>
+#include <sys/statvfs.h>
 
 #include <memory>
 
@@ -11,6 +12,7 @@ namespace {
 struct Unreference
 {
     void operator()(GFile* file) const { g_object_unref(file); }
+    void operator()(GFileInfo* info) const { g_object_unref(info); }
     void operator()(GError* error) const { g_error_free(error); }
 };
 
@@ -33,6 +35,12 @@ Trash::Outcome outcomeOf(const GError& error)
     }
 }
 
+bool isOnReadOnlyVolume(const FilePath& path)
+{
+    struct statvfs volume = {};
+    return statvfs(path.parent().bytes().c_str(), &volume) == 0 && (volume.f_flag & ST_RDONLY) != 0;
+}
+
 /// The Trash of freedesktop.org, through GIO: below the user's data folder for what lies on the
 /// home's volume, else in a folder at the top of the entry's own volume.
 class GioTrash final : public Trash
@@ -51,6 +59,28 @@ public:
         }
         const std::unique_ptr<GError, Unreference> error(rawError);
         return error ? outcomeOf(*error) : Outcome::failed;
+    }
+
+    std::optional<Outcome> obstacleTo(const FilePath& path) override
+    {
+        const std::unique_ptr<GFile, Unreference> file(g_file_new_for_path(path.bytes().c_str()));
+        GError* rawError = nullptr;
+        const std::unique_ptr<GFileInfo, Unreference> info(g_file_query_info(
+            file.get(), G_FILE_ATTRIBUTE_ACCESS_CAN_DELETE "," G_FILE_ATTRIBUTE_ACCESS_CAN_TRASH,
+            G_FILE_QUERY_INFO_NOFOLLOW_SYMLINKS, nullptr, &rawError));
+        const std::unique_ptr<GError, Unreference> error(rawError);
+        if (!info) {
+            return error ? outcomeOf(*error) : Outcome::failed;
+        }
+        const auto isDenied = [&info](const char* attribute) {
+            return g_file_info_has_attribute(info.get(), attribute) != 0 &&
+                   g_file_info_get_attribute_boolean(info.get(), attribute) == 0;
+        };
+        if (isDenied(G_FILE_ATTRIBUTE_ACCESS_CAN_DELETE)) {
+            return isOnReadOnlyVolume(path) ? Outcome::readOnly : Outcome::notPermitted;
+        }
+        return isDenied(G_FILE_ATTRIBUTE_ACCESS_CAN_TRASH) ? std::optional(Outcome::notOfferedHere)
+                                                           : std::nullopt;
     }
 };
 

@@ -11,6 +11,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstddef>
+#include <cstdint>
 #include <cstdio>
 #include <string>
 #include <string_view>
@@ -72,7 +73,7 @@ bool renameAfterALook(int folder, const char* name, const char* other)
     return errno == ENOENT && renameat(folder, name, folder, other) == 0; // the one rename
 }
 
-PinnedEntry PinnedEntry::reach(const FilePath& root, const FilePath& path)
+PinnedEntry PinnedEntry::reach(const FilePath& root, const FilePath& path, RootLink rootLink)
 {
     PinnedEntry entry;
     const FilePath top = path == root ? root.parent() : root;
@@ -94,6 +95,18 @@ PinnedEntry PinnedEntry::reach(const FilePath& root, const FilePath& path)
     const OwnedDescriptor topFolder(openFolder(top.bytes().c_str()));
     if (!topFolder.isOpen()) {
         entry.fail(errno);
+        return entry;
+    }
+    struct stat found = {};
+    if (fstat(topFolder.get(), &found) != 0) {
+        entry.fail(errno);
+        return entry;
+    }
+    entry.m_topIdentity = {static_cast<std::uint64_t>(found.st_dev),
+                           static_cast<std::uint64_t>(found.st_ino)};
+    if (rootLink == RootLink::refuse && lstat(top.bytes().c_str(), &found) == 0 &&
+        S_ISLNK(found.st_mode)) {
+        entry.m_failure = Failure::behindLink;
         return entry;
     }
     entry.m_folder = OwnedDescriptor(openFolderBelow(topFolder.get(), folders));

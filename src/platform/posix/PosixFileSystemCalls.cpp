@@ -93,6 +93,7 @@ EntryStatus PosixFileSystemCalls::statusFrom(const struct stat& entry)
     // Seconds alone, under the name that every system has for them.
     status.modifiedSeconds = entry.st_mtime;
     status.device = static_cast<std::uint64_t>(entry.st_dev);
+    status.inode = static_cast<std::uint64_t>(entry.st_ino);
     return status;
 }
 
