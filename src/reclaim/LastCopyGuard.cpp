@@ -86,6 +86,7 @@ LastCopyGuard::LastCopyGuard(std::shared_ptr<const DuplicateFinder::Groups> grou
     , m_nodes(queue.size(), nullptr)
     , m_groupsOf(queue.size())
     , m_stagedFiles(m_groups->size(), 0)
+    , m_stayingFiles(m_groups->size())
 {
     noteEntries(queue);
     if (!m_entries.empty()) {
@@ -134,18 +135,14 @@ void LastCopyGuard::noteFiles()
                 }
             }
             m_stagedFiles[group] += isStaged ? 1 : 0;
+            if (!isStaged && !(*m_groups)[group].isBrokenOff(*file)) {
+                m_stayingFiles[group].push_back(file);
+            }
+        }
+        if (m_stagedFiles[group] == 0) {
+            m_stayingFiles[group] = {};
         }
     }
-}
-
-bool LastCopyGuard::isStaged(const FileNode& file) const
-{
-    for (const FileNode* node = &file; node != nullptr; node = node->parent()) {
-        if (m_entries.find(node) != m_entries.end()) {
-            return true;
-        }
-    }
-    return false;
 }
 
 const FileNode* LastCopyGuard::fileOf(std::size_t entry, std::size_t group) const
@@ -162,17 +159,6 @@ const FileNode* LastCopyGuard::fileOf(std::size_t entry, std::size_t group) cons
     return nullptr;
 }
 
-std::vector<const FileNode*> LastCopyGuard::stayingFiles(std::size_t group) const
-{
-    std::vector<const FileNode*> staying;
-    for (const FileNode* const file : (*m_groups)[group].files()) {
-        if (!isStaged(*file) && !(*m_groups)[group].isBrokenOff(*file)) {
-            staying.push_back(file);
-        }
-    }
-    return staying;
-}
-
 bool LastCopyGuard::mayGo(std::size_t entry, const AcceptedLosses& accepted,
                           const IsOnDisk& isOnDisk) const
 {
@@ -180,8 +166,7 @@ bool LastCopyGuard::mayGo(std::size_t entry, const AcceptedLosses& accepted,
         if (isAllStaged(group)) {
             return accepted.contains(m_groups, group);
         }
-        const std::vector<const FileNode*> staying = stayingFiles(group);
-        return std::any_of(staying.begin(), staying.end(),
+        return std::any_of(m_stayingFiles[group].begin(), m_stayingFiles[group].end(),
                            [&isOnDisk](const FileNode* file) { return isOnDisk(*file); });
     });
 }

@@ -44,9 +44,12 @@ public:
     std::span<const std::size_t> groupsOf(std::size_t entry) const { return m_groupsOf[entry]; }
     /// The first file of the group that is at or below the entry; null when none is.
     const FileNode* fileOf(std::size_t entry, std::size_t group) const;
-    /// The files of a group that are neither in the queue nor below a folder in it. One whose
-    /// reading broke off is not known to be a copy and does not count.
-    std::vector<const FileNode*> stayingFiles(std::size_t group) const;
+    /// The files of a group of some entry's that are neither in the queue nor below a folder in it.
+    /// One whose reading broke off is not known to be a copy and does not count.
+    std::span<const FileNode* const> stayingFiles(std::size_t group) const
+    {
+        return m_stayingFiles[group];
+    }
     bool isAllStaged(std::size_t group) const { return m_stagedFiles[group] == fileCount(group); }
 
     /// Whether the entry at that place of the queue may go: each group that it has a copy of keeps
@@ -57,7 +60,6 @@ private:
     std::size_t fileCount(std::size_t group) const { return (*m_groups)[group].files().size(); }
     void noteEntries(std::span<const NodePointer> queue);
     void noteFiles();
-    bool isStaged(const FileNode& file) const;
 
     std::shared_ptr<const DuplicateFinder::Groups> m_groups;
     /// Staged nodes of the groups' tree with their places in the queue.
@@ -65,6 +67,8 @@ private:
     std::vector<const FileNode*> m_nodes; ///< of the queue's entries; null for one elsewhere
     std::vector<std::vector<std::size_t>> m_groupsOf;
     std::vector<std::size_t> m_stagedFiles;
+    /// Of each group that an entry has a file of; empty for the others.
+    std::vector<std::vector<const FileNode*>> m_stayingFiles;
 };
 
 /// The node at a path of the tree below root; the root itself where the path lies around it; null

@@ -27,7 +27,7 @@ bool lacksAKeeper(const LastCopyGuard& guard, std::size_t entry)
 {
     const std::span<const std::size_t> groups = guard.groupsOf(entry);
     return std::any_of(groups.begin(), groups.end(), [&guard](std::size_t group) {
-        const std::vector<const FileNode*> staying = guard.stayingFiles(group);
+        const std::span<const FileNode* const> staying = guard.stayingFiles(group);
         return !guard.isAllStaged(group) &&
                std::none_of(staying.begin(), staying.end(),
                             [](const FileNode* file) { return isOnDiskAsScanned(*file); });
