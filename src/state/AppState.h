@@ -59,7 +59,7 @@ private:
     std::shared_ptr<const NodeIndex> scannedNodes() const override { return nodesByID.value(); }
     std::shared_ptr<const DuplicateFinder::Groups> foundDuplicates() const override
     {
-        return duplicateGroups.value();
+        return lastFoundDuplicates();
     }
     void showSection(AppSection shown) override { section = shown; }
     void changeQueue(const std::vector<FileNode*>& unstaged,

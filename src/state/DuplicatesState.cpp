@@ -72,7 +72,7 @@ void DuplicatesState::runDuplicateSearch(bool background)
             QCoreApplication::translate("AppState", "A duplicate scan is already running."));
         return;
     }
-    dropDuplicates();
+    clearDuplicates();
     DuplicateFinder::Options options;
     options.fileSystem = &m_host.platform().fileSystem;
     options.contents = m_host.platform().fileContents;
@@ -102,7 +102,12 @@ void DuplicatesState::runDuplicateSearch(bool background)
             }
             return found;
         },
-        [this](FoundDuplicates found) { publishDuplicates(std::move(found)); });
+        [this](FoundDuplicates found) { publishDuplicates(std::move(found)); },
+        [this] {
+            duplicateProgress = 0;
+            m_host.flashBanner().flash(QCoreApplication::translate(
+                "AppState", "Not enough memory to search for duplicates."));
+        });
 }
 
 /// The groups were walked for the summary in the search's own job.
@@ -111,6 +116,7 @@ void DuplicatesState::publishDuplicates(FoundDuplicates found)
     duplicateProgress = 1;
     m_duplicateIndex = std::move(found.index);
     duplicateGroups = std::move(found.groups);
+    m_host.jobs().release(std::exchange(m_lastFound, duplicateGroups.value()));
     duplicateCount = duplicateIndex().extraCopies();
     duplicateReclaimable = duplicateIndex().reclaimableBytes();
 }
@@ -121,6 +127,17 @@ void DuplicatesState::stopDuplicateSearch()
 }
 
 void DuplicatesState::dropDuplicates()
+{
+    m_host.jobs().release(std::exchange(m_lastFound, nullptr));
+    clearDuplicates();
+}
+
+std::shared_ptr<const Groups> DuplicatesState::lastFoundDuplicates() const
+{
+    return m_lastFound && duplicateGroups.value()->empty() ? m_lastFound : duplicateGroups.value();
+}
+
+void DuplicatesState::clearDuplicates()
 {
     auto old = std::make_pair(duplicateGroups.value(), std::move(m_duplicateIndex));
     duplicateGroups = std::make_shared<const Groups>();
@@ -162,7 +179,14 @@ void DuplicatesState::trashOthers(const FileNode& keep)
                  [id = keep.id()](const FileNode* file) { return file->id() == id; });
     m_host.changeQueue(kept, toStage);
     const QString name = keep.displayName();
+    const bool isOtherStaged =
+        std::any_of(group->files().begin(), group->files().end(), [&keep](const FileNode* copy) {
+            return copy->id() != keep.id() && copy->isStagedForTrash();
+        });
     if (toStage.empty()) {
+        if (!isOtherStaged) {
+            return; // Those that are left are the same file or were not read to their ends.
+        }
         m_host.flashBanner().flash(
             QCoreApplication::translate(
                 "AppState", "Kept \"%1\" — the duplicate copies are already staged for Trash.")

@@ -58,8 +58,11 @@ public:
     std::size_t mostDuplicateCopies() const { return duplicateIndex().mostCopies(); }
 
 protected:
-    /// Clears the results. The search itself is not touched.
+    /// Clears the results of the old tree. The search itself is not touched.
     void dropDuplicates();
+    /// What the last finished search of the tree found, also while the next one runs or when that
+    /// was stopped: what no batch takes the last copy of. Never absent.
+    std::shared_ptr<const DuplicateFinder::Groups> lastFoundDuplicates() const;
 
     JobSlot& duplicateSlot() { return m_duplicateSlot; }
 
@@ -70,6 +73,7 @@ private:
         std::shared_ptr<const DuplicateIndex> index;
     };
 
+    void clearDuplicates();
     void publishDuplicates(FoundDuplicates found);
     const DuplicateIndex& duplicateIndex() const;
     /// The first group that has a file of that id; null for none.
@@ -77,6 +81,7 @@ private:
 
     FacetHost& m_host;
     JobSlot m_duplicateSlot;
+    std::shared_ptr<const DuplicateFinder::Groups> m_lastFound;
     std::shared_ptr<RunningSearches> m_runningSearches = std::make_shared<RunningSearches>();
     /// Made for the groups in it; made anew when others are on show.
     mutable std::shared_ptr<const DuplicateIndex> m_duplicateIndex;

@@ -4,6 +4,8 @@
 #include "FacetHost.h"
 #include "Trash.h"
 
+#include <QCoreApplication>
+
 #include <algorithm>
 #include <iterator>
 #include <limits>
@@ -102,6 +104,11 @@ CheckedTrash StagingState::door() const
 
 void StagingState::refreshQueueCautions()
 {
+    m_looksAgain = m_cautionSlot.isRunning();
+    if (m_looksAgain) {
+        m_cautionSlot.requestStop();
+        return;
+    }
     m_cautionSlot.restart(
         JobPriority::userInitiated,
         [nodes = stagedNodes.value(), found = m_found, groups = m_host.foundDuplicates(),
@@ -112,7 +119,11 @@ void StagingState::refreshQueueCautions()
                     .value_or(QueueCautions{}));
         },
         [this](std::shared_ptr<const QueueCautions> cautions) {
-            queueCautions = std::move(cautions);
+            if (m_looksAgain) {
+                refreshQueueCautions();
+            } else {
+                queueCautions = std::move(cautions);
+            }
         });
 }
 
@@ -186,8 +197,30 @@ void StagingState::sendStagedToTrash(const AcceptedLosses& accepted)
                 QLatin1String("Moved ") % itemCount(sent.size()) % QLatin1String(" to Trash.");
             // The tree is never patched: the scan of the same root shows what has left the disk.
             m_host.scanAgainAfter(sent);
-        });
+        },
+        [this, nodes, found] { takeBack(nodes, found); });
     trashStatus = QLatin1String("Moving ") % itemCount(count) % QStringLiteral(" to Trash…");
+}
+
+/// After a batch that memory or a thread was missing for. What it has moved is told apart from the
+/// rest when the queue is looked at.
+void StagingState::takeBack(const std::vector<NodePointer>& nodes,
+                            const std::map<NodePointer, TrashRequest>& found)
+{
+    std::vector<NodePointer> queue = nodes;
+    for (const NodePointer& node : stagedNodes.value()) {
+        if (!holds(nodes, node)) {
+            queue.push_back(node);
+        }
+    }
+    for (const NodePointer& node : nodes) {
+        node->setStagedForTrash(true);
+    }
+    m_found.insert(found.begin(), found.end());
+    setQueue(std::move(queue));
+    trashStatus = std::nullopt;
+    m_host.flashBanner().flash(QCoreApplication::translate(
+        "AppState", "Not enough memory to move the items to Trash. They are staged again."));
 }
 
 void StagingState::waitForBatch() const

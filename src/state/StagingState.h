@@ -50,14 +50,15 @@ public:
     /// Bytes of the queue, each entry counted by itself, whether or not it lies inside another;
     /// at most the largest number.
     std::int64_t stagedSpace() const;
-    /// Looks in the background at what stands in the way of the queue; queueCautions tells. What a
-    /// look under way would have told is dropped.
+    /// Looks in the background at what stands in the way of the queue; queueCautions tells. A look
+    /// that is under way ends first and tells nothing: one that hangs in the system keeps one
+    /// thread, however often the queue changes.
     void refreshQueueCautions();
     /// Moves the queue to the Trash, one entry after another in the background, and scans the root
     /// again. A scan that was asked for meanwhile starts over instead, where it concerns one of the
     /// entries. What differs from what was found, what cannot be moved, and the last copy of a file
-    /// whose loss is not accepted stay on the disk. There is no way to stop it: not even the end of
-    /// the model does.
+    /// whose loss is not accepted stay on the disk. Without memory for it the queue comes back.
+    /// There is no way to stop it: not even the end of the model does.
     void sendStagedToTrash(const AcceptedLosses& accepted = {});
     /// Blocks until no batch is under way. For the end of the program, when the runner is closed.
     void waitForBatch() const;
@@ -70,10 +71,13 @@ protected:
 private:
     CheckedTrash door() const;
     void setQueue(std::vector<NodePointer> queue);
+    void takeBack(const std::vector<NodePointer>& nodes,
+                  const std::map<NodePointer, TrashRequest>& found);
 
     FacetHost& m_host;
     JobSlot m_trashSlot;
     JobSlot m_cautionSlot;
+    bool m_looksAgain = false; ///< once the look under way has ended
     /// Of the stand-alone entries of the queue.
     std::map<NodePointer, TrashRequest> m_found;
     /// Ready once the latest batch has moved its last entry; invalid before the first.

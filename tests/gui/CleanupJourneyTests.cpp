@@ -56,6 +56,7 @@ TEST_F(CleanupJourney, LeadsFromStagingToTheTrashAndTheScanBehind)
     EXPECT_TRUE(std::filesystem::exists(m_disk.path("home/Movies/film.mov").bytes()));
     for (auto* const button : find("confirmTrashDialog")->findChildren<QAbstractButton*>()) {
         if (button->text() == QLatin1String("Move to Trash")) {
+            ASSERT_TRUE(waitFor([button] { return button->isEnabled(); }));
             QTest::mouseClick(button, Qt::LeftButton);
         }
     }

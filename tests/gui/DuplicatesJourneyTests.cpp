@@ -111,6 +111,7 @@ TEST_F(DuplicatesJourney, LeadsFromAScanToTheCopiesOnTheCleanupScreen)
     ASSERT_TRUE(waitUntilShown("confirmTrashDialog"));
     for (auto* const button : find("confirmTrashDialog")->findChildren<QAbstractButton*>()) {
         if (button->text() == QLatin1String("Move to Trash")) {
+            ASSERT_TRUE(waitFor([button] { return button->isEnabled(); }));
             QTest::mouseClick(button, Qt::LeftButton);
         }
     }

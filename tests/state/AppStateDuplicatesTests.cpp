@@ -355,6 +355,42 @@ TEST_F(AppStateDuplicates, ASearchThatAScanHasDroppedEndsAndMakesRoomForTheNext)
     EXPECT_EQ(groups().size(), 1U);
 }
 
+TEST_F(AppStateDuplicates, ABatchDuringTheNextSearchTakesNoLastCopyEither)
+{
+    disk.fileWithContents("one", std::string(3000, 'x'));
+    disk.fileWithContents("two", std::string(3000, 'x'));
+    scan(disk.root());
+    awaitSearch();
+    state().toggleStaged(node("one"));
+    state().toggleStaged(node("two"));
+    m_readGate.close();
+    state().runDuplicateSearch();
+    m_readGate.awaitVisitor();
+    ASSERT_TRUE(groups().empty());
+    state().sendStagedToTrash();
+    ASSERT_TRUE(waitFor([this] { return !state().isTrashingStaged.value(); }));
+    EXPECT_TRUE(platform.trash.asked().empty());
+    m_readGate.open();
+}
+
+TEST_F(AppStateDuplicates, AStoppedSearchForgetsNothingThatTheOneBeforeFound)
+{
+    disk.fileWithContents("one", std::string(3000, 'x'));
+    disk.fileWithContents("two", std::string(3000, 'x'));
+    scan(disk.root());
+    awaitSearch();
+    m_readGate.close();
+    state().runDuplicateSearch();
+    m_readGate.awaitVisitor();
+    state().stopDuplicateSearch();
+    m_readGate.open();
+    for (const char* const name : {"one", "two"}) {
+        state().toggleStaged(node(name));
+    }
+    state().refreshQueueCautions();
+    EXPECT_TRUE(waitFor([this] { return !state().queueCautions.value()->losses.indices.empty(); }));
+}
+
 TEST_F(AppStateDuplicates, FilesThatVanishBehindTheScanAreNoCopies)
 {
     disk.fileWithContents("one", std::string(3000, 'x'));

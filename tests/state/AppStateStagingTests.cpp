@@ -2,8 +2,11 @@
 #include "Gate.h"
 #include "StateFixture.h"
 #include "TreeText.h"
+#include "UnprivilegedRun.h"
 
 #include <QStringList>
+
+#include <sys/resource.h>
 
 #include <algorithm>
 #include <atomic>
@@ -473,6 +476,55 @@ TEST_F(AppStateStaging, TellsWhatStandsInTheWayBeforeTheBatch)
     EXPECT_TRUE(platform.trash.asked().empty());
     scan(disk.root());
     EXPECT_TRUE(state().queueCautions.value()->queue.empty()) << "nothing of the old tree is left";
+}
+
+TEST_F(AppStateStaging, ALookThatHangsKeepsOneThreadHoweverOftenTheQueueChanges)
+{
+    scanThreeFiles();
+    state().toggleStaged(node("a"));
+    Gate gate;
+    std::atomic<int> looks = 0;
+    platform.trash.obstacle = [&](const FilePath&) {
+        ++looks;
+        gate.pass();
+        return std::optional<Outcome>();
+    };
+    for (int i = 0; i < 100; ++i) {
+        state().refreshQueueCautions();
+    }
+    gate.awaitVisitor();
+    state().toggleStaged(node("b"));
+    state().refreshQueueCautions();
+    EXPECT_EQ(looks.load(), 1);
+    gate.open();
+    ASSERT_TRUE(waitFor([this] { return state().queueCautions.value()->queue.size() == 2; }));
+    EXPECT_LE(looks.load(), 5) << "one look more at two entries, whatever came in between";
+}
+
+TEST_F(AppStateStaging, ABatchWithoutAThreadPutsTheQueueBack)
+{
+    disk.file("a", 100);
+    const FilePath root = disk.root();
+    inChildProcess([&root] {
+        asUnprivilegedUser([&root] {
+            FakePlatform poor{root, FileSystemCalls::system()};
+            AppState state(poor.platform());
+            const NodePointer item = FileTree::stagedItem("a", root.appending("a"), 100);
+            state.toggleStaged(item);
+            const rlimit none{0, 0};
+            ASSERT_EQ(setrlimit(RLIMIT_NPROC, &none), 0);
+            state.sendStagedToTrash();
+            ASSERT_TRUE(waitFor([&state] { return !state.isTrashingStaged.value(); }));
+            EXPECT_EQ(state.stagedNodes.value(), std::vector{item});
+            EXPECT_TRUE(item->isStagedForTrash());
+            EXPECT_TRUE(poor.trash.asked().empty());
+            EXPECT_EQ(
+                state.flashMessage.value(),
+                QStringLiteral("Not enough memory to move the items to Trash. They are staged "
+                               "again."));
+            EXPECT_EQ(state.trashStatus.value(), std::nullopt);
+        });
+    });
 }
 
 } // namespace

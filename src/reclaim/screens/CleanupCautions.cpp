@@ -12,7 +12,9 @@
 #include <QVBoxLayout>
 
 #include <algorithm>
+#include <numeric>
 #include <utility>
+#include <vector>
 
 namespace quorvane {
 namespace {
@@ -71,6 +73,18 @@ Explanation explanationOf(TrashOutcome obstacle)
         return {translated("Will stay: protected"),
                 translated("it is part of the system or holds your home folder"),
                 translated("Stage what is inside it instead.")};
+    case TrashOutcome::notOfferedHere:
+        return {
+            translated("Will stay: no Trash here"), translated("its volume has no Trash"),
+            translated("Move it to a volume that has one, or remove it with the file manager.")};
+    case TrashOutcome::readOnly:
+        return {translated("Will stay: read-only volume"),
+                translated("its volume takes no changes"),
+                translated("Make the volume writable, then move it.")};
+    case TrashOutcome::notPermitted:
+        return {translated("Will stay: not permitted"),
+                translated("you may not take it out of its folder"),
+                translated("Check the permissions of its folder.")};
     default:
         return {translated("Will stay: out of reach"), translated("it cannot be reached"),
                 translated("Check the permissions of its folder.")};
@@ -163,7 +177,13 @@ QStringList cautionLines(const QueueCautions& cautions)
     const auto count = static_cast<std::size_t>(std::count_if(
         cautions.cautions.begin(), cautions.cautions.end(),
         [](const QueueCaution& each) { return each.kind != QueueCaution::Kind::none; }));
-    for (std::size_t i = 0; i < cautions.cautions.size(); ++i) {
+    // What would be lost is named before what only stays.
+    std::vector<std::size_t> order(cautions.cautions.size());
+    std::iota(order.begin(), order.end(), std::size_t{0});
+    std::stable_partition(order.begin(), order.end(), [&cautions](std::size_t i) {
+        return cautions.cautions[i].kind == QueueCaution::Kind::takesLastCopy;
+    });
+    for (const std::size_t i : order) {
         const QueueCaution& caution = cautions.cautions[i];
         if (caution.kind == QueueCaution::Kind::none) {
             continue;

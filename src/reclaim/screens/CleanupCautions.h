@@ -17,8 +17,8 @@ namespace quorvane {
 /// The mark of a row of the queue, with a tooltip that says what to do; absent without a caution.
 std::optional<RowBadge> cautionBadge(const QueueCaution& caution);
 
-/// One sentence for each caution and what to do about it, in the order of the queue; beyond six,
-/// lines that count the rest.
+/// One sentence for each caution and what to do about it, losses first, each in the order of the
+/// queue; beyond six, a line that counts the rest.
 QStringList cautionLines(const QueueCautions& cautions);
 
 /// One more paragraph of a question: a line with a symbol for each caution, on an orange ground.

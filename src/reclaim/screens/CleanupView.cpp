@@ -15,7 +15,9 @@
 #include <QHBoxLayout>
 #include <QPainter>
 #include <QShortcut>
+#include <QTimer>
 
+#include <chrono>
 #include <utility>
 
 namespace quorvane {
@@ -26,6 +28,7 @@ constexpr int rowHeight = 52;
 constexpr int filesWidth = 110;
 constexpr int sizeWidth = 88;
 constexpr int totalHeight = 44;
+constexpr std::chrono::milliseconds maxWaitForCautions{2000};
 constexpr int totalLeft = 16;
 /// Ends where the sizes of the rows end.
 constexpr int totalRight = 56;
@@ -58,6 +61,7 @@ CleanupView::CleanupView(AppState& state, QWidget* parent)
     , m_refresher(new Refresher(this, [this] { refresh(); }))
     , m_queueRefresher(new Refresher(this, [this] { refreshQueue(); }))
     , m_cautionRefresher(new Refresher(this, [this] { refreshCautions(); }))
+    , m_lookRefresher(new Refresher(this, [this] { lookAgain(); }))
 {
     setObjectName(QStringLiteral("cleanupView"));
     addEmpty(nothing(), QStringLiteral("checkmark.circle"), tr("Nothing staged yet"),
@@ -79,6 +83,7 @@ CleanupView::CleanupView(AppState& state, QWidget* parent)
     }
     m_refresher->watch(m_state.isTrashingStaged, m_state.trashProgress, m_state.trashStatus);
     m_queueRefresher->watch(m_state.stagedNodes, m_state.isTrashingStaged);
+    m_lookRefresher->watch(DuplicatesState::of(state).duplicateGroups);
     m_cautionRefresher->watch(m_state.queueCautions);
     refresh();
     refreshQueue();
@@ -168,8 +173,12 @@ void CleanupView::openConfirmation()
                           .arg(ByteFormatter::string(m_state.stagedSpace())));
     m_cautions = new CautionPanel;
     m_dialog->bodyLayout()->addWidget(m_cautions);
+    const std::shared_ptr<const QueueCautions>& found = m_state.queueCautions.value();
+    if (found->queue == m_asked) {
+        m_cautions->setLines(cautionLines(*found)); // until the new look has come
+    }
     m_dialog->addButton(tr("Cancel"), ButtonRole::bordered, false);
-    m_dialog->addButton(tr("Move to Trash"), ButtonRole::destructive, true);
+    m_yes = m_dialog->addButton(tr("Move to Trash"), ButtonRole::destructive, true);
     connect(m_dialog, &Dialog::rejected, this, [this] { setConfirmTrash(false); });
     connect(m_dialog, &Dialog::accepted, this, [this] {
         m_confirmTrash = false;
@@ -178,6 +187,10 @@ void CleanupView::openConfirmation()
         }
     });
     m_accepted = {};
+    // Nobody says yes before the question is whole; a disk that hangs holds nobody up for long, and
+    // then nothing counts as accepted.
+    m_yes->setEnabled(false);
+    QTimer::singleShot(maxWaitForCautions, m_yes, [yes = m_yes] { yes->setEnabled(true); });
     m_state.refreshQueueCautions();
     m_dialog->open();
 }
@@ -194,27 +207,33 @@ void CleanupView::refresh()
 /// found.
 void CleanupView::refreshCautions()
 {
-    const std::shared_ptr<const QueueCautions>& found = m_state.queueCautions.value();
     m_rows->refreshRows();
-    if (m_confirmTrash && m_cautions && found && found->queue == m_asked) {
+    const std::shared_ptr<const QueueCautions>& found = m_state.queueCautions.value();
+    if (m_confirmTrash && m_cautions && found->queue == m_asked) {
         m_cautions->setLines(cautionLines(*found));
         m_accepted = found->losses;
+        m_yes->setEnabled(true);
+    }
+}
+
+void CleanupView::lookAgain()
+{
+    if (isVisible()) {
+        m_state.refreshQueueCautions();
     }
 }
 
 void CleanupView::showEvent(QShowEvent* event)
 {
     QWidget::showEvent(event);
-    m_state.refreshQueueCautions();
+    lookAgain();
 }
 
 void CleanupView::refreshQueue()
 {
     const std::vector<NodePointer>& staged = m_state.stagedNodes.value();
     const bool isEmpty = staged.empty();
-    if (isVisible()) {
-        m_state.refreshQueueCautions();
-    }
+    lookAgain();
     if (staged != m_asked) {
         setConfirmTrash(false);
     }

@@ -50,6 +50,7 @@ private:
     void refresh();
     void refreshQueue();
     void refreshCautions();
+    void lookAgain();
     void unstageRow(int row);
 
     AppState& m_state;
@@ -61,11 +62,13 @@ private:
     /// The queue that the dialog asks about: nothing else is sent by it.
     std::vector<NodePointer> m_asked;
     QPointer<CautionPanel> m_cautions; ///< of the dialog
+    QPointer<Button> m_yes;            ///< of the dialog
     AcceptedLosses m_accepted;         ///< what a yes to the dialog agrees to lose
     bool m_confirmTrash = false;
     Refresher* m_refresher;
     Refresher* m_queueRefresher;
     Refresher* m_cautionRefresher;
+    Refresher* m_lookRefresher; ///< what counts as a last copy has changed
 };
 
 } // namespace quorvane

@@ -75,6 +75,15 @@ protected:
 
     Dialog* dialog() { return m_window.findChild<Dialog*>(); }
 
+    /// Opens the question and waits until it is whole.
+    void ask()
+    {
+        m_view.setConfirmTrash(true);
+        ASSERT_NE(dialog(), nullptr);
+        Button* const yes = dialogButton(QStringLiteral("Move to Trash"));
+        ASSERT_TRUE(waitFor([yes] { return yes->isEnabled(); }));
+    }
+
     Button* dialogButton(const QString& text)
     {
         for (auto* const button : dialog()->findChildren<Button*>()) {
@@ -233,7 +242,7 @@ TEST_F(CleanupViewTests, ShowsTheBatchWhileItRuns)
     };
     m_state.toggleStaged(filmOnDisk());
     QCoreApplication::processEvents();
-    m_view.setConfirmTrash(true);
+    ask();
     dialogButton(QStringLiteral("Move to Trash"))->click();
     QCoreApplication::processEvents();
     EXPECT_TRUE(part<QWidget>("progress").isVisible());
@@ -252,7 +261,7 @@ TEST_F(CleanupViewTests, ShowsTheBatchWhileItRuns)
 TEST_F(CleanupViewTests, TheQuestionSendsNothingButWhatItNamed)
 {
     stage("film.mov");
-    m_view.setConfirmTrash(true);
+    ask();
     Button* const accept = dialogButton(QStringLiteral("Move to Trash"));
     m_state.toggleStaged(node("Caches"));
     accept->click();
@@ -386,12 +395,30 @@ TEST_F(LastCopyQuestion, NamesTheFileAndAYesSendsIt)
     EXPECT_EQ(m_platform.trash.asked().size(), 2u);
 }
 
-TEST_F(LastCopyQuestion, AYesToAQuestionThatDidNotNameItSendsNeither)
+TEST_F(LastCopyQuestion, NobodySaysYesBeforeItIsWhole)
 {
     m_view.setConfirmTrash(true);
     // Before the look at the disk has been told: no event has been processed since.
-    confirm();
-    EXPECT_TRUE(m_platform.trash.asked().empty());
+    Button* const yes = dialogButton(QStringLiteral("Move to Trash"));
+    EXPECT_FALSE(yes->isEnabled());
+    yes->click();
+    EXPECT_TRUE(m_view.confirmTrash());
+    EXPECT_FALSE(m_state.isTrashingStaged.value());
+    ASSERT_TRUE(waitFor([yes] { return yes->isEnabled(); }));
+    EXPECT_FALSE(cautionLinesOnShow().isEmpty());
+}
+
+TEST_F(LastCopyQuestion, ComesUpWhenASearchEndsWhileItIsOpen)
+{
+    const auto found = m_state.duplicateGroups.value();
+    m_state.duplicateGroups = std::make_shared<const DuplicateFinder::Groups>();
+    m_state.runDuplicateSearch();
+    m_view.setConfirmTrash(true);
+    EXPECT_TRUE(waitFor([this] { return !cautionLinesOnShow().isEmpty(); }));
+    EXPECT_TRUE(waitFor([this] { return !m_state.duplicateGroups.value()->empty(); }));
+    EXPECT_TRUE(waitFor([this] {
+        return m_state.queueCautions.value()->losses.groups == m_state.duplicateGroups.value();
+    })) << "the look that counts is one at the groups on show";
 }
 
 TEST(CleanupCautionTests, MarksSayInShortWhatTheTooltipExplains)
