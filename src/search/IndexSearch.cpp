@@ -178,7 +178,7 @@ private:
     std::size_t scanRows(Rows rows, BestHits& hits)
     {
         std::size_t certain = 0;
-        Level level = levelOf(rows.first);
+        Level level{0, rows.first}; // found with the first hit
         for (Row row = rows.first; row != rows.end; ++row) {
             certain += consider(row, level, hits) ? 1U : 0U;
         }
@@ -192,7 +192,7 @@ private:
             m_table.foldedNamesFrom(rows.first).substr(0, starts[rows.end] - starts[rows.first]);
         const std::uint32_t origin = starts[rows.first];
         std::size_t certain = 0;
-        Level level = levelOf(rows.first);
+        Level level{0, rows.first}; // found with the first hit
         Row row = rows.first;
         for (std::size_t at = 0; (at = findText(names, m_words.front(), at)) != names.npos;
              at = starts[row + 1] - origin, ++row) {

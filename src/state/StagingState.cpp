@@ -2,6 +2,7 @@
 #include "StagingState.h"
 
 #include "FacetHost.h"
+#include "FlashState.h"
 #include "Trash.h"
 
 #include <QCoreApplication>
