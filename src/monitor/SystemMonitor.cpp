@@ -3,19 +3,26 @@
 
 #include "ByteFormatter.h"
 #include "FileSystemCalls.h"
+#include "Programs.h"
 #include "Text.h"
 
 #include <QByteArray>
 
 #include <algorithm>
 #include <charconv>
+#include <chrono>
 #include <cmath>
 #include <limits>
+#include <optional>
+#include <string>
 #include <tuple>
 #include <utility>
 
 namespace quorvane {
 namespace {
+
+/// ps takes some tens of milliseconds.
+constexpr std::chrono::seconds psTimeout{10};
 
 QString formatted(std::uint64_t bytes)
 {
@@ -122,7 +129,7 @@ BatterySample SystemMonitor::batterySample(MachineFigures& machine)
 }
 
 std::vector<ProcessSample> SystemMonitor::topProcesses(MachineFigures& machine, std::size_t limit,
-                                                       ProcessOrder order)
+                                                       ProcessOrder order, Programs* programs)
 {
     std::vector<ProcessFigures> all = machine.processes();
     const auto comesFirst = [order](const ProcessFigures& left, const ProcessFigures& right) {
@@ -135,6 +142,14 @@ std::vector<ProcessSample> SystemMonitor::topProcesses(MachineFigures& machine, 
         return order == ProcessOrder::memory ? byMemory(left) < byMemory(right)
                                              : byShare(left) < byShare(right);
     };
+    // A machine that runs this program has one process at least.
+    if (all.empty()) {
+        Programs& ps = programs != nullptr ? *programs : Programs::system();
+        for (ProcessSample& process : topProcesses(ps, std::numeric_limits<std::size_t>::max())) {
+            all.push_back({process.pid, std::move(process.name), process.cpuPercent,
+                           process.memPercent, process.rssBytes});
+        }
+    }
     const std::size_t count = std::min(limit, all.size());
     std::partial_sort(all.begin(), all.begin() + static_cast<std::ptrdiff_t>(count), all.end(),
                       comesFirst);
@@ -146,6 +161,15 @@ std::vector<ProcessSample> SystemMonitor::topProcesses(MachineFigures& machine, 
                           process.memPercent, process.rssBytes});
     }
     return result;
+}
+
+std::vector<ProcessSample> SystemMonitor::topProcesses(Programs& programs, std::size_t limit)
+{
+    // Decimal points, whatever the user's locale.
+    static const std::vector<std::string> command{
+        "/usr/bin/env", "LC_ALL=C", "/bin/ps", "-Aceo", "pid,comm,%cpu,%mem,rss", "-r"};
+    const std::optional<Programs::Output> output = programs.run(command, psTimeout, {});
+    return output ? parseProcesses(output->text, limit) : std::vector<ProcessSample>();
 }
 
 std::vector<ProcessSample> SystemMonitor::parseProcesses(std::string_view text, std::size_t limit)

@@ -12,6 +12,7 @@
 namespace quorvane {
 
 class FileSystemCalls;
+class Programs;
 
 /// Readings of the machine. Any thread but the main one: each call asks the system anew and may
 /// block. Nothing here runs by itself.
@@ -42,9 +43,16 @@ struct SystemMonitor
     static NetRateSample networkSample(MachineFigures& machine);
     static BatterySample batterySample(MachineFigures& machine);
     /// The first so many by share of a processor, or by resident size; equal ones by process id.
+    /// From ps(1), started through programs, where the machine lists none.
     static std::vector<ProcessSample> topProcesses(MachineFigures& machine,
                                                    std::size_t limit = defaultProcessLimit,
-                                                   ProcessOrder order = ProcessOrder::cpu);
+                                                   ProcessOrder order = ProcessOrder::cpu,
+                                                   Programs* programs = nullptr);
+    /// The same by share of a processor from what ps(1) prints under the C locale, for systems
+    /// without a list of their own: its shares are averages over a process's life. Waits for ps;
+    /// empty when it cannot be started.
+    static std::vector<ProcessSample> topProcesses(Programs& programs,
+                                                   std::size_t limit = defaultProcessLimit);
     /// What "ps -o pid,comm,%cpu,%mem,rss" prints (ps(1)) under the C locale, by share of a
     /// processor, cut to limit. Lines that do not fit the columns are left out: the heading, and
     /// names with a blank.

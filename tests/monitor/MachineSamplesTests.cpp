@@ -1,11 +1,17 @@
 // SPDX-License-Identifier: MIT
 #include "MachineSamples.h"
+#include "Programs.h"
 #include "SystemMonitor.h"
 
 #include <gtest/gtest.h>
 
 #include <chrono>
+#include <functional>
 #include <limits>
+#include <optional>
+#include <span>
+#include <string>
+#include <vector>
 
 namespace quorvane {
 namespace {
@@ -196,6 +202,61 @@ TEST(TopProcesses, AreTheFirstByShareOrByMemory)
     EXPECT_EQ(pids(3, SystemMonitor::ProcessOrder::cpu), (std::vector{2, 1, 3}));
     EXPECT_EQ(pids(3, SystemMonitor::ProcessOrder::memory), (std::vector{3, 1, 4}));
     EXPECT_EQ(pids(12, SystemMonitor::ProcessOrder::cpu).size(), 4U);
+}
+
+/// Prints what a test says, and keeps what it was started with.
+class ScriptedPs final : public Programs
+{
+public:
+    std::vector<Running> running() override { return {}; }
+    std::optional<Output> run(std::span<const std::string> arguments, std::chrono::milliseconds,
+                              const std::function<bool()>&) override
+    {
+        command.assign(arguments.begin(), arguments.end());
+        return text ? std::optional(Output{0, *text}) : std::nullopt;
+    }
+
+    std::optional<std::string> text;
+    std::vector<std::string> command;
+};
+
+TEST(TopProcessesOfPs, AreReadUnderTheCLocale)
+{
+    ScriptedPs ps;
+    ps.text = "  PID COMMAND %CPU %MEM RSS\n 7 calm 0.5 0.1 10\n 9 busy 99.5 1.0 20\n";
+    const std::vector<ProcessSample> processes = SystemMonitor::topProcesses(ps, 1);
+    ASSERT_EQ(processes.size(), 1U);
+    EXPECT_EQ(processes[0], (ProcessSample{9, "busy", 99.5, 1, 20 * 1024}));
+    EXPECT_EQ(ps.command, (std::vector<std::string>{"/usr/bin/env", "LC_ALL=C", "/bin/ps", "-Aceo",
+                                                    "pid,comm,%cpu,%mem,rss", "-r"}));
+}
+
+TEST(TopProcessesOfPs, AreNoneWhereItCannotBeStarted)
+{
+    ScriptedPs ps;
+    EXPECT_TRUE(SystemMonitor::topProcesses(ps).empty());
+}
+
+TEST(TopProcessesOfPs, StandInForAMachineThatListsNone)
+{
+    WrittenMachine machine;
+    ScriptedPs ps;
+    ps.text = "1 small 9.0 0.1 10\n2 large 1.0 0.1 900\n3 middle 5.0 0.1 90\n";
+    const auto names = [&](SystemMonitor::ProcessOrder order) {
+        std::vector<std::string> result;
+        for (const ProcessSample& process : SystemMonitor::topProcesses(machine, 2, order, &ps)) {
+            result.push_back(process.name);
+        }
+        return result;
+    };
+    EXPECT_EQ(names(SystemMonitor::ProcessOrder::cpu),
+              (std::vector<std::string>{"small", "middle"}));
+    EXPECT_EQ(names(SystemMonitor::ProcessOrder::memory),
+              (std::vector<std::string>{"large", "middle"}));
+    machine.list = {{4, "listed", 1, 0, 1}};
+    ps.command.clear();
+    EXPECT_EQ(names(SystemMonitor::ProcessOrder::cpu), std::vector<std::string>{"listed"});
+    EXPECT_TRUE(ps.command.empty()) << "nothing is started where the machine tells";
 }
 
 TEST(ProcessSample, TextsHaveOneDigit)
