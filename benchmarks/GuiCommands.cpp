@@ -1,8 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "Command.h"
+#include "MonitorCommand.h"
 #include "OutlineCommand.h"
 #include "OverlayCommand.h"
 #include "PaintCommand.h"
+#include "PicturesCommand.h"
 #include "ReviewCommand.h"
 #include "WindowCommand.h"
 
@@ -12,8 +14,8 @@ namespace quorvane {
 
 std::span<const Command> guiCommands()
 {
-    static const std::array commands{outlineCommand, overlayCommand, paintCommand, reviewCommand,
-                                     windowCommand};
+    static const std::array commands{monitorCommand,  outlineCommand, overlayCommand, paintCommand,
+                                     picturesCommand, reviewCommand,  windowCommand};
     return commands;
 }
 

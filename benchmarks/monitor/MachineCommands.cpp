@@ -7,8 +7,11 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 
+#include <algorithm>
+#include <chrono>
 #include <iostream>
 #include <iterator>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -16,6 +19,7 @@ namespace quorvane {
 namespace {
 
 constexpr OptionRule processOptions[] = {{"limit", true}};
+constexpr OptionRule machineOptions[] = {{"times", true}};
 
 void print(const ProcessSample& process, std::string& out)
 {
@@ -101,10 +105,32 @@ void printBattery(const BatterySample& battery, std::string& out)
     object.close();
 }
 
-int runMachine(const Arguments&)
+/// The median of so many samples' seconds.
+double sampleSeconds(MachineFigures& machine, std::int64_t times)
 {
+    using Clock = std::chrono::steady_clock;
+    std::vector<double> seconds;
+    for (std::int64_t i = 0; i < times; ++i) {
+        const Clock::time_point start = Clock::now();
+        SystemMonitor::sample(machine);
+        seconds.push_back(std::chrono::duration<double>(Clock::now() - start).count());
+    }
+    std::sort(seconds.begin(), seconds.end());
+    return seconds[seconds.size() / 2];
+}
+
+int runMachine(const Arguments& arguments)
+{
+    const std::optional<std::int64_t> times =
+        integerFromText(arguments.value("times").value_or("0"));
+    if (!times || *times < 0 || !arguments.operands().empty()) {
+        return complain("machine takes --times N and no operand; try --help", exitUsage);
+    }
     MachineFigures& machine = MachineFigures::system();
     const SystemMonitor::Sample sample = SystemMonitor::sample(machine);
+    if (*times > 0) {
+        std::cerr << "sample seconds: " << sampleSeconds(machine, *times) << '\n';
+    }
     const auto integer = [](std::uint64_t value) { return static_cast<std::int64_t>(value); };
     std::string out;
     JsonObject object(out);
@@ -149,6 +175,9 @@ const Command machineTextsCommand{
     "texts.",
     {},
     runMachineTexts};
-const Command machineCommand{"machine", "", "Print one sample of this machine.", {}, runMachine};
+const Command machineCommand{"machine", "[--times N]",
+                             "Print one sample of this machine; with --times, take N more and "
+                             "tell the median of their seconds.",
+                             machineOptions, runMachine};
 
 } // namespace quorvane
