@@ -5,6 +5,7 @@
 #include "CleanupView.h"
 #include "DuplicatesView.h"
 #include "MonitorView.h"
+#include "ScreenshotRenameView.h"
 #include "SearchView.h"
 #include "SettingsView.h"
 #include "SnapshotsView.h"
@@ -34,6 +35,10 @@ AppScreens AppScreens::standard()
     screens.sections.add(AppSection::monitor, [](AppState& state, QWidget* parent) -> QWidget* {
         return new MonitorView(state, parent);
     });
+    screens.sections.add(AppSection::screenshotRename,
+                         [](AppState& state, QWidget* parent) -> QWidget* {
+                             return new ScreenshotRenameView(state, parent);
+                         });
     screens.sections.add(AppSection::search, [](AppState& state, QWidget* parent) -> QWidget* {
         return new SearchView(state, parent);
     });

@@ -10,6 +10,7 @@
 #include "QuorvaneApp.h"
 #include "StartArguments.h"
 #include "TerminationSignals.h"
+#include "TextRecognizer.h"
 #include "Theme.h"
 #include "ThreadPriority.h"
 #include "Trash.h"
@@ -17,6 +18,7 @@
 #include <QApplication>
 #include <QDir>
 #include <QFile>
+#include <QLocale>
 
 #include <chrono>
 #include <cstdio>
@@ -90,10 +92,15 @@ int run(QApplication& application, const InstanceRequest& request)
     const std::unique_ptr<FolderChooser> folderChooser = makeDesktopFolderChooser();
     const std::unique_ptr<GlobalHotKey> hotKey = makeDesktopHotKey();
     const std::unique_ptr<WindowSystem> windowSystem = makeWindowSystem();
+    constexpr int languageCodeLength = 2;
+    const std::unique_ptr<TextRecognizer> textRecognizer =
+        makeTextRecognizer(QLocale::system().name().left(languageCodeLength).toStdString());
     Platform platform{FileSystemCalls::system(), preferences,  *workspace,     *folderChooser,
                       Trash::system(),           homeFolder(), lowerThisThread};
     platform.hotKey = hotKey.get();
     platform.windowSystem = windowSystem.get();
+    platform.textRecognizer = textRecognizer.get();
+    platform.userFolder = userFolder;
     QuorvaneApp program(application, platform, AppScreens::standard());
     running = &program;
     if (isReachable) {

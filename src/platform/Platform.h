@@ -2,8 +2,10 @@
 #pragma once
 
 #include "FilePath.h"
+#include "UserFolders.h"
 
 #include <functional>
+#include <optional>
 
 namespace quorvane {
 
@@ -13,6 +15,7 @@ class FolderChooser;
 class GlobalHotKey;
 class MachineFigures;
 class Preferences;
+class TextRecognizer;
 class Trash;
 class WindowSystem;
 class Workspace;
@@ -39,6 +42,10 @@ struct Platform
     GlobalHotKey* hotKey = nullptr;
     /// Absent without a desktop.
     WindowSystem* windowSystem = nullptr;
+    /// Reads the text on pictures; absent where there is nothing that could.
+    TextRecognizer* textRecognizer = nullptr;
+    /// The user's folders; left empty where the desktop has none.
+    std::function<std::optional<FilePath>(UserFolder)> userFolder = {};
 };
 
 } // namespace quorvane

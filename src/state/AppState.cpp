@@ -18,6 +18,7 @@ AppState::AppState(const Platform& platform)
     , SettingsState(FacetHost::of(*this))
     , DriveState(FacetHost::of(*this))
     , MonitorState(FacetHost::of(*this))
+    , ScreenshotsState(FacetHost::of(*this))
 {
     refreshDriveUsage();
 }
@@ -157,6 +158,11 @@ DriveState& DriveState::of(AppState& state)
 }
 
 MonitorState& MonitorState::of(AppState& state)
+{
+    return state;
+}
+
+ScreenshotsState& ScreenshotsState::of(AppState& state)
 {
     return state;
 }

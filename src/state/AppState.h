@@ -8,6 +8,7 @@
 #include "MonitorState.h"
 #include "NavigationState.h"
 #include "ScanState.h"
+#include "ScreenshotsState.h"
 #include "SearchState.h"
 #include "SettingsState.h"
 #include "SnapshotsState.h"
@@ -37,7 +38,8 @@ class AppState final : public FlashState,
                        public TaggingState,
                        public SettingsState,
                        public DriveState,
-                       public MonitorState
+                       public MonitorState,
+                       public ScreenshotsState
 {
 public:
     /// Reads the stored settings and starts a first reading of the drive. What the platform refers

@@ -177,6 +177,15 @@ void ToolFrame::setSummary(const std::vector<Note>& left, const std::vector<Note
     m_summary->setVisible(!left.empty() || !right.empty());
 }
 
+void ToolFrame::addStrip(QWidget* strip)
+{
+    auto* const holder = new QWidget(this);
+    auto* const column = columnOf(holder);
+    column->setContentsMargins(measure::screenMargin, 0, measure::screenMargin, 0);
+    column->addWidget(strip);
+    m_column->insertWidget(m_column->indexOf(m_summary) + 1, holder);
+}
+
 void ToolFrame::setProgress(const std::optional<Progress>& progress)
 {
     if (progress) {

@@ -82,6 +82,10 @@ public:
     /// The line below the header, at its two ends; nothing for none.
     void setSummary(const std::vector<Note>& left, const std::vector<Note>& right = {});
 
+    /// Puts a widget of the tool's own below the summary, above the body and the empty states, as
+    /// wide as these.
+    void addStrip(QWidget* strip);
+
     /// Shows the progress block; absent: none. `name` of the bar is its accessible name.
     void setProgress(const std::optional<Progress>& progress);
     void setProgressName(const QString& name);

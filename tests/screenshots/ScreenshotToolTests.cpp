@@ -3,8 +3,8 @@
 
 #include "DiskTree.h"
 #include "FaultyFileSystemCalls.h"
+#include "FileTextRecognizer.h"
 #include "LockedFlag.h"
-#include "TextRecognizer.h"
 #include "UnprivilegedRun.h"
 
 #include <gtest/gtest.h>
@@ -20,22 +20,6 @@
 
 namespace quorvane {
 namespace {
-
-/// Takes a file's bytes for the text that is on it.
-class ReadingRecognizer final : public TextRecognizer
-{
-public:
-    std::string missingPackage() override { return {}; }
-    std::vector<QString> lines(const FilePath& picture, const LockedFlag&) override
-    {
-        read.push_back(std::string(picture.lastComponent()));
-        std::ifstream file(picture.bytes());
-        const std::string text((std::istreambuf_iterator<char>(file)), {});
-        return {QString::fromStdString(text)};
-    }
-
-    std::vector<std::string> read;
-};
 
 class ScreenshotFolder : public ::testing::Test
 {
@@ -71,7 +55,7 @@ protected:
     }
 
     DiskTree m_disk;
-    ReadingRecognizer m_recognizer;
+    FileTextRecognizer m_recognizer;
     LockedFlag m_stop;
 };
 
@@ -92,7 +76,7 @@ TEST_F(ScreenshotFolder, IsReadWithoutWhatLiesBelowIt)
         }
     }
     EXPECT_EQ(proposals, std::vector<std::string>{"2024-03-05_Quarterly_Report.png"});
-    EXPECT_EQ(m_recognizer.read, std::vector<std::string>{"Screenshot 2024-03-05.png"});
+    EXPECT_EQ(m_recognizer.read(), std::vector<std::string>{"Screenshot 2024-03-05.png"});
 }
 
 TEST_F(ScreenshotFolder, ThatCannotBeListedIsEmpty)
@@ -122,7 +106,7 @@ TEST_F(ScreenshotFolder, StopsBetweenPictures)
                              m_stop.set(done == 1);
                          });
     EXPECT_EQ(steps, (std::vector<std::size_t>{0, 1}));
-    EXPECT_EQ(m_recognizer.read.size(), 2U);
+    EXPECT_EQ(m_recognizer.read().size(), 2U);
 }
 
 TEST_F(ScreenshotFolder, GivesTheFileItsNameAndTakesItBack)

@@ -24,8 +24,15 @@ struct FakePlatform
 
     Platform platform()
     {
-        return {fileSystem,      preferences,  workspace, folderChooser, trash, homeFolder,
-                lowerThisThread, fileContents, machine,   homeFolder, hotKey};
+        Platform platform{fileSystem, preferences, workspace,      folderChooser,
+                          trash,      homeFolder,  lowerThisThread};
+        platform.fileContents = fileContents;
+        platform.machine = machine;
+        platform.searchedRoot = homeFolder;
+        platform.hotKey = hotKey;
+        platform.textRecognizer = textRecognizer;
+        platform.userFolder = userFolder;
+        return platform;
     }
 
     FileSystemCalls& fileSystem;
@@ -41,6 +48,10 @@ struct FakePlatform
     /// Absent for the machine that runs the test.
     MachineFigures* machine = nullptr;
     GlobalHotKey* hotKey = nullptr;
+    /// Absent: nothing reads pictures.
+    TextRecognizer* textRecognizer = nullptr;
+    /// Left empty: the desktop names no folders.
+    std::function<std::optional<FilePath>(UserFolder)> userFolder;
 };
 
 } // namespace quorvane

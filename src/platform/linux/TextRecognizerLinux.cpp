@@ -9,6 +9,8 @@
 
 #include <algorithm>
 #include <array>
+#include <mutex>
+#include <string>
 #include <string_view>
 #include <utility>
 
@@ -43,12 +45,24 @@ public:
 
     std::string missingPackage() override
     {
-        return isReady() ? std::string() : std::string("tesseract-ocr-eng");
+        const std::lock_guard guard(m_lock);
+        return isReady() ? std::string() : packageOf(english);
+    }
+
+    std::string furtherPackage() override
+    {
+        const std::lock_guard guard(m_lock);
+        return !isReady() || m_further.empty() || isLoaded(m_further) ? std::string()
+                                                                      : packageOf(m_further);
     }
 
     std::vector<QString> lines(const FilePath& picture, const LockedFlag& stop) override
     {
-        PictureForText prepared = readPictureForText(picture);
+        const std::lock_guard guard(m_lock);
+        if (stop.get()) {
+            return {};
+        }
+        const PictureForText prepared = readPictureForText(picture);
         if (!prepared.pixels || stop.get() || !isReady()) {
             return {};
         }
@@ -73,27 +87,38 @@ public:
     }
 
 private:
-    bool isReady()
+    static constexpr const char* english = "eng";
+
+    /// As Debian names the packages of models (tesseract-ocr-chi-sim).
+    static std::string packageOf(std::string language)
     {
-        if (m_state == State::unknown) {
-            setMsgSeverity(L_SEVERITY_NONE);
-            m_state = initialised() ? State::ready : State::missing;
-        }
-        return m_state == State::ready;
+        std::replace(language.begin(), language.end(), '_', '-');
+        return "tesseract-ocr-" + language;
     }
 
-    bool initialised()
+    /// Without English nothing is read, as it would be read wrongly.
+    bool isReady()
     {
-        const auto starts = [this](const std::string& languages) {
-            return m_engine.Init(nullptr, languages.c_str(), tesseract::OEM_LSTM_ONLY) == 0;
-        };
-        m_engine.SetVariable("debug_file", "/dev/null");
-        if ((m_further.empty() || !starts("eng+" + m_further)) && !starts("eng")) {
-            return false;
+        if (!m_isReady) {
+            setMsgSeverity(L_SEVERITY_NONE);
+            const auto starts = [this](const std::string& languages) {
+                m_engine.SetVariable("debug_file", "/dev/null");
+                return m_engine.Init(nullptr, languages.c_str(), tesseract::OEM_LSTM_ONLY) == 0 &&
+                       isLoaded(english);
+            };
+            m_isReady = (!m_further.empty() && starts("eng+" + m_further)) || starts(english);
+            m_engine.SetVariable("debug_file", "/dev/null");
+            m_engine.SetPageSegMode(tesseract::PSM_AUTO);
         }
-        m_engine.SetVariable("debug_file", "/dev/null");
-        m_engine.SetPageSegMode(tesseract::PSM_AUTO);
-        return true;
+        return m_isReady;
+    }
+
+    /// The engine starts as well when only some of its languages are there.
+    bool isLoaded(const std::string& language)
+    {
+        std::vector<std::string> loaded;
+        m_engine.GetLoadedLanguagesAsVector(&loaded);
+        return std::find(loaded.begin(), loaded.end(), language) != loaded.end();
     }
 
     std::vector<QString> recognisedLines()
@@ -116,11 +141,10 @@ private:
         return result;
     }
 
-    enum class State { unknown, ready, missing };
-
+    std::mutex m_lock;     ///< over what follows
     std::string m_further; ///< a language beside English, where it is installed
     tesseract::TessBaseAPI m_engine;
-    State m_state = State::unknown;
+    bool m_isReady = false;
 };
 
 } // namespace

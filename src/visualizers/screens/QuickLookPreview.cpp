@@ -32,10 +32,22 @@ void QuickLookPreview::show(const FilePath& url, QuickLookPanel& panel)
 
 void QuickLookPreview::toggle(const FileNode& node)
 {
-    if (m_panel != nullptr && m_panel->isOnShow() && m_url == node.path()) {
+    toggle(node.path());
+}
+
+void QuickLookPreview::toggle(const FilePath& url)
+{
+    if (m_panel != nullptr && m_panel->isOnShow() && m_url == url) {
         m_panel->closePanel();
     } else {
-        show(node);
+        show(url);
+    }
+}
+
+void QuickLookPreview::follow(const FilePath& url)
+{
+    if (m_panel != nullptr && m_panel->isOnShow() && m_url != url) {
+        show(url);
     }
 }
 

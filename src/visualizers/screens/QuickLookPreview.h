@@ -33,8 +33,11 @@ public:
     /// Brings this panel to the front instead of the program's own.
     void show(const FilePath& url, QuickLookPanel& panel);
 
-    /// Closes the panel that shows this node already, else shows the node.
+    /// Closes the panel that shows this file already, else shows the file.
     void toggle(const FileNode& node);
+    void toggle(const FilePath& url);
+    /// Shows another path in a panel that is on show; else nothing.
+    void follow(const FilePath& url);
 
     const std::optional<FilePath>& url() const { return m_url; }
     /// 1 with a stored path, else 0.
