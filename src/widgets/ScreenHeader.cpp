@@ -7,6 +7,7 @@
 
 #include <QHBoxLayout>
 #include <QPainter>
+#include <QVBoxLayout>
 
 #include <algorithm>
 
@@ -21,6 +22,7 @@ ScreenHeader::ScreenHeader(const QString& symbol, const QString& title, QWidget*
     : QWidget(parent)
     , m_symbol(symbol)
     , m_title(new Label(title, TextStyle::title, ThemeColor::text1, this))
+    , m_subtitle(new Label({}, TextStyle::caption, ThemeColor::text2, this))
     , m_row(new QHBoxLayout(this))
 {
     setFixedHeight(measure::screenHeaderHeight);
@@ -28,8 +30,22 @@ ScreenHeader::ScreenHeader(const QString& symbol, const QString& title, QWidget*
     m_row->setContentsMargins(measure::screenMargin + left, 0, measure::screenMargin, 0);
     m_row->setSpacing(spacing::s);
     m_title->setObjectName(QStringLiteral("screenTitle"));
-    m_row->addWidget(m_title);
+    auto* const words = new QVBoxLayout;
+    words->setSpacing(0);
+    words->addStretch();
+    words->addWidget(m_title);
+    words->addWidget(m_subtitle);
+    words->addStretch();
+    m_subtitle->hide();
+    m_row->addLayout(words);
     m_row->addStretch();
+}
+
+void ScreenHeader::setSubtitle(const QString& text, const QString& name)
+{
+    m_subtitle->setText(text);
+    m_subtitle->setObjectName(name);
+    m_subtitle->setVisible(!text.isEmpty());
 }
 
 void ScreenHeader::addAction(QWidget* action)
@@ -40,8 +56,10 @@ void ScreenHeader::addAction(QWidget* action)
 QRect ScreenHeader::clearArea() const
 {
     QRect clear = rect();
-    clear.setLeft(m_title->geometry().right() + 1);
-    for (int i = m_row->indexOf(m_title) + 1; i < m_row->count(); ++i) {
+    clear.setLeft(std::max(m_title->geometry().right(),
+                           m_subtitle->isHidden() ? 0 : m_subtitle->geometry().right()) +
+                  1);
+    for (int i = 0; i < m_row->count(); ++i) {
         const QWidget* const action = m_row->itemAt(i)->widget();
         if (action != nullptr && !action->isHidden()) {
             clear.setRight(std::min(clear.right(), action->x() - 1));

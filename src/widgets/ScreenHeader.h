@@ -20,6 +20,8 @@ public:
 
     QString symbol() const { return m_symbol; }
 
+    /// A quieter line below the title; empty for none.
+    void setSubtitle(const QString& text, const QString& name);
     /// Adds an action at the right end.
     void addAction(QWidget* action);
 
@@ -32,6 +34,7 @@ protected:
 private:
     QString m_symbol;
     Label* m_title;
+    Label* m_subtitle;
     QHBoxLayout* m_row;
 };
 

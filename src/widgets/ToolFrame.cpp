@@ -132,6 +132,11 @@ void ToolFrame::makeBottom()
     m_bottom->hide();
 }
 
+void ToolFrame::setSubtitle(const QString& text, const QString& name)
+{
+    m_header->setSubtitle(text, name);
+}
+
 Button* ToolFrame::addAction(const QString& symbol, const QString& text, ButtonRole role)
 {
     auto* const button = new Button(symbol, text, role);

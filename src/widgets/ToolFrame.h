@@ -71,6 +71,8 @@ public:
 
     ToolFrame(const QString& symbol, const QString& title, QWidget* parent = nullptr);
 
+    /// A quieter line below the title; empty for none. `name` is the object name of its label.
+    void setSubtitle(const QString& text, const QString& name);
     /// A button at the right end of the header, after those that were added before.
     Button* addAction(const QString& symbol, const QString& text,
                       ButtonRole role = ButtonRole::bordered);

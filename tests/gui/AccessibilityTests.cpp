@@ -97,12 +97,12 @@ TEST_F(Accessibility, TabLeadsThroughTheWelcomeScreenInReadingOrder)
     ASSERT_TRUE(QTest::qWaitForWindowActive(&window(), patience));
     EXPECT_EQ(QApplication::focusWidget(), &window());
     const QStringList expected{
-        QStringLiteral("chooseFolderTile"),         QStringLiteral("scanHomeTile"),
-        QStringLiteral("scanFullMacTile"),          QStringLiteral("toolRow.duplicates"),
-        QStringLiteral("toolRow.cleanup"),          QStringLiteral("toolRow.search"),
-        QStringLiteral("toolRow.monitor"),          QStringLiteral("sidebarToggle"),
-        QStringLiteral("settingsButton"),           QStringLiteral("welcomeScanHomeButton"),
-        QStringLiteral("welcomeChooseFolderButton")};
+        QStringLiteral("chooseFolderTile"),      QStringLiteral("scanHomeTile"),
+        QStringLiteral("scanFullMacTile"),       QStringLiteral("toolRow.duplicates"),
+        QStringLiteral("toolRow.cleanup"),       QStringLiteral("toolRow.search"),
+        QStringLiteral("toolRow.monitor"),       QStringLiteral("toolRow.screenshotRename"),
+        QStringLiteral("sidebarToggle"),         QStringLiteral("settingsButton"),
+        QStringLiteral("welcomeScanHomeButton"), QStringLiteral("welcomeChooseFolderButton")};
     const QStringList walked = tabWalk();
     EXPECT_EQ(walked, expected) << walked.join(QLatin1Char(' ')).toStdString();
 }

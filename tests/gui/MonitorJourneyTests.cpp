@@ -95,7 +95,7 @@ TEST_F(MonitorJourney, AnotherSectionEndsTheSampling)
 {
     openMonitor();
     click("toolRow.screenshotRename");
-    ASSERT_FALSE(isShown("monitorView"));
+    ASSERT_TRUE(waitFor([this] { return !isShown("monitorView"); }));
     EXPECT_FALSE(find<QTimer>("monitorTimer")->isActive());
     EXPECT_FALSE(state().isSampling.value());
     const int last = m_machine.samples;

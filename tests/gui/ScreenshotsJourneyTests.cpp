@@ -120,7 +120,7 @@ TEST_F(ScreenshotsJourney, AnotherSectionKeepsWhatWasFound)
     ASSERT_TRUE(waitUntilShown("screenshotList"));
     ASSERT_TRUE(awaitRows(3));
     click("toolRow.monitor");
-    EXPECT_FALSE(isShown("screenshotList"));
+    ASSERT_TRUE(waitFor([this] { return !isShown("screenshotList"); }));
     const std::size_t read = m_recognizer.read().size();
     click("toolRow.screenshotRename");
     ASSERT_TRUE(waitUntilShown("screenshotList"));

@@ -196,7 +196,7 @@ MemorySegments::segments(const std::vector<std::uint64_t>& bytes, double width)
 std::vector<QColor> MemorySegments::colors()
 {
     return {firstSeriesColor(), QColor(0x7f, 0x6d, 0xf2), secondSeriesColor(),
-            themeColor(ThemeColor::raised)};
+            themeColor(ThemeColor::controlEdge)};
 }
 
 void MemorySegments::paintEvent(QPaintEvent*)

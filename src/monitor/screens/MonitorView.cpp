@@ -6,6 +6,7 @@
 #include "Label.h"
 #include "Menu.h"
 #include "MonitorCharts.h"
+#include "Painting.h"
 #include "Progress.h"
 #include "Refresher.h"
 #include "RowModel.h"
@@ -24,6 +25,8 @@
 #include <QShowEvent>
 
 #include <algorithm>
+#include <functional>
+#include <utility>
 
 namespace quorvane {
 namespace {
@@ -33,6 +36,7 @@ constexpr int cardPadding = 20;
 constexpr int processRow = 28;
 constexpr int cpuCell = 90;
 constexpr int memoryCell = 120;
+constexpr int legendGap = 7;
 constexpr double jitterRange = 0.6;
 /// Below these a chart would make mountains of nothing: percent, and bytes a second.
 constexpr double minCpuScale = 24;
@@ -57,8 +61,8 @@ double shareOf(std::uint64_t part, std::uint64_t total)
 class SeriesDot : public QWidget
 {
 public:
-    explicit SeriesDot(const QColor& color)
-        : m_color(color)
+    explicit SeriesDot(std::function<QColor()> color)
+        : m_color(std::move(color))
     {
         setFixedSize(8, 16);
     }
@@ -69,12 +73,24 @@ protected:
         QPainter painter(this);
         painter.setRenderHint(QPainter::Antialiasing);
         painter.setPen(Qt::NoPen);
-        painter.setBrush(m_color);
+        painter.setBrush(m_color());
         painter.drawEllipse(QRectF(0, 4, 8, 8));
     }
 
 private:
-    QColor m_color;
+    std::function<QColor()> m_color; ///< of the theme that is on
+};
+
+/// The raised ground of a small tile.
+class RaisedTile : public QWidget
+{
+protected:
+    void paintEvent(QPaintEvent*) override
+    {
+        QPainter painter(this);
+        paintPanel(painter, rect(), radius::control, themeColor(ThemeColor::raised),
+                   themeColor(ThemeColor::raised));
+    }
 };
 
 /// The frame of a block: a card with a small heading.
@@ -96,12 +112,13 @@ Label* named(Label* label, const char* name)
 }
 
 /// A dot, what it stands for, and its value.
-Label* addLegend(QBoxLayout& line, const QColor& color, const QString& text, const char* name)
+Label* addLegend(QBoxLayout& line, std::function<QColor()> color, const QString& text,
+                 const char* name)
 {
-    line.addWidget(new SeriesDot(color));
-    line.addSpacing(spacing::xs);
+    line.addWidget(new SeriesDot(std::move(color)));
+    line.addSpacing(legendGap);
     line.addWidget(new Label(text, TextStyle::caption, ThemeColor::text2));
-    line.addSpacing(spacing::xs);
+    line.addSpacing(legendGap);
     Label* const value = named(new Label({}, TextStyle::captionStrong), name);
     line.addWidget(value);
     return value;
@@ -110,15 +127,13 @@ Label* addLegend(QBoxLayout& line, const QColor& color, const QString& text, con
 /// A small tile with a heading and a value.
 Label* addBox(QBoxLayout& line, const QString& heading, const char* name)
 {
-    auto* const box = new QFrame;
-    box->setAutoFillBackground(true);
-    box->setBackgroundRole(QPalette::AlternateBase);
-    box->setFixedSize(104, 54);
+    auto* const box = new RaisedTile;
+    box->setFixedSize(104, 56);
     auto* const column = new QVBoxLayout(box);
     column->setContentsMargins(spacing::m, spacing::s, spacing::m, spacing::s);
     column->setSpacing(2);
     column->addWidget(new SectionHeading(heading));
-    Label* const value = named(new Label({}, TextStyle::strong), name);
+    Label* const value = named(new Label({}, TextStyle::heading), name);
     column->addWidget(value);
     line.addWidget(box);
     return value;
@@ -135,7 +150,9 @@ MonitorView::MonitorView(AppState& state, QWidget* parent)
     setObjectName(QStringLiteral("monitorView"));
     auto* const content = new QWidget;
     auto* const column = new QVBoxLayout(content);
-    column->setContentsMargins(0, 0, 0, spacing::xl);
+    // Up to the window's edge, so that the scroll bar stands beside the cards.
+    body()->setContentsMargins(measure::screenMargin, 0, 0, 0);
+    column->setContentsMargins(0, 0, measure::screenMargin, spacing::l);
     column->setSpacing(spacing::l);
     auto* const grid = new QGridLayout;
     grid->setSpacing(spacing::l);
@@ -176,9 +193,9 @@ QWidget* MonitorView::makeCpuCard()
     m_load->setAlignment(Qt::AlignLeft | Qt::AlignVCenter);
     line->addWidget(m_load);
     line->addStretch();
-    m_user = addLegend(*line, firstSeriesColor(), tr("User:"), "cpuUser");
+    m_user = addLegend(*line, firstSeriesColor, tr("User:"), "cpuUser");
     line->addSpacing(spacing::l);
-    m_sys = addLegend(*line, secondSeriesColor(), tr("Sys:"), "cpuSys");
+    m_sys = addLegend(*line, secondSeriesColor, tr("Sys:"), "cpuSys");
     column->addLayout(line);
     m_cpuChart =
         new Sparkline(tr("Processor load of the last seconds"),
@@ -198,7 +215,12 @@ QWidget* MonitorView::makeMemoryCard()
     m_used = named(new Label({}, TextStyle::figure), "memoryUsed");
     m_ofTotal = named(new Label({}, TextStyle::body, ThemeColor::text2), "memoryOf");
     line->addWidget(m_used);
-    line->addWidget(m_ofTotal, 0, Qt::AlignBottom);
+    // The two stand on one line, whatever their sizes.
+    auto* const beside = new QVBoxLayout;
+    beside->addStretch();
+    beside->addWidget(m_ofTotal);
+    beside->addSpacing(spacing::xs);
+    line->addLayout(beside);
     line->addStretch();
     column->addLayout(line);
     column->addSpacing(spacing::l);
@@ -207,12 +229,12 @@ QWidget* MonitorView::makeMemoryCard()
     column->addSpacing(spacing::l);
     auto* const legend = new QHBoxLayout;
     legend->setSpacing(0);
-    const std::vector<QColor> colors = MemorySegments::colors();
     const QStringList texts{tr("Apps"), tr("Wired"), tr("Cached"), tr("Free")};
     constexpr const char* names[] = {"memoryApps", "memoryWired", "memoryCached", "memoryFree"};
     for (int i = 0; i < texts.size(); ++i) {
         const auto place = static_cast<std::size_t>(i);
-        m_memoryCells.push_back(addLegend(*legend, colors[place], texts[i], names[place]));
+        m_memoryCells.push_back(addLegend(
+            *legend, [place] { return MemorySegments::colors()[place]; }, texts[i], names[place]));
         legend->addSpacing(spacing::xl);
     }
     legend->addStretch();
@@ -227,12 +249,13 @@ QWidget* MonitorView::makeNetworkCard()
     QBoxLayout* const column = makePanel(card, tr("NETWORK"));
     auto* const line = new QHBoxLayout;
     line->setSpacing(spacing::xl);
-    const auto addRate = [line](const QColor& color, const QString& text, const char* name) {
+    const auto addRate = [line](std::function<QColor()> color, const QString& text,
+                                const char* name) {
         auto* const rate = new QVBoxLayout;
         rate->setSpacing(0);
         auto* const heading = new QHBoxLayout;
         heading->setSpacing(spacing::xs);
-        heading->addWidget(new SeriesDot(color));
+        heading->addWidget(new SeriesDot(std::move(color)));
         heading->addWidget(new SectionHeading(text));
         heading->addStretch();
         rate->addLayout(heading);
@@ -243,8 +266,8 @@ QWidget* MonitorView::makeNetworkCard()
         line->addLayout(rate);
         return value;
     };
-    m_download = addRate(firstSeriesColor(), tr("DOWNLOAD"), "networkDownload");
-    m_upload = addRate(secondSeriesColor(), tr("UPLOAD"), "networkUpload");
+    m_download = addRate(firstSeriesColor, tr("DOWNLOAD"), "networkDownload");
+    m_upload = addRate(secondSeriesColor, tr("UPLOAD"), "networkUpload");
     line->addStretch();
     column->addLayout(line);
     m_networkChart =
@@ -363,8 +386,7 @@ void MonitorView::refresh()
         return;
     }
     const SystemMonitor::Sample sample = m_state.machineSample.value();
-    setSummary({{m_state.chipSummary.value(), TextStyle::caption, ThemeColor::text2,
-                 QStringLiteral("chipSummary")}});
+    setSubtitle(m_state.chipSummary.value(), QStringLiteral("chipSummary"));
     showCpu(sample.cpu);
     showMemory(sample.memory);
     showNetwork(sample.network);
@@ -437,7 +459,10 @@ void MonitorView::showProcesses()
         row.title = displayText(process.name);
         row.titleStyle = TextStyle::body;
         row.cells = {RowCell::note(process.formattedCPU(), cpuCell),
-                     RowCell::number(process.formattedMemory(), memoryCell)};
+                     RowCell{.text = process.formattedMemory(),
+                             .width = memoryCell,
+                             .style = TextStyle::body,
+                             .color = ThemeColor::text1}};
         rows.push_back(std::move(row));
         keys.push_back(static_cast<quint64>(process.pid));
     }
