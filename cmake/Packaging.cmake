@@ -61,7 +61,8 @@ set(CPACK_DEBIAN_PACKAGE_HOMEPAGE "https://quorvane.github.io")
 # The typeface, and previews of WebP and TIFF pictures. What decodes HEIC, PDF, sound and film comes
 # with the libraries that we link. A window on Wayland without a detour over X11. The Trash that the
 # desktop shows: gvfs lists and empties what GIO moves there, its daemons on every volume. The portal
-# that asks for a folder and tells light from dark.
+# that asks for a folder and tells light from dark. The model of the letters on screenshots.
 set(CPACK_DEBIAN_PACKAGE_RECOMMENDS
-    "fonts-inter, gvfs, gvfs-daemons, qt6-image-formats-plugins, qt6-wayland, xdg-desktop-portal")
+    "fonts-inter, gvfs, gvfs-daemons, qt6-image-formats-plugins, qt6-wayland, tesseract-ocr-eng, \
+xdg-desktop-portal")
 include(CPack)

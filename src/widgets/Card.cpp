@@ -2,7 +2,10 @@
 #include "Card.h"
 
 #include "Painting.h"
+#include "Theme.h"
+#include "Tokens.h"
 
+#include <QPaintEvent>
 #include <QPainter>
 
 namespace quorvane {
@@ -11,10 +14,18 @@ Card::Card(QWidget* parent)
     : QWidget(parent)
 {}
 
-void Card::paintEvent(QPaintEvent*)
+void Card::paintEvent(QPaintEvent* event)
 {
     QPainter painter(this);
-    paintCard(painter, rect());
+    // Figures that change each second lie inside: for them neither corners nor edges are drawn.
+    const QRect inside = rect().adjusted(radius::surface, 2, -radius::surface, -2);
+    if (!inside.contains(event->rect())) {
+        paintCard(painter, rect());
+        return;
+    }
+    for (const QRect& part : event->region()) {
+        painter.fillRect(part, themeColor(ThemeColor::card));
+    }
 }
 
 } // namespace quorvane

@@ -102,8 +102,8 @@ TEST_F(MonitorJourney, AnotherSectionEndsTheSampling)
     settle();
     EXPECT_LE(m_machine.samples, last + 1) << "one may have been under way";
     click("toolRow.monitor");
+    ASSERT_TRUE(waitFor([this] { return find<QTimer>("monitorTimer")->isActive(); }));
     EXPECT_EQ(find<Sparkline>("cpuChart")->textAt(0), QString()) << "the charts begin anew";
-    EXPECT_TRUE(find<QTimer>("monitorTimer")->isActive());
 }
 
 TEST_F(MonitorJourney, ClicksSortByMemoryAndOpenTheMenuOfAProcess)

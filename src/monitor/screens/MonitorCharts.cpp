@@ -126,9 +126,12 @@ void Sparkline::paintEvent(QPaintEvent*)
         QPolygonF below = line;
         below.append({area.width(), area.height()});
         below.append({0, area.height()});
+        // The line covers the edge of the fill: smoothing it would only cost time.
+        painter.setRenderHint(QPainter::Antialiasing, false);
         painter.setPen(Qt::NoPen);
         painter.setBrush(withOpacity(m_lines[i].color, fillOpacity));
         painter.drawPolygon(below);
+        painter.setRenderHint(QPainter::Antialiasing);
         painter.setPen(
             QPen(m_lines[i].color, lineWidth, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
         painter.setBrush(Qt::NoBrush);

@@ -3,6 +3,7 @@
 
 #include "AppState.h"
 #include "FakePlatform.h"
+#include "Gate.h"
 #include "Label.h"
 #include "MachineFigures.h"
 #include "MonitorCharts.h"
@@ -12,8 +13,11 @@
 #include <gtest/gtest.h>
 
 #include <QTest>
+#include <QTimer>
+#include <QToolTip>
 
 #include <atomic>
+#include <cmath>
 #include <memory>
 
 namespace quorvane {
@@ -26,6 +30,7 @@ public:
     ProcessorTicks processorTicks() override
     {
         ++samples;
+        gate.pass();
         return {20, 10, 60, 10};
     }
     MemoryFigures memory() override
@@ -44,6 +49,7 @@ public:
     std::string programOf(std::int32_t) override { return "/usr/bin/large"; }
 
     std::atomic<int> samples = 0;
+    Gate gate{Gate::State::open};
 };
 
 class MonitorScreen : public ::testing::Test
@@ -106,6 +112,55 @@ TEST_F(MonitorScreen, SamplesOnlyWhileItIsOnShow)
     m_view->hide();
     EXPECT_FALSE(timer->isActive());
     EXPECT_FALSE(m_state->isSampling.value());
+}
+
+TEST_F(MonitorScreen, ASlowSampleSkipsTicks)
+{
+    m_machine.gate.close();
+    m_view->show();
+    m_machine.gate.awaitVisitor();
+    auto* const timer = m_view->findChild<QTimer*>(QStringLiteral("monitorTimer"));
+    int ticks = 0;
+    QObject::connect(timer, &QTimer::timeout, m_view.get(), [&ticks] { ++ticks; });
+    timer->setInterval(0);
+    EXPECT_TRUE(waitFor([&ticks] { return ticks > 3; }));
+    EXPECT_EQ(m_machine.samples, 1);
+    timer->setInterval(1000);
+    m_machine.gate.open();
+    EXPECT_TRUE(waitFor([this] { return !m_state->isSampling.value(); }));
+}
+
+TEST_F(MonitorScreen, OneJitterMovesBothLinesAndNoNumber)
+{
+    show();
+    auto* const chart = m_view->findChild<Sparkline*>(QStringLiteral("cpuChart"));
+    // One more value makes a line.
+    m_view->findChild<QTimer*>(QStringLiteral("monitorTimer"))->setInterval(1);
+    ASSERT_TRUE(waitFor([chart] { return !chart->textAt(0).isEmpty(); }));
+    const auto valueOf = [chart](int line) {
+        return chart->textAt(chart->width())
+            .section(QLatin1Char('\n'), line, line)
+            .section(QLatin1Char(' '), -1)
+            .chopped(1)
+            .toDouble();
+    };
+    EXPECT_LE(std::abs(valueOf(0) - 20), 0.61);
+    EXPECT_NEAR(valueOf(0) - valueOf(1), 10, 0.11);
+    EXPECT_EQ(text("cpuUser"), QStringLiteral("20.0%"));
+    EXPECT_EQ(text("cpuSys"), QStringLiteral("10.0%"));
+}
+
+TEST_F(MonitorScreen, ThePointerOnAChartTellsThatMoment)
+{
+    show();
+    auto* const chart = m_view->findChild<Sparkline*>(QStringLiteral("networkChart"));
+    chart->setSeries({{1024, 2048}, {0, 3}});
+    QTest::mouseMove(chart, QPoint(2, 10));
+    ASSERT_TRUE(waitFor([] { return !QToolTip::text().isEmpty(); }));
+    EXPECT_TRUE(QToolTip::text().contains(QLatin1String("DOWNLOAD 1 K/s")))
+        << QToolTip::text().toStdString();
+    EXPECT_TRUE(QToolTip::text().contains(QLatin1String("UPLOAD 0 B/s")));
+    QToolTip::hideText();
 }
 
 TEST_F(MonitorScreen, SortsByMemoryWhenAsked)
