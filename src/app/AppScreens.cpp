@@ -7,6 +7,7 @@
 #include "MonitorView.h"
 #include "ScreenshotRenameView.h"
 #include "SearchView.h"
+#include "QuickWinsView.h"
 #include "SettingsView.h"
 #include "SnapshotsView.h"
 #include "TagRulesView.h"
@@ -47,6 +48,9 @@ AppScreens AppScreens::standard()
     });
     screens.sections.add(AppSection::tagging, [](AppState& state, QWidget* parent) -> QWidget* {
         return new TagRulesView(state, parent);
+    });
+    screens.sections.add(AppSection::quickWins, [](AppState& state, QWidget* parent) -> QWidget* {
+        return new QuickWinsView(state, parent);
     });
     screens.sections.add(AppSection::settings, [](AppState& state, QWidget* parent) -> QWidget* {
         return new SettingsView(state, parent);

@@ -101,6 +101,7 @@ int run(QApplication& application, const InstanceRequest& request)
     platform.windowSystem = windowSystem.get();
     platform.textRecognizer = textRecognizer.get();
     platform.userFolder = userFolder;
+    platform.system = FilePath("/");
     QuorvaneApp program(application, platform, AppScreens::standard());
     running = &program;
     if (isReachable) {

@@ -30,6 +30,8 @@ struct EntryStatus
     std::int64_t modifiedSeconds = 0; ///< seconds part of st_mtim
     std::uint64_t device = 0;         ///< st_dev
     std::uint64_t inode = 0;          ///< st_ino
+
+    friend bool operator==(const EntryStatus&, const EntryStatus&) = default;
 };
 
 /// Names of one directory, end to end in one buffer: reused from directory to directory, so that a

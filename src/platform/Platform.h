@@ -16,6 +16,7 @@ class GlobalHotKey;
 class MachineFigures;
 class Preferences;
 class TextRecognizer;
+class Programs;
 class Trash;
 class WindowSystem;
 class Workspace;
@@ -46,6 +47,11 @@ struct Platform
     TextRecognizer* textRecognizer = nullptr;
     /// The user's folders; left empty where the desktop has none.
     std::function<std::optional<FilePath>(UserFolder)> userFolder = {};
+    /// What the paths of the whole machine are below, "/" as a rule. Empty: only the home is looked
+    /// at.
+    FilePath system = {};
+    /// Which other programs run, and how one is started; absent for the system's own way.
+    Programs* programs = nullptr;
 };
 
 } // namespace quorvane

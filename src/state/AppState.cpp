@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "AppState.h"
 
+#include "FileContentCalls.h"
+#include "Programs.h"
+
 #include <tuple>
 #include <utility>
 
@@ -15,6 +18,9 @@ AppState::AppState(const Platform& platform)
     , SearchState(FacetHost::of(*this))
     , SnapshotsState(FacetHost::of(*this))
     , TaggingState(FacetHost::of(*this))
+    , QuickWinsState(FacetHost::of(*this))
+    , DevCachesState(FacetHost::of(*this))
+    , UninstallState(FacetHost::of(*this))
     , SettingsState(FacetHost::of(*this))
     , DriveState(FacetHost::of(*this))
     , MonitorState(FacetHost::of(*this))
@@ -46,6 +52,7 @@ void AppState::dropOldScan()
     dropTagResults();
     tagScanSummary = std::nullopt;
     dropGrowth();
+    dropQuickWins();
     // The fields no longer hold it, so a tree of millions of nodes is destroyed in the background.
     jobs().release(std::move(oldTree));
     for (JobSlot* const slot : {&duplicateSlot(), &cautionSlot(), &folderSearchSlot()}) {
@@ -61,6 +68,8 @@ void AppState::publishTree(const NodePointer& root, std::shared_ptr<const NodeIn
     selectedNode = root;
     focusNode = root;
     nodesByID = std::move(index);
+    refreshQuickWins();
+    refreshKnownApps();
     maybeAutoFindDuplicates(root);
     refreshDriveUsage();
     indexScan(root);
@@ -103,6 +112,39 @@ QString AppState::disabledBloatKey() const
 }
 
 FacetHost& FacetHost::of(AppState& state)
+{
+    return state;
+}
+
+FileContentCalls& FacetHost::fileContents() const
+{
+    return m_platform.fileContents == nullptr ? FileContentCalls::system()
+                                              : *m_platform.fileContents;
+}
+
+Programs& FacetHost::programs() const
+{
+    return m_platform.programs == nullptr ? Programs::system() : *m_platform.programs;
+}
+
+HomeFolders FacetHost::homeFolders() const
+{
+    HomeFolders folders = HomeFolders::fromEnvironment(m_platform.home);
+    folders.system = m_platform.system;
+    return folders;
+}
+
+QuickWinsState& QuickWinsState::of(AppState& state)
+{
+    return state;
+}
+
+DevCachesState& DevCachesState::of(AppState& state)
+{
+    return state;
+}
+
+UninstallState& UninstallState::of(AppState& state)
 {
     return state;
 }

@@ -1,12 +1,14 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "DevCachesState.h"
 #include "DriveState.h"
 #include "DuplicatesState.h"
 #include "FacetHost.h"
 #include "FlashState.h"
 #include "MonitorState.h"
 #include "NavigationState.h"
+#include "QuickWinsState.h"
 #include "ScanState.h"
 #include "ScreenshotsState.h"
 #include "SearchState.h"
@@ -14,6 +16,7 @@
 #include "SnapshotsState.h"
 #include "StagingState.h"
 #include "TaggingState.h"
+#include "UninstallState.h"
 
 #include <QString>
 
@@ -36,6 +39,9 @@ class AppState final : public FlashState,
                        public SearchState,
                        public SnapshotsState,
                        public TaggingState,
+                       public QuickWinsState,
+                       public DevCachesState,
+                       public UninstallState,
                        public SettingsState,
                        public DriveState,
                        public MonitorState,
@@ -63,6 +69,12 @@ private:
     {
         return lastFoundDuplicates();
     }
+    const std::vector<NodePointer>& queue() const override { return stagedNodes.value(); }
+    void stageFound(const NodePointer& item, const TrashRequest& found) override
+    {
+        stageItem(item, found);
+    }
+    BloatKeys hiddenFamilies() const override { return disabledBloat(); }
     void showSection(AppSection shown) override { section = shown; }
     void changeQueue(const std::vector<FileNode*>& unstaged,
                      const std::vector<NodePointer>& staged) override;

@@ -2,8 +2,11 @@
 #pragma once
 
 #include "AppSection.h"
+#include "BloatFilter.h"
+#include "CheckedTrash.h"
 #include "DuplicateFinder.h"
 #include "FileTree.h"
+#include "HomeTables.h"
 #include "JobRunner.h"
 #include "Platform.h"
 
@@ -29,6 +32,10 @@ public:
     /// Where screens start their layouts, and facets their jobs, these through a JobSlot.
     JobRunner& jobs() { return m_jobs; }
     FlashState& flashBanner() { return m_flash; }
+    FileContentCalls& fileContents() const;
+    Programs& programs() const;
+    /// The user's folders, with what the environment says of them.
+    HomeFolders homeFolders() const;
 
     /// Root of the finished tree; null without one.
     virtual NodePointer scannedRoot() const = 0;
@@ -36,6 +43,12 @@ public:
     virtual std::shared_ptr<const NodeIndex> scannedNodes() const = 0;
     /// What the last search for duplicates found; never null.
     virtual std::shared_ptr<const DuplicateFinder::Groups> foundDuplicates() const = 0;
+    /// The Trash queue, in the order of staging.
+    virtual const std::vector<NodePointer>& queue() const = 0;
+    /// Puts a stand-alone node into the queue; found is what its entry looked like.
+    virtual void stageFound(const NodePointer& item, const TrashRequest& found) = 0;
+    /// Keys of the families that are hidden.
+    virtual BloatKeys hiddenFamilies() const = 0;
     /// The section on show becomes this one.
     virtual void showSection(AppSection section) = 0;
     /// Takes nodes out of the Trash queue and puts others at its end, in one change.

@@ -178,13 +178,11 @@ void StagingState::sendStagedToTrash(const AcceptedLosses& accepted)
          end = std::make_shared<std::promise<void>>(std::move(end))](const JobRun& run) {
             const TrashBatch trash(entriesOf(nodes, found), groups, accepted, door);
             const auto divisor = static_cast<double>(std::max<std::size_t>(count, 1));
-            std::vector<FilePath> sent;
+            std::vector<Sent> sent;
             sent.reserve(count);
             for (std::size_t i = 0; i < count; ++i) {
                 nodes[i]->setStagedForTrash(false);
-                // What stays is seen again in the scan that follows.
-                trash.send(i);
-                sent.push_back(trash.entries()[i].request.path);
+                sent.push_back({trash.entries()[i].request.path, trash.send(i)});
                 // Goes on where nobody is there to see it: a batch is never cut off.
                 run.reportAndWait(
                     static_cast<double>(i + 1) / divisor,
@@ -193,14 +191,31 @@ void StagingState::sendStagedToTrash(const AcceptedLosses& accepted)
             end->set_value();
             return sent;
         },
-        [this](const std::vector<FilePath>& sent) {
+        [this](const std::vector<Sent>& sent) {
             trashStatus =
                 QLatin1String("Moved ") % itemCount(sent.size()) % QLatin1String(" to Trash.");
+            remember(sent);
             // The tree is never patched: the scan of the same root shows what has left the disk.
-            m_host.scanAgainAfter(sent);
+            std::vector<FilePath> paths;
+            std::transform(sent.begin(), sent.end(), std::back_inserter(paths),
+                           [](const Sent& each) { return each.path; });
+            m_host.scanAgainAfter(paths);
         },
         [this, nodes, found] { takeBack(nodes, found); });
     trashStatus = QLatin1String("Moving ") % itemCount(count) % QStringLiteral(" to Trash…");
+}
+
+void StagingState::remember(const std::vector<Sent>& sent)
+{
+    std::map<FilePath, TrashOutcome> failures = trashFailures.value();
+    for (const Sent& each : sent) {
+        if (each.outcome == TrashOutcome::moved) {
+            failures.erase(each.path);
+        } else {
+            failures.insert_or_assign(each.path, each.outcome);
+        }
+    }
+    trashFailures = std::move(failures);
 }
 
 /// After a batch that memory or a thread was missing for. What it has moved is told apart from the

@@ -32,6 +32,8 @@ public:
     QProperty<bool> isTrashingStaged{false};         ///< a batch is on its way to the Trash
     QProperty<double> trashProgress{0};              ///< share of the batch that is done, 0 to 1
     QProperty<std::optional<QString>> trashStatus;   ///< status line of the batch
+    /// Why entries of earlier batches stayed, until a later one moves them.
+    QProperty<std::map<FilePath, TrashOutcome>> trashFailures;
 
     /// What the last look at the disk says about the queue that it was given; never absent.
     QProperty<std::shared_ptr<const QueueCautions>> queueCautions;
@@ -69,7 +71,14 @@ protected:
     JobSlot& cautionSlot() { return m_cautionSlot; }
 
 private:
+    struct Sent
+    {
+        FilePath path;
+        TrashOutcome outcome;
+    };
+
     CheckedTrash door() const;
+    void remember(const std::vector<Sent>& sent);
     void setQueue(std::vector<NodePointer> queue);
     void takeBack(const std::vector<NodePointer>& nodes,
                   const std::map<NodePointer, TrashRequest>& found);

@@ -8,6 +8,7 @@
 
 #include <sys/resource.h>
 
+#include <atomic>
 #include <filesystem>
 #include <mutex>
 #include <set>
@@ -144,7 +145,14 @@ TEST_F(AppStateScan, StartWhileScanningIsIgnored)
     disk.folder("first");
     disk.folder("second");
     Gate gate;
-    holdAt("first", gate);
+    std::atomic<bool> isSecondOpened = false;
+    calls.before(Call::openDirectory, [&](int, std::string_view opened) {
+        const FilePath path{std::string(opened)};
+        isSecondOpened = isSecondOpened || path.lastComponent() == "second";
+        if (path.lastComponent() == "first") {
+            gate.pass();
+        }
+    });
     AppState& state = start();
     state.startScan(disk.path("first"));
     gate.awaitVisitor();
@@ -152,11 +160,12 @@ TEST_F(AppStateScan, StartWhileScanningIsIgnored)
     state.scanHome();
     state.rescan();
     EXPECT_TRUE(state.isScanning);
+    // The root of the one scan and nothing else was opened.
+    EXPECT_EQ(calls.count(Call::openDirectory), 1);
     gate.open();
     awaitScan();
     EXPECT_EQ(state.rootNode.value()->path(), disk.path("first"));
-    // The root of the one scan and nothing else was opened.
-    EXPECT_EQ(calls.count(Call::openDirectory), 1);
+    EXPECT_FALSE(isSecondOpened);
 }
 
 TEST_F(AppStateScan, StartWhileScanningKeepsACancelInForce)

@@ -6,6 +6,7 @@
 #include "Platform.h"
 #include "RecordingWorkspace.h"
 #include "ScriptedFolderChooser.h"
+#include "ScriptedPrograms.h"
 #include "ScriptedTrash.h"
 
 #include <utility>
@@ -32,6 +33,8 @@ struct FakePlatform
         platform.hotKey = hotKey;
         platform.textRecognizer = textRecognizer;
         platform.userFolder = userFolder;
+        platform.system = system;
+        platform.programs = &programs;
         return platform;
     }
 
@@ -52,6 +55,9 @@ struct FakePlatform
     TextRecognizer* textRecognizer = nullptr;
     /// Left empty: the desktop names no folders.
     std::function<std::optional<FilePath>(UserFolder)> userFolder;
+    /// Empty: nothing of the machine outside the home is looked at.
+    FilePath system;
+    ScriptedPrograms programs;
 };
 
 } // namespace quorvane

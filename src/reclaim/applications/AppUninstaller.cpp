@@ -79,6 +79,15 @@ void addBundles(Found& found, ToMeasure& toMeasure, std::span<const FilePath> fo
     }
 }
 
+void lookAtWhatGoes(std::vector<UninstallableApp>& apps, FileSystemCalls& calls)
+{
+    for (UninstallableApp& app : apps) {
+        if (app.goesToTrash()) {
+            app.seen = statusOf(app.bundleURL, calls);
+        }
+    }
+}
+
 void split(std::string_view text, char separator, std::vector<std::string>& parts)
 {
     while (!text.empty()) {
@@ -167,6 +176,7 @@ std::vector<UninstallableApp> scanApplications(std::span<const FilePath> sourceD
     if (isCancelled && isCancelled()) {
         return {};
     }
+    lookAtWhatGoes(found.apps, calls);
     sort(found.apps);
     return std::move(found.apps);
 }
@@ -255,6 +265,7 @@ std::vector<UninstallableApp> allApplications(const Sources& sources,
     for (std::size_t i = 0; i < found.apps.size(); ++i) {
         found.apps[i].isRunning = isRunning(found.apps[i], found.programs[i], running);
     }
+    lookAtWhatGoes(found.apps, calls);
     sort(found.apps);
     return std::move(found.apps);
 }

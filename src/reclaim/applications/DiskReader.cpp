@@ -3,6 +3,7 @@
 
 #include "DirectoryWalk.h"
 #include "FileContentCalls.h"
+#include "FolderMeter.h"
 
 #include <algorithm>
 #include <span>
@@ -25,13 +26,7 @@ FilePath followed(const FilePath& path)
 
 std::optional<EntryStatus> DiskReader::status(const FilePath& path) const
 {
-    const ReachablePlace place(m_calls, path);
-    EntryStatus status;
-    if (path.isEmpty() || !place.isReachable() ||
-        !m_calls.status(place.parent(), place.name(), status)) {
-        return std::nullopt;
-    }
-    return status;
+    return statusOf(path, m_calls);
 }
 
 bool DiskReader::isDirectory(const FilePath& path) const

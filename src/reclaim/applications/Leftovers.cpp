@@ -288,7 +288,9 @@ void attach(std::vector<UninstallableApp>& apps, std::span<const Names> names,
     for (std::size_t i = 0; i < paths.size(); ++i) {
         if (bytes[i] >= 1) {
             const auto& [app, label] = owners[i];
-            apps[app].components.push_back({std::move(paths[i]), bytes[i], std::string(label)});
+            const std::optional<EntryStatus> seen = statusOf(paths[i], calls);
+            apps[app].components.push_back(
+                {std::move(paths[i]), bytes[i], std::string(label), seen});
         }
     }
 }

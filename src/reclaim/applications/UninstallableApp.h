@@ -2,10 +2,12 @@
 #pragma once
 
 #include "FilePath.h"
+#include "FileSystemCalls.h"
 
 #include <QString>
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -17,6 +19,8 @@ struct UninstallComponent
     FilePath url;
     std::int64_t bytes = 0; ///< at least 1
     std::string label;      ///< kind of leftover
+    /// What the disk told of it when it was found.
+    std::optional<EntryStatus> seen = {};
 
     QString formattedBytes() const;
 
@@ -42,6 +46,8 @@ struct UninstallableApp
     std::string systemName;   ///< package, snap or Flatpak id that its own tool knows it by
     std::string installation; ///< of a Flatpak: "user", "system", or another one's name
     bool isRunning = false;
+    /// What the disk told of bundleURL when it was found.
+    std::optional<EntryStatus> seen;
 
     /// Sum of the components.
     std::int64_t extraBytes() const;

@@ -151,6 +151,7 @@ void judge(CacheItem& item, FileSystemCalls& calls, FileContentCalls& contents)
         item.evidence.caution = caution;
     }
     item.evidence.lastChanged = item.lastModified;
+    item.seen = statusOf(item.path, calls);
 }
 
 } // namespace
@@ -213,13 +214,14 @@ std::optional<CacheItem> item(const Location& location, const FilePath& home)
 std::vector<CacheItem> scanCurated(const HomeFolders& folders, const Progress& progress,
                                    const IsCancelled& isCancelled)
 {
-    return scanCurated(folders, progress, isCancelled, FileSystemCalls::system(),
+    return scanCurated(folders, progress, isCancelled, {}, FileSystemCalls::system(),
                        FileContentCalls::system());
 }
 
 std::vector<CacheItem> scanCurated(const HomeFolders& folders, const Progress& progress,
-                                   const IsCancelled& isCancelled, FileSystemCalls& calls,
-                                   FileContentCalls& contents)
+                                   const IsCancelled& isCancelled,
+                                   const std::function<void(std::size_t)>& onMeasured,
+                                   FileSystemCalls& calls, FileContentCalls& contents)
 {
     std::vector<CacheItem> rows = allRows(folders, calls);
     std::vector<FilePath> paths;
@@ -228,13 +230,14 @@ std::vector<CacheItem> scanCurated(const HomeFolders& folders, const Progress& p
                    [](const CacheItem& row) { return row.path; });
     FolderMeter::Hooks hooks;
     hooks.isCancelled = isCancelled;
-    if (progress) {
-        hooks.onMeasured = [&progress, total = static_cast<double>(rows.size())](std::size_t done) {
-            if ((done - 1) % rowsBetweenReports == 0) {
-                progress(static_cast<double>(done - 1) / total);
-            }
-        };
-    }
+    hooks.onMeasured = [&, total = static_cast<double>(rows.size())](std::size_t done) {
+        if (progress && (done - 1) % rowsBetweenReports == 0) {
+            progress(static_cast<double>(done - 1) / total);
+        }
+        if (onMeasured) {
+            onMeasured(done);
+        }
+    };
     const auto sums = FolderMeter(wholeFolder, std::move(hooks), calls).measure(paths);
     if (isCancelled && isCancelled()) {
         return {};

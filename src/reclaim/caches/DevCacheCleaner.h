@@ -3,6 +3,7 @@
 
 #include "Evidence.h"
 #include "FilePath.h"
+#include "FileSystemCalls.h"
 #include "FolderMeter.h"
 #include "HomeTables.h"
 
@@ -59,6 +60,8 @@ struct CacheItem
     std::string_view detail;  ///< one sentence; empty for rows that have none
     std::string_view command; ///< what removes it where the upkeep is ownTool; else empty
     Evidence evidence;
+    /// What the disk told of the entry itself when it was found.
+    std::optional<EntryStatus> seen;
 
     const std::string& id() const { return path.bytes(); }
     /// Whether it may be moved to the Trash at all.
@@ -91,9 +94,11 @@ std::optional<CacheItem> item(const Location& location, const FilePath& home);
 /// measured, for i = 0, 5, 10, …, then 1. Empty when cancelled.
 std::vector<CacheItem> scanCurated(const HomeFolders& folders, const Progress& progress = {},
                                    const IsCancelled& isCancelled = {});
+/// onMeasured is told how many rows are measured.
 std::vector<CacheItem> scanCurated(const HomeFolders& folders, const Progress& progress,
-                                   const IsCancelled& isCancelled, FileSystemCalls& calls,
-                                   FileContentCalls& contents);
+                                   const IsCancelled& isCancelled,
+                                   const std::function<void(std::size_t)>& onMeasured,
+                                   FileSystemCalls& calls, FileContentCalls& contents);
 
 /// Folders with one of the names anywhere below the home, without those inside another one, hidden
 /// folders, ".git", ".Trash" and "Library", and without leaving the home's file system. Largest

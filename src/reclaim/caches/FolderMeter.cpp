@@ -447,6 +447,17 @@ std::vector<FolderMeter::Found> FolderMeter::search(const FilePath& root, const 
     return found;
 }
 
+std::optional<EntryStatus> statusOf(const FilePath& path, FileSystemCalls& calls)
+{
+    const ReachablePlace place(calls, path);
+    EntryStatus status;
+    if (path.isEmpty() || !place.isReachable() ||
+        !calls.status(place.parent(), place.name(), status)) {
+        return std::nullopt;
+    }
+    return status;
+}
+
 std::int64_t directoryBytes(const FilePath& path)
 {
     return directoryBytes(path, FileSystemCalls::system());
@@ -466,13 +477,11 @@ std::vector<std::int64_t> directoryBytes(std::span<const FilePath> paths,
     std::vector<std::int64_t> bytes;
     bytes.reserve(paths.size());
     for (std::size_t i = 0; i < paths.size(); ++i) {
-        const ReachablePlace place(calls, paths[i]);
-        EntryStatus status;
+        const std::optional<EntryStatus> status = statusOf(paths[i], calls);
         if (sums[i]) {
             bytes.push_back(sums[i]->allocatedBytes);
-        } else if (place.isReachable() && calls.status(place.parent(), place.name(), status) &&
-                   status.kind != EntryStatus::Kind::directory) {
-            bytes.push_back(status.size);
+        } else if (status && status->kind != EntryStatus::Kind::directory) {
+            bytes.push_back(status->size);
         } else {
             bytes.push_back(0);
         }

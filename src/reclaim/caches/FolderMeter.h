@@ -2,6 +2,7 @@
 #pragma once
 
 #include "FilePath.h"
+#include "FileSystemCalls.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -12,8 +13,6 @@
 #include <vector>
 
 namespace quorvane {
-
-class FileSystemCalls;
 
 /// What a walk of one folder adds up. Sizes in bytes; the folders themselves are not in them.
 struct FolderSums
@@ -82,6 +81,9 @@ private:
     Hooks m_hooks;
     FileSystemCalls& m_calls;
 };
+
+/// lstat(2) of a path of any length; absent when it fails. Any thread.
+std::optional<EntryStatus> statusOf(const FilePath& path, FileSystemCalls& calls);
 
 /// Bytes on disk of what is at a path: of a folder the allocated sizes of all regular files in it,
 /// those aside that a leading dot hides and what is in hidden folders; of anything else its size;

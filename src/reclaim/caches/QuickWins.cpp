@@ -225,6 +225,7 @@ std::vector<QuickWin> detect(const HomeFolders& folders, FolderMeter::Hooks hook
         win.evidence = evidenceFor(win.url, calls, contents);
         win.evidence.caution = caution;
         win.evidence.lastChanged = sums[i]->lastModified;
+        win.seen = statusOf(win.url, calls);
         wins.push_back(std::move(win));
     }
     sort(wins);

@@ -5,6 +5,7 @@
 #include "Evidence.h"
 #include "FileNode.h"
 #include "FilePath.h"
+#include "FileSystemCalls.h"
 #include "FolderMeter.h"
 #include "HomeTables.h"
 
@@ -32,6 +33,8 @@ struct QuickWin
     Upkeep upkeep = Upkeep::remade;
     std::string_view command; ///< what removes it where the upkeep is ownTool; else empty
     Evidence evidence;
+    /// What the disk told of the entry itself when it was found; absent for a scan hit.
+    std::optional<EntryStatus> seen;
 
     QString formattedBytes() const;
     /// Whether it can be put into the Trash queue at all.

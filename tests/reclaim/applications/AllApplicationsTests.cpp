@@ -5,6 +5,7 @@
 #include "FileContentCalls.h"
 #include "FileSystemCalls.h"
 #include "PropertyLists.h"
+#include "ScriptedPrograms.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -18,22 +19,6 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::UnorderedElementsAre;
-
-/// Programs that print what they are told to.
-class ScriptedPrograms final : public Programs
-{
-public:
-    std::map<std::string, std::string> printed; ///< by the program's name
-    std::vector<Running> processes;
-
-    std::vector<Running> running() override { return processes; }
-    std::optional<Output> run(std::span<const std::string> arguments, std::chrono::milliseconds,
-                              const std::function<bool()>&) override
-    {
-        const auto text = printed.find(arguments.front());
-        return text == printed.end() ? std::nullopt : std::optional(Output{0, text->second});
-    }
-};
 
 /// A machine with one application of each kind.
 class Machine
@@ -58,9 +43,9 @@ public:
         disk.fileWithContents("var/lib/dpkg/info/git.list", "/usr/bin/git\n");
         entry("var/lib/flatpak/exports/share/applications/org.sketch.S.desktop", "Sketchpad",
               "flatpak run org.sketch.S");
-        programs.printed["flatpak"] = "org.sketch.S\tS\t2.4 GB\tsystem\n";
-        programs.printed["snap"] = "Name Version Rev Tracking Publisher Notes\n"
-                                   "plover 1 42 latest/stable x -\n";
+        programs.answers["flatpak"] = {0, "org.sketch.S\tS\t2.4 GB\tsystem\n"};
+        programs.answers["snap"] = {0, "Name Version Rev Tracking Publisher Notes\n"
+                                       "plover 1 42 latest/stable x -\n"};
         disk.file("var/lib/snapd/snaps/plover_42.snap", 3000);
     }
 
@@ -169,14 +154,14 @@ TEST(AllApplications, WhatRunsIsMarked)
 TEST(AllApplications, WithoutFlatpakAndSnapTheRestIsListed)
 {
     Machine machine;
-    machine.programs.printed.clear();
+    machine.programs.answers.clear();
     EXPECT_EQ(machine.apps().size(), 4U);
 }
 
 TEST(AllApplications, WithoutASystemOnlyTheHomeIsSearched)
 {
     Machine machine;
-    machine.programs.printed.clear();
+    machine.programs.answers.clear();
     FileSystemCalls& calls = FileSystemCalls::system();
     const auto sources =
         AppUninstaller::Sources::of(HomeFolders::below(machine.disk.path("home")), calls);

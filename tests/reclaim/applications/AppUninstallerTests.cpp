@@ -61,9 +61,11 @@ TEST(AppUninstaller, ListsBundlesByTotalsWithTheirLeftoversInTableOrder)
     ASSERT_EQ(apps[0].components.size(), 3U);
     EXPECT_EQ(apps[0].components[0].label, "Caches");
     EXPECT_EQ(apps[0].components[1].label, "Application Support");
-    EXPECT_EQ(apps[0].components[2],
-              (UninstallComponent{home.disk.path("home/Library/Preferences/org.small.plist"), 77,
-                                  "Preferences"}));
+    EXPECT_EQ(apps[0].components[2].url,
+              home.disk.path("home/Library/Preferences/org.small.plist"));
+    EXPECT_EQ(apps[0].components[2].bytes, 77);
+    EXPECT_EQ(apps[0].components[2].label, "Preferences");
+    EXPECT_EQ(apps[0].components[2].seen->size, 77);
     EXPECT_EQ(apps[0].extraBytes(), directoryBytes(apps[0].components[0].url) +
                                         directoryBytes(apps[0].components[1].url) + 77);
     EXPECT_EQ(apps[0].totalBytes(), apps[0].bundleBytes + apps[0].extraBytes());
