@@ -3,14 +3,16 @@
 
 #include "AnalysisView.h"
 #include "CleanupView.h"
+#include "DevCacheCleanerView.h"
 #include "DuplicatesView.h"
 #include "MonitorView.h"
+#include "QuickWinsView.h"
 #include "ScreenshotRenameView.h"
 #include "SearchView.h"
-#include "QuickWinsView.h"
 #include "SettingsView.h"
 #include "SnapshotsView.h"
 #include "TagRulesView.h"
+#include "UninstallerView.h"
 #include "VisualizerHostView.h"
 
 namespace quorvane {
@@ -51,6 +53,13 @@ AppScreens AppScreens::standard()
     });
     screens.sections.add(AppSection::quickWins, [](AppState& state, QWidget* parent) -> QWidget* {
         return new QuickWinsView(state, parent);
+    });
+    screens.sections.add(AppSection::devCacheCleaner,
+                         [](AppState& state, QWidget* parent) -> QWidget* {
+                             return new DevCacheCleanerView(state, parent);
+                         });
+    screens.sections.add(AppSection::uninstaller, [](AppState& state, QWidget* parent) -> QWidget* {
+        return new UninstallerView(state, parent);
     });
     screens.sections.add(AppSection::settings, [](AppState& state, QWidget* parent) -> QWidget* {
         return new SettingsView(state, parent);

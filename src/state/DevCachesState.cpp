@@ -14,12 +14,14 @@ using Items = std::optional<std::vector<DevCacheCleaner::CacheItem>>;
 
 TrashRequest requestFor(const DevCacheCleaner::CacheItem& item)
 {
+    const FilePath root = item.root.isEmpty() ? item.path.parent() : item.root;
     if (item.seen) {
-        return TrashRequest::of(item.path, item.path.parent(), *item.seen);
+        return TrashRequest::of(item.path, root, *item.seen);
     }
     TrashRequest request;
     request.path = item.path;
-    request.root = item.path.parent();
+    request.root = root;
+    request.kind = EntryStatus::Kind::directory;
     return request;
 }
 

@@ -81,6 +81,14 @@ TEST_F(Accessibility, EveryControlOfEveryScreenHasAName)
     state().section = AppSection::duplicates;
     ASSERT_TRUE(waitUntilShown("duplicatesView"));
     expectNames("duplicates");
+    for (const auto& [section, view] :
+         {std::pair(AppSection::quickWins, "quickWinsView"),
+          std::pair(AppSection::devCacheCleaner, "devCacheCleanerView"),
+          std::pair(AppSection::uninstaller, "uninstallerView")}) {
+        state().section = section;
+        ASSERT_TRUE(waitUntilShown(view));
+        expectNames(view);
+    }
     state().section = AppSection::analysis;
     state().flashMessage = QStringLiteral("Done");
     ASSERT_TRUE(waitUntilShown("flashBanner"));
@@ -97,12 +105,15 @@ TEST_F(Accessibility, TabLeadsThroughTheWelcomeScreenInReadingOrder)
     ASSERT_TRUE(QTest::qWaitForWindowActive(&window(), patience));
     EXPECT_EQ(QApplication::focusWidget(), &window());
     const QStringList expected{
-        QStringLiteral("chooseFolderTile"),      QStringLiteral("scanHomeTile"),
-        QStringLiteral("scanFullMacTile"),       QStringLiteral("toolRow.duplicates"),
-        QStringLiteral("toolRow.cleanup"),       QStringLiteral("toolRow.search"),
-        QStringLiteral("toolRow.monitor"),       QStringLiteral("toolRow.screenshotRename"),
-        QStringLiteral("sidebarToggle"),         QStringLiteral("settingsButton"),
-        QStringLiteral("welcomeScanHomeButton"), QStringLiteral("welcomeChooseFolderButton")};
+        QStringLiteral("chooseFolderTile"),         QStringLiteral("scanHomeTile"),
+        QStringLiteral("scanFullMacTile"),          QStringLiteral("toolRow.quickWins"),
+        QStringLiteral("toolRow.duplicates"),       QStringLiteral("toolRow.uninstaller"),
+        QStringLiteral("toolRow.snapshots"),        QStringLiteral("toolRow.cleanup"),
+        QStringLiteral("toolRow.devCacheCleaner"),  QStringLiteral("toolRow.search"),
+        QStringLiteral("toolRow.monitor"),          QStringLiteral("toolRow.tagging"),
+        QStringLiteral("toolRow.screenshotRename"), QStringLiteral("sidebarToggle"),
+        QStringLiteral("settingsButton"),           QStringLiteral("welcomeScanHomeButton"),
+        QStringLiteral("welcomeChooseFolderButton")};
     const QStringList walked = tabWalk();
     EXPECT_EQ(walked, expected) << walked.join(QLatin1Char(' ')).toStdString();
 }

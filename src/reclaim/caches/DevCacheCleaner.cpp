@@ -143,8 +143,10 @@ void sortLargestFirst(std::vector<CacheItem>& items)
                      [](const CacheItem& a, const CacheItem& b) { return a.bytes > b.bytes; });
 }
 
-void judge(CacheItem& item, FileSystemCalls& calls, FileContentCalls& contents)
+void judge(CacheItem& item, const FilePath& root, FileSystemCalls& calls,
+           FileContentCalls& contents)
 {
+    item.root = root;
     const std::string_view caution = item.evidence.caution;
     item.evidence = evidenceFor(item.path, calls, contents);
     if (!caution.empty()) {
@@ -246,7 +248,7 @@ std::vector<CacheItem> scanCurated(const HomeFolders& folders, const Progress& p
     for (std::size_t i = 0; i < rows.size(); ++i) {
         if (sums[i]) {
             take(rows[i], *sums[i]);
-            judge(rows[i], calls, contents);
+            judge(rows[i], rows[i].path.parent(), calls, contents);
             items.push_back(std::move(rows[i]));
         }
     }
@@ -290,7 +292,7 @@ std::vector<CacheItem> findBuildDirectories(const HomeFolders& folders,
         if (const FoundPlace* const place = placeTouching(item.path, ownTool)) {
             take(item, *place->place);
         }
-        judge(item, calls, contents);
+        judge(item, folders.home, calls, contents);
         items.push_back(std::move(item));
     }
     if (isCancelled && isCancelled()) {

@@ -62,6 +62,8 @@ struct CacheItem
     Evidence evidence;
     /// What the disk told of the entry itself when it was found.
     std::optional<EntryStatus> seen;
+    /// No link lay between this folder and the path then.
+    FilePath root = {};
 
     const std::string& id() const { return path.bytes(); }
     /// Whether it may be moved to the Trash at all.

@@ -1,44 +1,26 @@
 // SPDX-License-Identifier: MIT
 #include "QuickWinsView.h"
 
-#include "AppState.h"
-#include "Button.h"
-#include "Dialog.h"
-#include "DiskTree.h"
 #include "EmptyState.h"
-#include "FakePlatform.h"
-#include "Label.h"
-#include "RowLayout.h"
-#include "RowView.h"
 #include "ScreenHeader.h"
-#include "WaitFor.h"
+#include "ToolViewFixture.h"
 
-#include <gtest/gtest.h>
-
-#include <QApplication>
 #include <QClipboard>
-#include <QTest>
 
 #include <string>
 
 namespace quorvane {
 namespace {
 
-class QuickWinsViewTests : public testing::Test
+class QuickWinsViewTests : public ToolViewFixture<QuickWinsView>
 {
 protected:
-    enum Action { reveal, stage };
-
-    QuickWinsViewTests()
-    {
-        m_window.resize(1000, 700);
-        m_view.resize(1000, 700);
-    }
+    static constexpr RowPart reveal{0, 0};
+    static constexpr RowPart stage{1, 1};
 
     void show()
     {
-        m_window.show();
-        QApplication::setActiveWindow(&m_window);
+        open();
         settle();
     }
 
@@ -56,56 +38,6 @@ protected:
         QCoreApplication::processEvents();
     }
 
-    template<class T>
-    T& part(const char* objectName)
-    {
-        return *m_window.findChild<T*>(QLatin1String(objectName));
-    }
-
-    RowView& list() { return part<RowView>("quickWinsList"); }
-
-    QModelIndex index(const QString& title)
-    {
-        for (int row = 0; row < list().model()->rowCount(); ++row) {
-            const QModelIndex each = list().model()->index(row, 0);
-            if (list().rowOf(each).title == title) {
-                return each;
-            }
-        }
-        ADD_FAILURE() << title.toStdString();
-        return {};
-    }
-
-    Row row(const QString& title) { return list().rowOf(index(title)); }
-
-    void press(const QString& title, int place)
-    {
-        const QRect button = list().partRect(index(title), RowPart{place, place});
-        ASSERT_TRUE(button.isValid());
-        QTest::mouseClick(list().viewport(), Qt::LeftButton, {}, button.center());
-        QCoreApplication::processEvents();
-    }
-
-    Dialog* dialog() { return m_window.findChild<Dialog*>(); }
-
-    void answer(const QString& text)
-    {
-        for (auto* const button : dialog()->findChildren<Button*>()) {
-            if (button->text() == text) {
-                QTest::mouseClick(button, Qt::LeftButton);
-                break;
-            }
-        }
-        ASSERT_TRUE(waitFor([this] { return dialog() == nullptr; }));
-        QCoreApplication::processEvents();
-    }
-
-    QString summary(const char* name)
-    {
-        const auto* const label = m_window.findChild<Label*>(QLatin1String(name));
-        return label != nullptr && label->isVisible() ? label->text() : QString();
-    }
-
     /// The last text of the empty state on show.
     QString shownText()
     {
@@ -117,12 +49,6 @@ protected:
         }
         return text;
     }
-
-    DiskTree m_disk;
-    FakePlatform m_platform{m_disk.root()};
-    AppState m_state{m_platform.platform()};
-    QWidget m_window;
-    QuickWinsView m_view{m_state, &m_window};
 };
 
 TEST_F(QuickWinsViewTests, LooksForJunkWhenItComesIntoView)
@@ -189,9 +115,9 @@ TEST_F(QuickWinsViewTests, ARowTellsAllThatIsKnown)
     EXPECT_EQ(hit.actions[1].toolTip,
               QStringLiteral("Stage for Trash — it lands in the Trash queue under Cleanup for "
                              "review; you stay on this page."));
-    EXPECT_EQ(summary("quickWinsSummary"),
+    EXPECT_EQ(text("quickWinsSummary"),
               QStringLiteral("1 candidates — all removable, all regenerable"));
-    EXPECT_EQ(summary("quickWinsSubset"), QString());
+    EXPECT_EQ(text("quickWinsSubset"), QString());
 }
 
 TEST_F(QuickWinsViewTests, StagePutsARowIntoTheQueueAndTakesItOut)
@@ -271,10 +197,10 @@ TEST_F(QuickWinsViewTests, HiddenFamiliesAreTold)
     m_state.setBloatFilters({{"Xcode", false}});
     QCoreApplication::processEvents();
     EXPECT_EQ(list().model()->rowCount(), 1);
-    EXPECT_EQ(summary("quickWinsSummary"),
+    EXPECT_EQ(text("quickWinsSummary"),
               QStringLiteral("1 candidates — all removable, all regenerable"));
     EXPECT_TRUE(waitFor([this] {
-        return summary("quickWinsSubset") ==
+        return text("quickWinsSubset") ==
                QStringLiteral("showing subset — disable more Dev Bloat Filters to hide");
     }));
     m_state.setBloatFilters({{"Xcode", false}, {"Caches", false}});
