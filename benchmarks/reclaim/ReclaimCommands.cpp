@@ -55,6 +55,7 @@ std::optional<HomeFolders> homeFrom(const Arguments& arguments)
     if (const std::optional<std::string_view> system = arguments.value("system")) {
         folders.system = folderFromArgument(*system);
     }
+    folders.findPlacesOutside(FileSystemCalls::system(), FileContentCalls::system());
     return folders;
 }
 

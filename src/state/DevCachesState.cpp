@@ -56,7 +56,8 @@ void DevCachesState::scanDevCaches(OnFound onFound)
     m_devCleanupSlot.restart(
         JobPriority::userInitiated,
         [this, folders = m_host.homeFolders(), calls = &m_host.platform().fileSystem,
-         contents = &m_host.fileContents()](const JobRun& run) {
+         contents = &m_host.fileContents()](const JobRun& run) mutable {
+            folders.findPlacesOutside(*calls, *contents);
             const auto isUnwanted = [&run] { return run.isUnwanted(); };
             const auto onMeasured = [this, &run](std::size_t count) {
                 run.report([this, count] { devCleanupCount = static_cast<std::int64_t>(count); });
@@ -84,7 +85,8 @@ void DevCachesState::deepScanBuildDirs(OnFound onFound)
     m_devCleanupSlot.restart(
         JobPriority::userInitiated,
         [this, folders = m_host.homeFolders(), calls = &m_host.platform().fileSystem,
-         contents = &m_host.fileContents()](const JobRun& run) {
+         contents = &m_host.fileContents()](const JobRun& run) mutable {
+            folders.findPlacesOutside(*calls, *contents);
             const auto isUnwanted = [&run] { return run.isUnwanted(); };
             const auto onFolders = [this, &run](std::int64_t count) {
                 run.report([this, count] { devCleanupCount = count; });

@@ -40,10 +40,10 @@ TrashRequest requestFor(const QuickWin& win, const NodePointer& scanRoot)
 }
 
 /// Both looks, one after the other; the hits sorted in with the places of the home.
-std::vector<QuickWin> winsOf(const HomeFolders& folders, const NodePointer& root,
-                             FolderMeter::Hooks hooks, FileSystemCalls& calls,
-                             FileContentCalls& contents)
+std::vector<QuickWin> winsOf(HomeFolders folders, const NodePointer& root, FolderMeter::Hooks hooks,
+                             FileSystemCalls& calls, FileContentCalls& contents)
 {
+    folders.findPlacesOutside(calls, contents);
     std::vector<QuickWin> wins = QuickWins::detect(folders, std::move(hooks), calls, contents);
     std::vector<QuickWin> hits =
         QuickWins::detect(root, QuickWins::defaultLimit, irreplaceablePaths(folders, calls));

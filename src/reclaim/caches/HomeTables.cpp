@@ -2,11 +2,15 @@
 #include "HomeTables.h"
 
 #include "DirectoryWalk.h"
+#include "DiskReader.h"
 #include "FileSystemCalls.h"
+#include "MountTable.h"
+#include "SteamLibraries.h"
 
 #include <algorithm>
 #include <array>
 #include <cstdlib>
+#include <iterator>
 
 namespace quorvane {
 namespace {
@@ -34,6 +38,10 @@ constexpr HomePlace places[] = {
     {Base::home, ".yarn/berry/cache", "Yarn Berry Cache",
      "Downloaded packages. The next install fetches what it needs.", remade, packages, byItself},
     {Base::data, "pnpm/store", "pnpm Store",
+     "Projects share its files by hard links, so moving it frees little. The command removes what "
+     "no project uses.",
+     ownTool, packages, "pnpm store prune"},
+    {Base::mount, ".pnpm-store", "pnpm Store of a Volume",
      "Projects share its files by hard links, so moving it frees little. The command removes what "
      "no project uses.",
      ownTool, packages, "pnpm store prune"},
@@ -176,7 +184,7 @@ constexpr HomePlace places[] = {
      "Small pictures of files. Made again when a folder is opened.", remade, desktop, byItself},
     {Base::cache, "mesa_shader_cache", "Shader Cache",
      "Compiled shaders of the graphics driver. Made again on use.", remade, desktop, byItself},
-    {Base::data, "Steam/steamapps/shadercache", "Steam Shader Cache",
+    {Base::steam, "steamapps/shadercache", "Steam Shader Cache",
      "Compiled shaders of games. Downloaded or built again when a game is next played.", costly,
      desktop, byItself},
     // The machine
@@ -219,7 +227,7 @@ constexpr LostPlace lostPlaces[] = {
     {Base::config, "*/Local Storage"},
     {Base::config, "*/IndexedDB"},
     {Base::config, "*/User"},
-    {Base::data, "Steam/steamapps/compatdata"},
+    {Base::steam, "steamapps/compatdata"},
     {Base::data, "containers/storage/volumes"},
     {Base::data, "gnome-boxes/images"},
     {Base::data, "libvirt/images"},
@@ -229,21 +237,30 @@ constexpr LostPlace lostPlaces[] = {
     {Base::system, "var/lib/docker/volumes"},
 };
 
-const FilePath& baseFolder(const HomeFolders& folders, Base base)
+std::vector<FilePath> baseFolders(const HomeFolders& folders, Base base)
 {
     switch (base) {
     case Base::cache:
-        return folders.cache;
+        return {folders.cache};
     case Base::config:
-        return folders.config;
+        return {folders.config};
     case Base::data:
-        return folders.data;
+        return {folders.data};
     case Base::system:
-        return folders.system;
+        return {folders.system};
+    case Base::mount:
+        return folders.mounts;
+    case Base::steam: {
+        std::vector<FilePath> libraries{folders.data.appending("Steam")};
+        std::copy_if(folders.steamLibraries.begin(), folders.steamLibraries.end(),
+                     std::back_inserter(libraries),
+                     [&](const FilePath& each) { return each != libraries.front(); });
+        return libraries;
+    }
     case Base::home:
         break;
     }
-    return folders.home;
+    return {folders.home};
 }
 
 bool exists(FileSystemCalls& calls, const FilePath& path)
@@ -253,7 +270,7 @@ bool exists(FileSystemCalls& calls, const FilePath& path)
     return place.isReachable() && calls.status(place.parent(), place.name(), status);
 }
 
-/// Names in a folder, sorted, that a "*" may stand for.
+/// Names in a folder, sorted.
 std::vector<std::string> namesIn(FileSystemCalls& calls, const FilePath& folder)
 {
     const ReachablePlace place(calls, folder);
@@ -267,13 +284,18 @@ std::vector<std::string> namesIn(FileSystemCalls& calls, const FilePath& folder)
     NameList list;
     calls.appendNames(descriptor, list);
     for (std::size_t i = 0; i < list.spans.size(); ++i) {
-        const std::string_view name = list.nameAt(i);
-        if (!name.starts_with('.')) {
-            names.emplace_back(name);
-        }
+        names.emplace_back(list.nameAt(i));
     }
     std::sort(names.begin(), names.end());
     return names;
+}
+
+/// Whether the folder may be looked into without a mount that nobody has asked for.
+bool isOrdinary(FileSystemCalls& calls, const FilePath& folder)
+{
+    const ReachablePlace place(calls, FilePath(folder.bytes() + "/."));
+    return place.isReachable() &&
+           calls.volumeKind(place.parent(), place.name()) == VolumeKind::ordinary;
 }
 
 struct Resolved
@@ -297,6 +319,9 @@ std::vector<Resolved> resolve(FileSystemCalls& calls, const FilePath& base,
         star == 0 ? base : base.appending(pattern.substr(0, star - std::string_view("/").size()));
     std::vector<Resolved> found;
     for (std::string& name : namesIn(calls, above)) {
+        if (name.starts_with('.')) {
+            continue;
+        }
         const FilePath path = above.appending(name).appending(pattern.substr(star + 2));
         if (exists(calls, path)) {
             found.push_back({path, std::move(name)});
@@ -356,6 +381,34 @@ HomeFolders HomeFolders::fromEnvironment(const FilePath& home)
     return folders;
 }
 
+void HomeFolders::findPlacesOutside(const MountTable& mountTable, FileSystemCalls& calls,
+                                    FileContentCalls& contents)
+{
+    const DiskReader reader(calls, contents);
+    for (const char* const list :
+         {"Steam/steamapps/libraryfolders.vdf", "Steam/config/libraryfolders.vdf"}) {
+        if (const std::optional<std::string> text = reader.text(data.appending(list))) {
+            steamLibraries = steamLibrariesIn(*text);
+            break;
+        }
+    }
+    const std::vector<RemoteMount>& remote = mountTable.remote();
+    for (const FilePath& mount : mountTable.mountPoints()) {
+        const bool isRemote =
+            std::any_of(remote.begin(), remote.end(),
+                        [&](const RemoteMount& each) { return each.mountPoint == mount; });
+        if (!isRemote && isOrdinary(calls, mount)) {
+            mounts.push_back(mount);
+        }
+    }
+}
+
+void HomeFolders::findPlacesOutside(FileSystemCalls& calls, FileContentCalls& contents)
+{
+    const std::optional<MountTable> table = system.isEmpty() ? std::nullopt : MountTable::read();
+    findPlacesOutside(table.value_or(MountTable()), calls, contents);
+}
+
 std::span<const HomePlace> linuxPlaces()
 {
     return places;
@@ -365,10 +418,12 @@ std::vector<FoundPlace> resolvedPlaces(const HomeFolders& folders, FileSystemCal
 {
     std::vector<FoundPlace> found;
     for (const HomePlace& place : places) {
-        for (Resolved& each : resolve(calls, baseFolder(folders, place.base), place.path)) {
-            std::string id = idOf(each.path, folders.home);
-            found.push_back(
-                {&place, std::move(each.path), withStar(place.name, each.star), std::move(id)});
+        for (const FilePath& base : baseFolders(folders, place.base)) {
+            for (Resolved& each : resolve(calls, base, place.path)) {
+                std::string id = idOf(each.path, folders.home);
+                found.push_back(
+                    {&place, std::move(each.path), withStar(place.name, each.star), std::move(id)});
+            }
         }
     }
     return found;
@@ -395,9 +450,19 @@ std::vector<FilePath> irreplaceablePaths(const HomeFolders& folders, FileSystemC
 {
     std::vector<FilePath> found;
     for (const LostPlace& place : lostPlaces) {
-        for (Resolved& each : resolve(calls, baseFolder(folders, place.base), place.path)) {
-            if (exists(calls, each.path)) {
-                found.push_back(std::move(each.path));
+        for (const FilePath& base : baseFolders(folders, place.base)) {
+            for (Resolved& each : resolve(calls, base, place.path)) {
+                if (exists(calls, each.path)) {
+                    found.push_back(std::move(each.path));
+                }
+            }
+        }
+    }
+    // ".Trash", ".Trash-UID" and ".Trashes", whosoever they are.
+    for (const FilePath& mount : folders.mounts) {
+        for (const std::string& name : namesIn(calls, mount)) {
+            if (name.starts_with(".Trash")) {
+                found.push_back(mount.appending(name));
             }
         }
     }

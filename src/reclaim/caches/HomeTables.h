@@ -11,7 +11,9 @@
 
 namespace quorvane {
 
+class FileContentCalls;
 class FileSystemCalls;
+class MountTable;
 
 /// Where one user's folders are: the home and, by the XDG Base Directory Specification, the places
 /// that applications keep their files in. A plain value.
@@ -24,6 +26,9 @@ struct HomeFolders
     FilePath state;
     /// What paths of the whole machine are below: "/", or empty to leave those rows out.
     FilePath system;
+    /// Where Steam keeps games, and the tops of mounted volumes: what findPlacesOutside() found.
+    std::vector<FilePath> steamLibraries = {};
+    std::vector<FilePath> mounts = {};
 
     /// The defaults: ".cache", ".config", ".local/share" and ".local/state"; no system.
     static HomeFolders below(const FilePath& home);
@@ -31,6 +36,13 @@ struct HomeFolders
     /// ignored, as freedesktop.org demands; so is one that leads out of a home that is not
     /// $HOME, because it belongs to another user.
     static HomeFolders fromEnvironment(const FilePath& home);
+
+    /// Asks Steam's own list where its libraries are, and takes the mounts that are no other
+    /// machine's and that no automounter would have to make first. Blocks; not for the main thread.
+    void findPlacesOutside(const MountTable& mountTable, FileSystemCalls& calls,
+                           FileContentCalls& contents);
+    /// The same with the system's own table, and with none where no system is looked at.
+    void findPlacesOutside(FileSystemCalls& calls, FileContentCalls& contents);
 };
 
 /// What it takes to have a folder back.
@@ -46,7 +58,7 @@ enum class CacheCategory : unsigned char { xcode, packageManagers, languageCache
 /// One row of the tables that go beyond the fixed ones.
 struct HomePlace
 {
-    enum class Base : unsigned char { home, cache, config, data, system };
+    enum class Base : unsigned char { home, cache, config, data, system, steam, mount };
 
     Base base;
     /// Below the base. A component "*" stands for any one that does not begin with a dot.

@@ -3,7 +3,9 @@
 
 #include "DevCacheCleaner.h"
 #include "DiskTree.h"
+#include "FileContentCalls.h"
 #include "FileSystemCalls.h"
+#include "MountTable.h"
 #include "QuickWins.h"
 
 #include <gtest/gtest.h>
@@ -208,6 +210,139 @@ TEST(HomeTables, PlacesFollowTheFoldersOfTheHome)
         }
     }
     FAIL() << "no row for pip";
+}
+
+TEST(HomeTables, ShaderCachesOfEverySteamLibraryAreListedAndSavedGamesAreNot)
+{
+    DiskTree home;
+    home.fileWithContents(".local/share/Steam/steamapps/libraryfolders.vdf",
+                          "\"libraryfolders\" { \"0\" { \"path\" \"" +
+                              home.path(".local/share/Steam").bytes() + "\" } \"1\" { \"path\" \"" +
+                              home.path("games").bytes() + "\" } }");
+    home.file("games/steamapps/shadercache/620/a", 10);
+    home.file("games/steamapps/compatdata/620/save", 10);
+    HomeFolders folders = HomeFolders::below(home.root());
+    folders.findPlacesOutside(disk(), FileContentCalls::system());
+    std::vector<FilePath> caches;
+    for (const FoundPlace& found : resolvedPlaces(folders, disk())) {
+        if (found.place->base == HomePlace::Base::steam) {
+            caches.push_back(found.path);
+        }
+    }
+    EXPECT_EQ(caches, (std::vector{home.path(".local/share/Steam/steamapps/shadercache"),
+                                   home.path("games/steamapps/shadercache")}));
+    EXPECT_EQ(irreplaceablePaths(folders, disk()),
+              std::vector{home.path("games/steamapps/compatdata")});
+}
+
+TEST(HomeTables, AVolumesStoreGoesByItsOwnToolAndItsTrashIsNotHadBack)
+{
+    DiskTree home;
+    home.file("volume/.pnpm-store/v3/a", 10);
+    home.file("volume/.Trash-1000/files/node_modules/a", 10);
+    home.file("share/.pnpm-store/v3/a", 10);
+    HomeFolders folders = HomeFolders::below(home.root());
+    folders.findPlacesOutside(
+        MountTable({home.path("volume"), home.path("share"), FilePath("/proc")},
+                   {{home.path("share"), 1}}),
+        disk(), FileContentCalls::system());
+    EXPECT_EQ(folders.mounts, std::vector{home.path("volume")});
+    const std::vector<FoundPlace> own = ownToolPlaces(folders, disk());
+    ASSERT_EQ(own.size(), 1U);
+    EXPECT_EQ(own.front().path, home.path("volume/.pnpm-store"));
+    EXPECT_EQ(own.front().place->command, "pnpm store prune");
+    EXPECT_TRUE(touches(home.path("volume/.Trash-1000/files/node_modules"),
+                        irreplaceablePaths(folders, disk())));
+}
+
+/// What is known of each cache, by the documentation of its tool: S is made again by itself, D
+/// costs a download or a rebuild, T goes by its own tool.
+struct KnownCache
+{
+    const char* base;
+    const char* path;
+    char upkeep;
+};
+
+constexpr KnownCache knownCaches[] = {
+    {"~", ".npm/_cacache", 'S'},
+    {"~", ".npm/_npx", 'S'},
+    {"cache", "yarn", 'S'},
+    {"~", ".yarn/berry/cache", 'S'},
+    {"data", "pnpm/store", 'T'},
+    {"mount", ".pnpm-store", 'T'},
+    {"~", ".bun/install/cache", 'S'},
+    {"cache", "deno", 'S'},
+    {"cache", "pip", 'S'},
+    {"cache", "uv", 'S'},
+    {"cache", "pypoetry/cache", 'S'},
+    {"cache", "pypoetry/artifacts", 'S'},
+    {"~", "miniconda3/pkgs", 'T'},
+    {"~", ".conda/pkgs", 'T'},
+    {"cache", "pre-commit", 'S'},
+    {"cache", "composer", 'S'},
+    {"cache", "gem", 'D'},
+    {"~", ".nuget/packages", 'D'},
+    {"~", ".cargo/registry", 'S'},
+    {"~", ".cargo/git", 'S'},
+    {"~", ".rustup/toolchains", 'D'},
+    {"cache", "go-build", 'S'},
+    {"~", "go/pkg/mod", 'T'},
+    {"~", ".gradle/caches", 'D'},
+    {"~", ".gradle/wrapper/dists", 'D'},
+    {"~", ".m2/repository", 'D'},
+    {"cache", "ccache", 'S'},
+    {"cache", "sccache", 'S'},
+    {"cache", "bazel", 'T'},
+    {"/", "var/lib/docker", 'T'},
+    {"data", "containers", 'T'},
+    {"data", "flatpak/runtime", 'T'},
+    {"/", "var/lib/flatpak/runtime", 'T'},
+    {"~", ".var/app/*/cache", 'S'},
+    {"/", "var/cache/apt/archives", 'T'},
+    {"/", "var/log/journal", 'T'},
+    {"/", "var/lib/systemd/coredump", 'T'},
+    {"/", "var/lib/snapd/snaps", 'T'},
+    {"cache", "JetBrains", 'D'},
+    {"config", "*/Cache", 'S'},
+    {"config", "*/Code Cache", 'S'},
+    {"config", "*/CachedData", 'S'},
+    {"config", "*/GPUCache", 'S'},
+    {"cache", "mozilla", 'S'},
+    {"cache", "google-chrome", 'S'},
+    {"cache", "chromium", 'S'},
+    {"cache", "thumbnails", 'S'},
+    {"cache", "mesa_shader_cache", 'S'},
+    {"steam", "steamapps/shadercache", 'D'},
+    {"cache", "huggingface/hub", 'D'},
+    {"~", ".ollama/models", 'D'},
+    {"cache", "whisper", 'D'},
+    {"cache", "torch", 'D'},
+    {"cache", "ms-playwright", 'D'},
+    {"cache", "Cypress", 'D'},
+    {"cache", "puppeteer", 'D'},
+    {"~", "Android/Sdk", 'D'},
+};
+
+TEST(HomeTables, EveryKnownCacheIsListedWithWhatItTakesToHaveItBack)
+{
+    const std::map<HomePlace::Base, std::string> bases{
+        {HomePlace::Base::home, "~"},        {HomePlace::Base::cache, "cache"},
+        {HomePlace::Base::config, "config"}, {HomePlace::Base::data, "data"},
+        {HomePlace::Base::system, "/"},      {HomePlace::Base::steam, "steam"},
+        {HomePlace::Base::mount, "mount"}};
+    std::set<std::string> listed;
+    for (const HomePlace& place : linuxPlaces()) {
+        const char upkeep = place.upkeep == Upkeep::remade   ? 'S'
+                            : place.upkeep == Upkeep::costly ? 'D'
+                                                             : 'T';
+        listed.insert(bases.at(place.base) + ' ' + std::string(place.path) + ' ' + upkeep);
+    }
+    std::set<std::string> known;
+    for (const KnownCache& cache : knownCaches) {
+        known.insert(std::string(cache.base) + ' ' + cache.path + ' ' + cache.upkeep);
+    }
+    EXPECT_EQ(listed, known);
 }
 
 } // namespace
