@@ -61,7 +61,7 @@ void QuorvaneApp::setReachable()
 void QuorvaneApp::serve(const InstanceRequest& request)
 {
     // Without a window the program has to stay reachable.
-    if (!request.opensSearch || !m_appState.isCallable()) {
+    if (!request.opensSearch || request.folder || !m_appState.isCallable()) {
         showWindow(request.activationToken);
     }
     if (request.folder) {

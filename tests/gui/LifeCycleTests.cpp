@@ -94,7 +94,10 @@ TEST_F(LifeCycle, ALaterStartIsServedByTheFirst)
     EXPECT_FALSE(window().isVisible());
     m_program->serve({});
     EXPECT_TRUE(window().isVisible());
-    m_program->serve({m_disk.path("other"), false, {}});
+    window().close();
+    GlobalSearch::shared().close();
+    m_program->serve({m_disk.path("other"), true, {}});
+    EXPECT_TRUE(GlobalSearch::shared().isVisible());
     ASSERT_TRUE(waitUntilShown("visualizerHost"));
     EXPECT_EQ(state().rootNode.value()->path(), m_disk.path("other"));
 }

@@ -97,11 +97,25 @@ public:
         if (!request.activationToken.empty()) {
             platformData[QLatin1String(tokenKey)] = QString::fromStdString(request.activationToken);
         }
-        QDBusMessage call = messageFor(request, platformData);
-        call.setAutoStartService(false);
-        const QDBusMessage answer =
-            QDBusConnection::sessionBus().call(call, QDBus::Block, answerTimeoutMs);
-        return answer.type() == QDBusMessage::ReplyMessage;
+        const auto isTaken = [&platformData](QDBusMessage call) {
+            call << platformData;
+            call.setAutoStartService(false);
+            return QDBusConnection::sessionBus().call(call, QDBus::Block, answerTimeoutMs).type() ==
+                   QDBusMessage::ReplyMessage;
+        };
+        if (request.folder) {
+            QDBusMessage open = method("Open");
+            open << QStringList(QString::fromStdString(request.folder->fileUrl()));
+            if (!isTaken(open)) {
+                return false;
+            }
+        }
+        if (request.opensSearch) {
+            QDBusMessage search = method("ActivateAction");
+            search << QString::fromLatin1(searchAction) << QVariantList();
+            return isTaken(search);
+        }
+        return request.folder || isTaken(method("Activate"));
     }
 
 private:
@@ -109,20 +123,6 @@ private:
     {
         return QDBusMessage::createMethodCall(QLatin1String(serviceName), QLatin1String(objectPath),
                                               QLatin1String(interfaceName), QLatin1String(name));
-    }
-
-    static QDBusMessage messageFor(const InstanceRequest& request, const QVariantMap& platformData)
-    {
-        QDBusMessage call = method("Activate");
-        if (request.opensSearch) {
-            call = method("ActivateAction");
-            call << QString::fromLatin1(searchAction) << QVariantList();
-        } else if (request.folder) {
-            call = method("Open");
-            call << QStringList(QString::fromStdString(request.folder->fileUrl()));
-        }
-        call << platformData;
-        return call;
     }
 
     QObject m_object;

@@ -50,7 +50,7 @@ constexpr int fieldLeft = 8;
 constexpr int noFocusRing = -1;
 constexpr int symbolSide = 18;
 constexpr int helpWordsWidth = 540;
-constexpr int emptyWordsHeight = 184;
+constexpr int emptyWordsHeight = 174;
 constexpr int markSide = 18;
 
 std::int64_t nowMs()
@@ -67,7 +67,6 @@ SearchOverlayRoot::SearchOverlayRoot(AppState& state, std::function<void()> clos
     , m_search(SearchState::of(state))
     , m_close(std::move(close))
     , m_home(FacetHost::of(state).platform().home)
-    , m_preview(new PreviewPanel(state, window))
     , m_refresher(new Refresher(this, [this] { takeIndex(); }))
 {
     setObjectName(QStringLiteral("searchOverlay"));
@@ -108,7 +107,9 @@ void SearchOverlayRoot::end()
     qApp->removeEventFilter(this);
     m_debounce.stop();
     m_ageTick.stop();
-    m_preview->closePanel();
+    if (isPreviewing()) {
+        m_preview->closePanel();
+    }
     m_search.closeIndex();
     if (!m_list->isDragging()) {
         window()->deleteLater();
@@ -523,7 +524,7 @@ void SearchOverlayRoot::moveSelection(int index)
         return;
     }
     m_list->centreRow(index);
-    if (!m_preview->isHidden()) {
+    if (isPreviewing()) {
         QuickLookPreview::shared().show(selected->path, *m_preview);
     }
 }
@@ -552,14 +553,22 @@ void SearchOverlayRoot::copyPath(const SearchResult& result)
     m_close();
 }
 
+bool SearchOverlayRoot::isPreviewing() const
+{
+    return m_preview != nullptr && m_preview->isOnShow();
+}
+
 /// A second time closes it.
 void SearchOverlayRoot::preview(const SearchResult& result)
 {
-    if (m_preview->isHidden()) {
-        QuickLookPreview::shared().show(result.path, *m_preview);
-    } else {
+    if (isPreviewing()) {
         m_preview->closePanel();
+        return;
     }
+    if (m_preview == nullptr) {
+        m_preview = new PreviewPanel(m_state, window());
+    }
+    QuickLookPreview::shared().show(result.path, *m_preview);
 }
 
 bool SearchOverlayRoot::isInScan(const SearchResult& result) const

@@ -95,6 +95,7 @@ private:
     void reveal(const SearchResult& result);
     void copyPath(const SearchResult& result);
     void preview(const SearchResult& result);
+    bool isPreviewing() const;
     void openSelectedInApp();
     void showMenu(int index, const QPoint& position);
     bool isInScan(const SearchResult& result) const;
@@ -133,7 +134,7 @@ private:
     KeyHints* m_footer = nullptr;
     Label* m_indexAge = nullptr;
     Label* m_scopeHint = nullptr;
-    PreviewPanel* m_preview;
+    PreviewPanel* m_preview = nullptr; ///< made when it is first needed
     Refresher* m_refresher;
 };
 
