@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "PortalHotKey.h"
+#include "SessionBus.h"
 #include "ShortcutsPortal.h"
 #include "WaitFor.h"
 #include "X11HotKey.h"
@@ -106,7 +107,7 @@ class PortalKey : public testing::Test
 protected:
     void SetUp() override
     {
-        if (!QDBusConnection::sessionBus().isConnected()) {
+        if (!standsOnABus(QDBusConnection::sessionBus().isConnected())) {
             GTEST_SKIP() << "no session bus here";
         }
     }

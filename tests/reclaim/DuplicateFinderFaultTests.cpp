@@ -330,6 +330,7 @@ TEST_F(FaultTest, CancelFromTheStartOpensNothing)
     threeCopies(small);
     m_isCancelled = [] { return true; };
     EXPECT_EQ(found(), GroupPaths());
+    EXPECT_EQ(m_contents.openedInAll(), 0);
     EXPECT_TRUE(m_progress.empty());
 }
 

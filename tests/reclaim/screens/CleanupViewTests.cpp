@@ -315,11 +315,14 @@ TEST_F(CleanupViewTests, SaysWhatToDoWithoutAQueue)
         QStringLiteral("Right-click any folder or file in Analysis and choose “Stage for Cleanup”. "
                        "Review the list, then trash it in one move — nothing is ever deleted in "
                        "the background.")));
+    int wrapped = 0;
     for (const Label* const label : empty.findChildren<Label*>()) {
         if (label->wordWrap()) {
+            ++wrapped;
             EXPECT_EQ(label->width(), 420) << "the window has room for more";
         }
     }
+    EXPECT_EQ(wrapped, 1);
     stage("film.mov");
     QStringList footer;
     for (const Label* const label : part<QWidget>("totalStagedSpace").findChildren<Label*>()) {

@@ -80,6 +80,7 @@ TEST_F(BreadcrumbBarTests, KeepsTheLastFoldersWhereAllDoNotFit)
     ASSERT_FALSE(names.isEmpty());
     EXPECT_LT(names.size(), 10);
     EXPECT_EQ(names.last(), QStringLiteral("folder199"));
+    EXPECT_GT(names.size(), 1);
     for (const CrumbButton* const crumb : m_bar.findChildren<CrumbButton*>()) {
         if (crumb->isVisible()) {
             EXPECT_LE(crumb->geometry().right(), m_bar.width());
@@ -93,7 +94,10 @@ TEST_F(BreadcrumbBarTests, AmpersandInANameIsNoShortcut)
     m_bar.resize(800, 36);
     m_bar.show();
     m_state.focus(node("R&D"));
-    for (const CrumbButton* const crumb : m_bar.findChildren<CrumbButton*>()) {
+    EXPECT_EQ(shownNames(), (QStringList{QStringLiteral("scan"), QStringLiteral("R&D")}));
+    const QList<CrumbButton*> crumbs = m_bar.findChildren<CrumbButton*>();
+    ASSERT_EQ(crumbs.size(), 2);
+    for (const CrumbButton* const crumb : crumbs) {
         EXPECT_TRUE(crumb->shortcut().isEmpty());
     }
 }

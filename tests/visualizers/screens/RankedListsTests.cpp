@@ -79,6 +79,8 @@ TEST_F(TopSizesViewTests, RanksTheWholeScanWhateverIsInFocus)
     EXPECT_EQ(m_screen.totalBytes(), 1100);
     m_state.focus(node("box"));
     QApplication::processEvents();
+    ASSERT_TRUE(waitFor([this] { return !m_screen.isComputing(); }));
+    EXPECT_EQ(m_screen.totalBytes(), 1100);
     EXPECT_EQ(m_screen.topItems().rowCount(), 4);
     EXPECT_EQ(m_screen.topItems().index(0).data().toString(), QStringLiteral("scan"));
 }

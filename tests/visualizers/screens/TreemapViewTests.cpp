@@ -1,12 +1,17 @@
 // SPDX-License-Identifier: MIT
 #include "CanvasFixture.h"
 #include "CanvasViews.h"
+#include "Gate.h"
 #include "HoverTooltip.h"
 #include "MovePointer.h"
 
 #include <QMenu>
 #include <QSignalSpy>
 #include <QWheelEvent>
+
+#include <cstddef>
+#include <memory>
+#include <mutex>
 
 namespace quorvane {
 namespace {
@@ -160,21 +165,67 @@ TEST_F(TreemapViewTests, WheelOutsideTheCanvasDoesNothing)
     EXPECT_EQ(m_state.focusNode.value(), m_state.rootNode.value());
 }
 
+/// Holds the layout of the folder "held" up, and knows what came of it.
+struct HeldLayout
+{
+    Gate gate;
+    std::mutex lock;
+    std::weak_ptr<const CanvasScene> scene;
+
+    static HeldLayout& instance()
+    {
+        static HeldLayout held;
+        return held;
+    }
+
+    static ScenePointer make(const SceneRequest& request, const LockedFlag& stop)
+    {
+        if (request.target->name() != "held") {
+            return TreemapScene::make(request, stop);
+        }
+        HeldLayout& held = instance();
+        held.gate.pass();
+        // Deaf to the flag, as one that had all its tiles when it was set.
+        static const LockedFlag never;
+        const ScenePointer made = TreemapScene::make(request, never);
+        const std::lock_guard guard(held.lock);
+        held.scene = made;
+        return made;
+    }
+
+    bool isMade()
+    {
+        const std::lock_guard guard(lock);
+        // Equivalent to an empty pointer only as long as nothing was assigned.
+        return scene.owner_before(std::weak_ptr<const CanvasScene>()) ||
+               std::weak_ptr<const CanvasScene>().owner_before(scene);
+    }
+    /// A result that is not shown is let go of where it arrives.
+    bool isDropped()
+    {
+        const std::lock_guard guard(lock);
+        return scene.expired();
+    }
+};
+
 TEST_F(TreemapViewTests, StaleLayoutDoesNotReplaceTheNewerOne)
 {
-    open("one/\n  two/\n    a.txt 9\n    b.txt 8\n  c.txt 4\nd.txt 3\n");
-    m_state.focus(node("one"));
-    // The first layout starts and is overtaken before its answer can arrive.
-    QCoreApplication::processEvents();
-    m_state.focus(node("one/two"));
-    ASSERT_TRUE(waitFor([this] { return isSettled(); }));
-    EXPECT_EQ(m_view.scene()->request().target, node("one/two"));
-    const ScenePointer shown = m_view.scene();
-    // Whatever still comes in leaves it there.
-    for (int turn = 0; turn < 50; ++turn) {
-        QCoreApplication::processEvents();
-    }
-    EXPECT_EQ(m_view.scene(), shown);
+    HeldLayout& held = HeldLayout::instance();
+    const CanvasTraits traits{&HeldLayout::make, "held", "%1, %2", "%1"};
+    VisualizerCanvas canvas(m_state, traits);
+    showTree("held/\n  two/\n    a.txt 9\n    b.txt 8\n  c.txt 4\nd.txt 3\n");
+    canvas.resize(800, 600);
+    canvas.show();
+    ASSERT_TRUE(waitFor([&] { return canvas.scene() && !canvas.isComputingLayout(); }));
+    m_state.focus(node("held"));
+    ASSERT_TRUE(waitFor([&] { return held.gate.hasVisitor(); }));
+    m_state.focus(node("held/two"));
+    ASSERT_TRUE(waitFor([&] { return canvas.scene()->request().target == node("held/two"); }));
+    const ScenePointer shown = canvas.scene();
+    held.gate.open();
+    ASSERT_TRUE(
+        waitFor([&] { return held.isMade() && (held.isDropped() || canvas.scene() != shown); }));
+    EXPECT_EQ(canvas.scene(), shown);
 }
 
 TEST_F(TreemapViewTests, OldTilesStayUntilTheNewLayoutArrives)
@@ -194,6 +245,7 @@ TEST_F(TreemapViewTests, NewLayoutOnlyForANewKey)
     for (int turn = 0; turn < 20; ++turn) {
         QCoreApplication::processEvents();
     }
+    EXPECT_FALSE(m_view.isComputingLayout());
     EXPECT_EQ(m_view.scene(), before);
     m_view.resize(801, 600);
     ASSERT_TRUE(waitFor([&] { return m_view.scene() != before; }));
@@ -217,11 +269,15 @@ TEST_F(TreemapViewTests, SizeModeAndHiddenFamiliesAskForANewLayout)
 TEST_F(TreemapViewTests, PaletteRepaintsWithoutMovingATile)
 {
     open(folderAndFile);
-    const QRectF before = m_view.scene()->boundsOf(0);
     const ScenePointer scene = m_view.scene();
+    const QImage before = m_view.grab().toImage();
     m_state.setPalette(AppPalette::forest);
-    ASSERT_TRUE(waitFor([&] { return m_view.scene() != scene || !m_view.isComputingLayout(); }));
-    EXPECT_EQ(m_view.scene()->boundsOf(0), before);
+    ASSERT_TRUE(waitFor([&] { return m_view.scene() != scene && isSettled(); }));
+    EXPECT_NE(m_view.grab().toImage(), before);
+    ASSERT_EQ(m_view.scene()->itemCount(), scene->itemCount());
+    for (std::size_t item = 0; item < scene->itemCount(); ++item) {
+        EXPECT_EQ(m_view.scene()->boundsOf(item), scene->boundsOf(item)) << item;
+    }
     m_state.setPalette(AppPalette::slate);
 }
 
