@@ -75,7 +75,8 @@ SnapshotChart::SnapshotChart(QWidget* parent)
     setAccessibleName(tr("Bytes over time"));
     setFixedHeight(chartHeight);
     setMouseTracking(true);
-    setFocusPolicy(Qt::StrongFocus);
+    // By Tab alone: the frame of the focus would stand in the way of the pointer.
+    setFocusPolicy(Qt::TabFocus);
     m_tooltip->hide();
     connect(&ThemeNotifier::instance(), &ThemeNotifier::themeChanged, this,
             qOverload<>(&QWidget::update));

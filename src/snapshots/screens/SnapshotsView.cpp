@@ -151,7 +151,7 @@ QWidget* SnapshotsView::makeCompareRow()
     m_base = new QComboBox;
     m_base->setObjectName(QStringLiteral("compareSnapshotPicker"));
     m_base->setAccessibleName(tr("Compare"));
-    m_base->setFixedWidth(compareWidth);
+    m_base->setFixedSize(compareWidth, measure::field);
     connect(m_base, &QComboBox::activated, this, [this](int index) {
         const QVariant id = m_base->itemData(index);
         m_snapshots.compareWith(id.isValid() ? std::optional(id.toUuid()) : std::nullopt);

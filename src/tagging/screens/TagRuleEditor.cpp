@@ -128,7 +128,7 @@ TagRuleEditor::TagRuleEditor(const TagRule& rule, OnSave onSave, QWidget* window
     setTitle(tr("Edit Tag Rule"));
     setCardWidth(sheetWidth);
     bodyLayout()->setSpacing(spacing::l);
-    bodyLayout()->addSpacing(spacing::xs);
+    bodyLayout()->addSpacing(spacing::m);
     bodyLayout()->addWidget(makeNames(rule));
     bodyLayout()->addWidget(makeColorAndMatching(rule));
     bodyLayout()->addWidget(makeConditions(rule));
@@ -196,7 +196,7 @@ QWidget* TagRuleEditor::makeColorAndMatching(const TagRule& rule)
     m_matching->setAccessibleName(tr("Matching"));
     m_matching->addItems({tr("Match all conditions (AND)"), tr("Match any condition (OR)")});
     m_matching->setCurrentIndex(rule.matchAny ? 1 : 0);
-    m_matching->setFixedWidth(columnWidth);
+    m_matching->setFixedSize(columnWidth, measure::field);
     connect(m_matching, &QComboBox::currentIndexChanged, this, [this] { refresh(); });
 
     auto* const box = new QWidget;
@@ -231,8 +231,9 @@ QWidget* TagRuleEditor::makeConditions(const TagRule&)
     scroll->setWidgetResizable(true);
     scroll->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     scroll->viewport()->setAutoFillBackground(false);
-    m_list->setAutoFillBackground(false);
     scroll->setWidget(m_list);
+    // The scroll area has just switched it on.
+    m_list->setAutoFillBackground(false);
     column->addWidget(scroll);
     auto* const add = new Button(QStringLiteral("plus"), tr("Add condition"), ButtonRole::plain);
     add->setObjectName(QStringLiteral("addConditionButton"));
@@ -271,7 +272,7 @@ void TagRuleEditor::addCondition(const TagCondition& condition)
         type->addItem(title(each));
     }
     type->setCurrentIndex(static_cast<int>(condition.type));
-    type->setFixedWidth(typeWidth);
+    type->setFixedSize(typeWidth, measure::field);
     auto* const value = new TextField(tr("value"));
     value->setObjectName(QStringLiteral("conditionValue"));
     value->setText(condition.value);
