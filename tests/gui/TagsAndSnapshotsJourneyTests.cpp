@@ -11,6 +11,7 @@
 
 #include <QComboBox>
 
+#include <cstdlib>
 #include <filesystem>
 
 namespace quorvane {
@@ -86,11 +87,13 @@ TEST_F(TagJourney, ThreeRulesFindTheInvoicesAndARowLeadsToItsFile)
 TEST_F(TagJourney, TheNextStartOffersTheRulesOfLastTime)
 {
     start();
+    scanHome();
     openSection(AppSection::tagging);
     makeRule(QStringLiteral("Papers"), QStringLiteral("Docs"), TagConditionType::extensionIs,
              QStringLiteral("pdf"));
     m_program.reset();
     start();
+    scanHome();
     openSection(AppSection::tagging);
     ASSERT_TRUE(waitUntilShown("bringBackRulesButton"));
     EXPECT_EQ(find<QAbstractButton>("bringBackRulesButton")->text(),
@@ -116,6 +119,14 @@ protected:
     }
 
     VisualizerCanvas& treemap() { return *find<VisualizerCanvas>("treemapView"); }
+
+    /// But for the last bit, which the painter rounds.
+    static bool isAlmost(const QColor& color, const QColor& wanted)
+    {
+        return std::abs(color.red() - wanted.red()) <= 1 &&
+               std::abs(color.green() - wanted.green()) <= 1 &&
+               std::abs(color.blue() - wanted.blue()) <= 1;
+    }
 
     bool isMapShown(bool isColored)
     {
@@ -171,11 +182,11 @@ TEST_F(SnapshotJourney, WhatGrewSinceASnapshotIsSeenInTheTableAndOnTheMap)
     EXPECT_TRUE(
         find<HoverTooltip>("hoverTooltip")->accessibleName().contains(QStringLiteral(": +1.1 MB")));
     const QColor orange(0xFF, 0x9F, 0x0A);
-    EXPECT_EQ(treemap().grab().toImage().pixelColor(place), orange);
+    EXPECT_TRUE(isAlmost(treemap().grab().toImage().pixelColor(place), orange));
 
     click("changesSwitch");
     ASSERT_TRUE(waitFor([this] { return isMapShown(false); }));
-    EXPECT_NE(treemap().grab().toImage().pixelColor(place), orange);
+    EXPECT_FALSE(isAlmost(treemap().grab().toImage().pixelColor(place), orange));
 }
 
 } // namespace
