@@ -223,9 +223,8 @@ FileNode* findNode(FileNode& root, const FilePath& path)
         const std::string_view name = rest.substr(0, rest.find('/'));
         rest.remove_prefix(name.size());
         const std::span<FileNode> children = node->children();
-        const auto child = std::find_if(children.begin(), children.end(), [&](const FileNode& each) {
-            return each.name() == name;
-        });
+        const auto child = std::find_if(children.begin(), children.end(),
+                                        [&](const FileNode& each) { return each.name() == name; });
         if (child == children.end()) {
             return nullptr;
         }

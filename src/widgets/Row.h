@@ -68,8 +68,8 @@ struct RowCell
 {
     QString text = {};
     QString below = {}; ///< a second line, said less loudly
-    int width = 0;   ///< points; 0: as wide as its text
-    int stretch = 0; ///< above 0: shares the free width with the title, which counts as 1
+    int width = 0;      ///< points; 0: as wide as its text
+    int stretch = 0;    ///< above 0: shares the free width with the title, which counts as 1
     TextStyle style = TextStyle::caption;
     ThemeColor color = ThemeColor::text2;
     Qt::Alignment alignment = Qt::AlignRight;

@@ -19,7 +19,7 @@ struct RowMetrics
     int gap = 12; ///< between the parts of a row
     int symbolSide = 16;
     int symbolTile = 0; ///< above 0: the symbol stands in the middle of a tile of this side
-    int lineGap = 0; ///< between the lines of words
+    int lineGap = 0;    ///< between the lines of words
 
     bool hasLevels = false; ///< rows open and close by a chevron
     int chevronSide = 11;

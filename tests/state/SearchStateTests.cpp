@@ -57,8 +57,8 @@ protected:
 
     void awaitIndex()
     {
-        ASSERT_TRUE(waitFor(
-            [this] { return state().indexMadeMs.value() && !state().isIndexing.value(); }));
+        ASSERT_TRUE(
+            waitFor([this] { return state().indexMadeMs.value() && !state().isIndexing.value(); }));
     }
 
     SearchRequest request(const char* query)

@@ -45,8 +45,9 @@ private:
         GetEventParameter(event, kEventParamDirectObject, typeEventHotKeyID, nullptr, sizeof id,
                           nullptr, &id);
         if (id.signature == keyID.signature && id.id == keyID.id) {
-            dispatch_async(dispatch_get_main_queue(),
-                           ^{ static_cast<CarbonHotKey*>(self)->m_pressed({}); });
+            dispatch_async(dispatch_get_main_queue(), ^{
+              static_cast<CarbonHotKey*>(self)->m_pressed({});
+            });
         }
         return noErr;
     }
