@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "ProgramFixture.h"
+#include "TreeText.h"
 
 #include <QAccessible>
 #include <QLabel>
@@ -7,6 +8,7 @@
 #include <QScrollBar>
 
 #include <set>
+#include <string>
 
 namespace quorvane {
 namespace {
@@ -31,13 +33,29 @@ bool isControl(const QWidget& widget)
 class Accessibility : public ProgramFixture
 {
 protected:
-    void expectNames(const char* where)
+    /// What is on show has controls, and each of them a name.
+    void expectNames(const std::string& where, int minInDetail = 1)
     {
+        const QWidget& detail = *find("detailArea");
+        int inDetail = 0;
         for (QWidget* const widget : window().findChildren<QWidget*>()) {
             if (widget->isVisible() && isControl(*widget)) {
+                inDetail += detail.isAncestorOf(widget) ? 1 : 0;
                 EXPECT_FALSE(accessibleName(*widget).isEmpty())
                     << where << ": " << described(*widget).toStdString();
             }
+        }
+        EXPECT_GE(inDetail, minInDetail) << where;
+    }
+
+    void expectNamesInSections(const std::string& when)
+    {
+        for (const AppSection section : sectionKeys()) {
+            ASSERT_TRUE(showSection(section)) << rawValue(section);
+            // The cleanup without a queue only says that there is nothing.
+            const bool isEmpty =
+                section == AppSection::cleanup && state().stagedNodes.value().empty();
+            expectNames(std::string(rawValue(section)) + when, isEmpty ? 0 : 1);
         }
     }
 
@@ -57,12 +75,9 @@ protected:
     }
 };
 
-TEST_F(Accessibility, EveryControlOfEveryScreenHasAName)
+TEST_F(Accessibility, EveryControlOfTheAnalysisHasAName)
 {
-    AppScreens screens = AppScreens::standard();
-    screens.sections.add(AppSection::settings,
-                         [](AppState&, QWidget* parent) { return new QWidget(parent); });
-    start(std::move(screens));
+    start();
     expectNames("welcome");
     state().section = AppSection::duplicates;
     ASSERT_TRUE(waitUntilShown("noScanPrompt"));
@@ -76,18 +91,8 @@ TEST_F(Accessibility, EveryControlOfEveryScreenHasAName)
     settle();
     for (const VisualizerType type : allVisualizerTypes) {
         state().visualizer = type;
-        expectNames(title(type).toUtf8().constData());
-    }
-    state().section = AppSection::duplicates;
-    ASSERT_TRUE(waitUntilShown("duplicatesView"));
-    expectNames("duplicates");
-    for (const auto& [section, view] :
-         {std::pair(AppSection::quickWins, "quickWinsView"),
-          std::pair(AppSection::devCacheCleaner, "devCacheCleanerView"),
-          std::pair(AppSection::uninstaller, "uninstallerView")}) {
-        state().section = section;
-        ASSERT_TRUE(waitUntilShown(view));
-        expectNames(view);
+        settle();
+        expectNames(title(type).toStdString());
     }
     state().section = AppSection::analysis;
     state().flashMessage = QStringLiteral("Done");
@@ -96,6 +101,28 @@ TEST_F(Accessibility, EveryControlOfEveryScreenHasAName)
     m_program->openFolder(m_disk.path("missing"));
     ASSERT_TRUE(waitUntilShown("scanErrorView"));
     expectNames("error");
+}
+
+TEST_F(Accessibility, EveryControlOfEverySectionHasAName)
+{
+    startWithSections();
+    scanHome();
+    expectNamesInSections("");
+    state().toggleStaged(state().share(&test::nodeAt(*state().rootNode.value(), "Movies")));
+    expectNamesInSections(" with a queue");
+    ASSERT_TRUE(showSection(AppSection::settings));
+    int pages = 0;
+    for (const char* const page : {"General", "Appearance", "About"}) {
+        const std::string name = "settings" + std::string(page);
+        click(("settingsCategory." + std::to_string(pages++)).c_str());
+        ASSERT_TRUE(waitUntilShown(name.c_str()));
+        expectNames(name);
+    }
+    EXPECT_FALSE(exists(("settingsCategory." + std::to_string(pages)).c_str()));
+    ASSERT_TRUE(showSection(AppSection::cleanup));
+    click("moveToTrashButton");
+    ASSERT_TRUE(waitUntilShown("confirmTrashDialog"));
+    expectNames("question");
 }
 
 TEST_F(Accessibility, TabLeadsThroughTheWelcomeScreenInReadingOrder)

@@ -5,6 +5,7 @@
 #include "GlobalSearch.h"
 #include "ProgramFixture.h"
 #include "ScriptedHotKey.h"
+#include "TerminationSignals.h"
 #include "TreeText.h"
 
 #include <QAction>
@@ -14,8 +15,10 @@
 #include <QTimer>
 
 #include <chrono>
+#include <csignal>
 #include <functional>
 #include <string>
+#include <utility>
 
 namespace quorvane {
 namespace {
@@ -299,6 +302,84 @@ TEST_F(ClosingDuringABatch, TheEndOfTheProgramWaitsForAllOfIt)
     m_program->finishJobs(0ms);
     EXPECT_EQ(m_platform.trash.asked().size(), 51U);
 }
+
+/// The same in the program's own event loop, which ends with the last window, or outlives it where
+/// something can call the program back.
+class EndingDuringABatch : public ClosingDuringABatch, public testing::WithParamInterface<bool>
+{
+protected:
+    static constexpr int stillRunning = 99;
+    static constexpr int hungUp = 98;
+
+    /// Starts a batch, then runs the loop: ask() asks for the end, onFarewell() follows when the
+    /// window says that the batch holds it up. Returns what the loop returns, or stillRunning when
+    /// it goes on behind the end of the window.
+    int execWith(const std::function<void()>& ask, std::function<void()> onFarewell)
+    {
+        const TerminationSignals signals;
+        startBatch();
+        // An earlier test may have left it open.
+        GlobalSearch::shared().close();
+        QApplication::setQuitOnLastWindowClosed(!GetParam());
+        QTimer poll;
+        QObject::connect(&poll, &QTimer::timeout, &poll, [&] {
+            if (onFarewell && farewell() != nullptr && farewell()->isVisible()) {
+                std::exchange(onFarewell, {})();
+            } else if (!onFarewell && !window().isVisible()) {
+                // What waits in the loop is done, and it goes on.
+                QTimer::singleShot(0, &poll, [] { QApplication::exit(stillRunning); });
+            }
+        });
+        poll.start(1ms);
+        QTimer::singleShot(patience, &poll, [] { QApplication::exit(hungUp); });
+        QTimer::singleShot(0, &poll, ask);
+        const int result = QApplication::exec();
+        EXPECT_FALSE(onFarewell) << "the loop ended while the batch was under way";
+        QApplication::setQuitOnLastWindowClosed(false);
+        m_trashGate.open();
+        return result;
+    }
+
+    std::function<void()> finishesBatch()
+    {
+        return [this] { m_trashGate.open(); };
+    }
+};
+
+TEST_P(EndingDuringABatch, ASignalEndsTheProgramWhenTheBatchIsDone)
+{
+    EXPECT_EQ(execWith([] { std::raise(SIGTERM); }, finishesBatch()), 0);
+    EXPECT_EQ(m_platform.trash.asked().size(), 1U);
+}
+
+TEST_P(EndingDuringABatch, AQuitAfterACloseIsAQuit)
+{
+    const auto ask = [this] {
+        window().close();
+        QCoreApplication::quit();
+        QCoreApplication::quit();
+    };
+    EXPECT_EQ(execWith(ask, finishesBatch()), 0);
+}
+
+TEST_P(EndingDuringABatch, ACloseEndsTheProgramOnlyWhereNothingCallsItBack)
+{
+    const auto ask = [this] { find<QAction>("closeWindowAction")->trigger(); };
+    EXPECT_EQ(execWith(ask, finishesBatch()), GetParam() ? stillRunning : 0);
+}
+
+TEST_P(EndingDuringABatch, AQuitThatWasTakenBackMakesNoQuitOfALaterClose)
+{
+    const auto keepOpenAndClose = [this] {
+        farewell()->findChild<Button*>()->click();
+        window().close();
+        m_trashGate.open();
+    };
+    EXPECT_EQ(execWith([] { std::raise(SIGTERM); }, keepOpenAndClose),
+              GetParam() ? stillRunning : 0);
+}
+
+INSTANTIATE_TEST_SUITE_P(WithAndWithoutAHotKey, EndingDuringABatch, testing::Bool());
 
 } // namespace
 } // namespace quorvane

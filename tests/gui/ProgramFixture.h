@@ -16,8 +16,10 @@
 #include <QPointer>
 #include <QTest>
 
+#include <map>
 #include <memory>
 #include <utility>
+#include <vector>
 
 namespace quorvane {
 
@@ -47,6 +49,37 @@ protected:
         QApplication::setQuitOnLastWindowClosed(false);
         m_program->showWindow();
         ASSERT_TRUE(QTest::qWaitForWindowExposed(&window(), patience));
+    }
+
+    /// The same with the program's own screens, each of which showSection() can wait for.
+    void startWithSections()
+    {
+        AppScreens screens = AppScreens::standard();
+        for (const AppSection section : screens.sections.keys()) {
+            screens.sections.add(section, [this, section, all = AppScreens::standard().sections](
+                                              AppState& state, QWidget* parent) {
+                QWidget* const screen = all.make(section, state, parent);
+                m_sections[section] = screen;
+                return screen;
+            });
+        }
+        m_sectionKeys = screens.sections.keys();
+        start(std::move(screens));
+    }
+
+    /// Sections that the program has a screen for.
+    const std::vector<AppSection>& sectionKeys() const { return m_sectionKeys; }
+
+    /// Shows the section's own screen and waits until it stands. False when it does not.
+    bool showSection(AppSection section)
+    {
+        state().section = section;
+        const bool isOnShow = waitFor([this, section] {
+            const auto found = m_sections.find(section);
+            return found != m_sections.end() && found->second && found->second->isVisible();
+        });
+        settle();
+        return isOnShow;
     }
 
     AppState& state() { return m_program->appState(); }
@@ -107,6 +140,10 @@ protected:
     FakePlatform m_platform{m_disk.path("home"), m_calls};
     std::unique_ptr<QuorvaneApp> m_program;
     bool m_quitsWithItsWindow = false;
+
+private:
+    std::vector<AppSection> m_sectionKeys;
+    std::map<AppSection, QPointer<QWidget>> m_sections;
 };
 
 } // namespace quorvane

@@ -4,8 +4,11 @@
 #include "ProgramFixture.h"
 #include "SegmentedPicker.h"
 #include "Tile.h"
+#include "TreeText.h"
 
 #include <QScrollArea>
+
+#include <string>
 
 namespace quorvane {
 namespace {
@@ -13,9 +16,8 @@ namespace {
 class SmallestWindow : public ProgramFixture
 {
 protected:
-    void startSmall(AppScreens screens = AppScreens::standard())
+    void shrink()
     {
-        start(std::move(screens));
         window().resize(window().minimumSize());
         ASSERT_TRUE(waitFor([this] { return window().size() == QSize(1000, 620); }));
         settle();
@@ -42,8 +44,10 @@ protected:
     }
 
     /// Nothing reaches beyond the window, and no text that cannot shorten itself lacks room.
-    void expectNothingCut(const char* where)
+    void expectNothingCut(const std::string& where)
     {
+        const QWidget& detail = *find("detailArea");
+        int inDetail = 0;
         for (const QWidget* const widget : window().findChildren<QWidget*>()) {
             if (!widget->isVisible() || widget->isWindow() || isScrolled(*widget)) {
                 continue;
@@ -51,6 +55,7 @@ protected:
             const QRect place(widget->mapTo(&window(), QPoint()), widget->size());
             if (qobject_cast<const QAbstractButton*>(widget) != nullptr ||
                 qobject_cast<const QLabel*>(widget) != nullptr) {
+                inDetail += detail.isAncestorOf(widget) ? 1 : 0;
                 EXPECT_TRUE(window().rect().contains(place)) << where << ": " << described(*widget);
                 EXPECT_GE(widget->width(), widget->minimumSizeHint().width())
                     << where << ": " << described(*widget);
@@ -58,13 +63,22 @@ protected:
                     << where << ": " << described(*widget);
             }
         }
+        EXPECT_GT(inDetail, 0) << where;
+    }
+
+    void expectNothingCutInSections(const std::string& when)
+    {
+        for (const AppSection section : sectionKeys()) {
+            ASSERT_TRUE(showSection(section)) << rawValue(section);
+            expectNothingCut(std::string(rawValue(section)) + when);
+        }
     }
 };
 
 TEST_F(SmallestWindow, CutsNothingOff)
 {
-    AppScreens screens = AppScreens::standard();
-    startSmall(std::move(screens));
+    startWithSections();
+    shrink();
     expectNothingCut("welcome");
     state().section = AppSection::duplicates;
     ASSERT_TRUE(waitUntilShown("noScanPrompt"));
@@ -77,9 +91,9 @@ TEST_F(SmallestWindow, CutsNothingOff)
     ASSERT_TRUE(waitUntilShown("visualizerHost"));
     settle();
     expectNothingCut("result");
-    state().section = AppSection::duplicates;
-    ASSERT_TRUE(waitUntilShown("duplicatesView"));
-    expectNothingCut("duplicates");
+    expectNothingCutInSections("");
+    state().toggleStaged(state().share(&test::nodeAt(*state().rootNode.value(), "Movies")));
+    expectNothingCutInSections(" with a queue");
     state().section = AppSection::analysis;
     m_program->openFolder(m_disk.path("missing"));
     ASSERT_TRUE(waitUntilShown("scanErrorView"));
@@ -93,7 +107,8 @@ TEST_F(SmallestWindow, TheSidebarScrollsDownToItsEnd)
         screens.sections.add(tool.section,
                              [](AppState&, QWidget* parent) { return new QWidget(parent); });
     }
-    startSmall(std::move(screens));
+    start(std::move(screens));
+    shrink();
     auto* const scroll = find<QScrollArea>("sidebarScroll");
     QWidget* const legend = find("fileTypeLegend");
     EXPECT_GT(scroll->widget()->height(), scroll->viewport()->height());
