@@ -80,7 +80,7 @@ TEST(TreemapChains, TenThousandFoldersDeepIsAChainAsWell)
     NodeValues file;
     file.id = folder.id;
     file.name = "end.zip";
-    file.metadata = {false, false, true, 100, 100, 0};
+    file.metadata = {false, false, true, false, 100, 100, 0};
     tree->addChildren(*last, std::vector{file});
     tree->root().finalizeTree();
     const auto slices = layout(*tree, 200, 202, true);
