@@ -243,8 +243,9 @@ TEST(HomeTables, AVolumesStoreGoesByItsOwnToolAndItsTrashIsNotHadBack)
     home.file("share/.pnpm-store/v3/a", 10);
     HomeFolders folders = HomeFolders::below(home.root());
     folders.findPlacesOutside(
-        MountTable({home.path("volume"), home.path("share"), FilePath("/proc")},
-                   {{home.path("share"), 1}}),
+        MountTable(std::vector<MountedVolume>{{home.path("volume")},
+                                              {home.path("share"), MountKind::remote, 1},
+                                              {FilePath("/proc"), MountKind::kernelMade}}),
         disk(), FileContentCalls::system());
     EXPECT_EQ(folders.mounts, std::vector{home.path("volume")});
     const std::vector<FoundPlace> own = ownToolPlaces(folders, disk());
