@@ -318,16 +318,20 @@ protected:
     {
         const TerminationSignals signals;
         startBatch();
-        // An earlier test may have left it open.
-        GlobalSearch::shared().close();
+        // What an earlier test may have left open is a window, too.
+        for (QWidget* const other : QApplication::topLevelWidgets()) {
+            if (other != &window()) {
+                other->close();
+            }
+        }
         QApplication::setQuitOnLastWindowClosed(!GetParam());
         QTimer poll;
         QObject::connect(&poll, &QTimer::timeout, &poll, [&] {
             if (onFarewell && farewell() != nullptr && farewell()->isVisible()) {
                 std::exchange(onFarewell, {})();
             } else if (!onFarewell && !window().isVisible()) {
-                // What waits in the loop is done, and it goes on.
-                QTimer::singleShot(0, &poll, [] { QApplication::exit(stillRunning); });
+                // Long enough for the end of the last window to have ended the loop.
+                QTimer::singleShot(500ms, &poll, [] { QApplication::exit(stillRunning); });
             }
         });
         poll.start(1ms);

@@ -489,12 +489,12 @@ TEST_F(AppStateStaging, ALookThatHangsKeepsOneThreadHoweverOftenTheQueueChanges)
         gate.pass();
         return std::optional<Outcome>();
     };
+    state().refreshQueueCautions();
+    gate.awaitVisitor();
+    state().toggleStaged(node("b"));
     for (int i = 0; i < 100; ++i) {
         state().refreshQueueCautions();
     }
-    gate.awaitVisitor();
-    state().toggleStaged(node("b"));
-    state().refreshQueueCautions();
     EXPECT_EQ(looks.load(), 1);
     gate.open();
     ASSERT_TRUE(waitFor([this] { return state().queueCautions.value()->queue.size() == 2; }));

@@ -150,7 +150,9 @@ TEST(DevCacheCleaner, ReportsEveryFifthRowInOrderAndThenOne)
         double count = 20;
         for (const HomePlace& place : linuxPlaces()) {
             bool isFixed = place.path.find('*') != std::string_view::npos ||
-                           place.base == HomePlace::Base::system || !place.category;
+                           place.base == HomePlace::Base::system ||
+                           place.base == HomePlace::Base::steam ||
+                           place.base == HomePlace::Base::mount || !place.category;
             for (const DevCacheCleaner::Location& each : DevCacheCleaner::curatedLocations()) {
                 isFixed =
                     isFixed || (place.base == HomePlace::Base::home && each.subpath == place.path);

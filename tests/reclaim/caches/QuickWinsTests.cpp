@@ -11,6 +11,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <array>
 #include <set>
 #include <string>
 
@@ -79,9 +80,10 @@ TEST(QuickWins, EveryRowOfBothTablesIsFoundInAHomeThatHasThemAll)
         expected.emplace(target.relativePath);
     }
     EXPECT_EQ(expected.size(), 9U);
-    const std::string bases[] = {"", ".cache/", ".config/", ".local/share/", "system/"};
+    const std::array<std::string, 7> bases{
+        "", ".cache/", ".config/", ".local/share/", "system/", ".local/share/Steam/", "volume/"};
     for (const HomePlace& place : linuxPlaces()) {
-        std::string path = bases[static_cast<std::size_t>(place.base)] + std::string(place.path);
+        std::string path = bases.at(static_cast<std::size_t>(place.base)) + std::string(place.path);
         if (const std::size_t star = path.find('*'); star != std::string::npos) {
             path.replace(star, 1, "App");
         }
@@ -90,6 +92,7 @@ TEST(QuickWins, EveryRowOfBothTablesIsFoundInAHomeThatHasThemAll)
     }
     HomeFolders folders = HomeFolders::below(home.root());
     folders.system = home.path("system");
+    folders.mounts = {home.path("volume")};
     const std::vector<std::string> ids = idsOf(QuickWins::detect(folders));
     EXPECT_EQ(std::set<std::string>(ids.begin(), ids.end()), expected);
     EXPECT_EQ(ids.size(), expected.size());
