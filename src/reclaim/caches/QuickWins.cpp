@@ -4,6 +4,7 @@
 #include "ByteFormatter.h"
 #include "FileContentCalls.h"
 #include "FileSystemCalls.h"
+#include "ProtectedPlaces.h"
 #include "Text.h"
 
 #include <algorithm>
@@ -284,6 +285,11 @@ std::vector<QuickWin> filtered(const std::vector<QuickWin>& wins, const BloatKey
 }
 
 } // namespace QuickWins
+
+bool QuickWin::isOfSystem() const
+{
+    return isProtectedPlace(url);
+}
 
 QString QuickWin::formattedBytes() const
 {

@@ -37,8 +37,10 @@ struct QuickWin
     std::optional<EntryStatus> seen;
 
     QString formattedBytes() const;
+    /// Whether it belongs to the installed system, of which nothing is ever moved.
+    bool isOfSystem() const;
     /// Whether it can be put into the Trash queue at all.
-    bool isStageable() const { return upkeep != Upkeep::ownTool; }
+    bool isStageable() const { return upkeep != Upkeep::ownTool && !isOfSystem(); }
     /// The switch that hides it: judged by name and whole path. Absent when it belongs to none.
     std::optional<std::string_view> bloatCategory() const;
 

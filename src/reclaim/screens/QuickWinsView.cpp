@@ -88,6 +88,12 @@ Row QuickWinsView::rowOf(const QuickWin& win, bool isStaged) const
                                                            : QStringLiteral("folder.fill");
     row.title = displayText(win.name);
     row.badges = toolrows::evidenceBadges(win.evidence);
+    if (win.isOfSystem()) {
+        RowBadge badge;
+        badge.text = tr("part of the system");
+        badge.toolTip = tr("Nothing that belongs to the installed system is ever moved.");
+        row.badges.push_back(badge);
+    }
     const std::map<FilePath, TrashOutcome>& failures = m_staging.trashFailures.value();
     if (const auto failure = failures.find(win.url); failure != failures.end()) {
         row.badges.push_back(toolrows::notMoved(failure->second, win.url));
@@ -115,6 +121,8 @@ Row QuickWinsView::rowOf(const QuickWin& win, bool isStaged) const
     stage.role = isStaged ? ButtonRole::queued : ButtonRole::bordered;
     if (win.isStageable()) {
         row.actions.push_back(stage);
+    } else {
+        row.cells.push_back(RowCell::note({}, stageWidth)); // sizes stay below each other
     }
     return row;
 }

@@ -71,6 +71,19 @@ TEST(QuickWins, ATargetThatHoldsAnythingIsListedWithItsSentence)
     EXPECT_EQ(wins.front().evidence.caution, "not made again");
 }
 
+TEST(QuickWins, WhatBelongsToTheSystemIsListedAndNotStaged)
+{
+    QuickWin win;
+    for (const char* const path : {"/usr/share/vim/dist", "/usr", "/lib/x/__pycache__"}) {
+        win.url = FilePath(path);
+        EXPECT_TRUE(win.isOfSystem()) << path;
+        EXPECT_FALSE(win.isStageable()) << path;
+    }
+    win.url = FilePath("/home/mara/dist");
+    EXPECT_FALSE(win.isOfSystem());
+    EXPECT_TRUE(win.isStageable());
+}
+
 TEST(QuickWins, EveryRowOfBothTablesIsFoundInAHomeThatHasThemAll)
 {
     DiskTree home;
